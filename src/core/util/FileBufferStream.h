@@ -1,0 +1,206 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include <wx/string.h>
+
+/// How a FileBufferStream opens its file. Any value other than FileModeWrite opens for reading.
+enum VpcFileMode : std::uint32_t { FileModeRead = 0, FileModeWrite = 1 };
+
+/// A binary file joined with a memory buffer that has a cursor.
+///
+/// The file side reads and writes single values at the file position or at an absolute offset;
+/// the buffer side packs and unpacks values in memory, and whole blocks travel between the two.
+/// All values are in the host's native byte order (little-endian).
+///
+/// Failures do not throw. They show in the stream's state, which works like that of a standard
+/// stream: a short read, a failed write or a failed open puts the stream into the fail state,
+/// where every further file operation does nothing, until the next successful StreamOpen or
+/// until StreamClearState. A typed read that fails returns 0.
+///
+/// One thread at a time; no copies.
+class FileBufferStream {
+public:
+    FileBufferStream() = default;
+    FileBufferStream(const FileBufferStream&) = delete;
+    FileBufferStream& operator=(const FileBufferStream&) = delete;
+    /// Closes the file and frees an internal buffer, never an external one.
+    ~FileBufferStream();
+
+    // --- The file ---------------------------------------------------------------------------
+
+    /// Opens `path`: reading, writing from an empty file, or writing at the end (`append`).
+    /// Fails when a file is already open. Returns whether the stream is good afterwards.
+    bool StreamOpen(const wxString& path, VpcFileMode mode, bool append = false);
+    bool IsStreamOpen() const { return file_ != nullptr; }
+    /// Flushes and closes the file; the memory buffer stays. A failure to flush or to close
+    /// (the disk is full, say) leaves the fail state set.
+    void StreamClose();
+    /// True while no operation has failed since the file was opened.
+    bool IsStreamGood() const { return file_ != nullptr && !failed_; }
+    /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
+    /// cut short.
+    void StreamClearState() { failed_ = false; }
+    /// The current position in the file; all ones when it cannot be told.
+    std::uint64_t StreamPosition();
+    /// Moves the file position to `offset` bytes from the start.
+    void StreamSeek(std::uint64_t offset);
+    /// The file's length in bytes, measured by seeking to its end and back; 0 on failure.
+    std::uint64_t StreamSize();
+
+    double StreamReadDouble() { return ReadValue<double>(); }
+    bool StreamReadBool() { return ReadValue<std::uint8_t>() != 0; }
+    std::uint64_t StreamReadUint64() { return ReadValue<std::uint64_t>(); }
+    std::uint16_t StreamReadUint16() { return ReadValue<std::uint16_t>(); }
+    /// A string of `count` characters of 4 bytes each. The scratch area holds 1024 characters;
+    /// a longer string cannot be read and puts the stream into the fail state. wxString::npos
+    /// reads as many as the scratch area holds and takes those before the first zero.
+    wxString StreamReadString(std::uint64_t count);
+
+    void StreamWriteDouble(double value) { WriteValue(value); }
+    void StreamWriteBool(bool value) { WriteValue(static_cast<std::uint8_t>(value ? 1 : 0)); }
+    void StreamWriteUint64(std::uint64_t value) { WriteValue(value); }
+    void StreamWriteUint16(std::uint16_t value) { WriteValue(value); }
+    /// Writes the characters only, 4 bytes each: no length and no terminator.
+    void StreamWriteString(const wxString& text);
+
+    // Reads at an absolute offset; the position is left just after the value.
+    double StreamReadAtDouble(std::uint64_t offset) { return Seeked(offset).StreamReadDouble(); }
+    bool StreamReadAtBool(std::uint64_t offset) { return Seeked(offset).StreamReadBool(); }
+    std::uint64_t StreamReadAtUint64(std::uint64_t offset) {
+        return Seeked(offset).StreamReadUint64();
+    }
+    std::uint16_t StreamReadAtUint16(std::uint64_t offset) {
+        return Seeked(offset).StreamReadUint16();
+    }
+    wxString StreamReadAtString(std::uint64_t offset, std::uint64_t count) {
+        return Seeked(offset).StreamReadString(count);
+    }
+
+    // Writes at an absolute offset; the position is left just after the value.
+    void StreamWriteAtDouble(std::uint64_t offset, double value) {
+        Seeked(offset).StreamWriteDouble(value);
+    }
+    void StreamWriteAtBool(std::uint64_t offset, bool value) {
+        Seeked(offset).StreamWriteBool(value);
+    }
+    void StreamWriteAtUint64(std::uint64_t offset, std::uint64_t value) {
+        Seeked(offset).StreamWriteUint64(value);
+    }
+    void StreamWriteAtUint16(std::uint64_t offset, std::uint16_t value) {
+        Seeked(offset).StreamWriteUint16(value);
+    }
+    void StreamWriteAtString(std::uint64_t offset, const wxString& text) {
+        Seeked(offset).StreamWriteString(text);
+    }
+
+    // --- The buffer -------------------------------------------------------------------------
+
+    /// Replaces the buffer by a new one of `size` bytes, owned by the stream; returns it.
+    /// The old buffer is deleted whoever owns it: never call this with an external buffer.
+    char* CreateInternalBuffer(std::uint64_t size);
+    /// Uses `block`, which stays the caller's, as the buffer. The old buffer is deleted whoever
+    /// owns it.
+    void AttachExternalBuffer(char* block, std::uint64_t size);
+    /// Lets go of the buffer, deleting it unless it is external.
+    void ReleaseBuffer();
+
+    char* BufferStart() const { return bufferStart_; }
+    char* BufferCursor() const { return bufferCursor_; }
+    std::uint64_t BufferSize() const { return bufferSize_; }
+    /// Puts the cursor `offset` bytes past the start of the buffer; unchecked.
+    void BufferSeek(std::uint64_t offset) { bufferCursor_ = bufferStart_ + offset; }
+    /// How far the cursor has come, in bytes from the start of the buffer.
+    std::uint64_t BufferOffset() const {
+        return static_cast<std::uint64_t>(bufferCursor_ - bufferStart_);
+    }
+
+    // --- Between file and buffer --------------------------------------------------------------
+
+    /// Reads the whole file into a new buffer with the cursor at its start. The old buffer is
+    /// not released: call this once, on a fresh stream. False when the stream is not good.
+    bool ReadFile2Buffer();
+    /// Reads from `offset` as many bytes as the buffer holds: a buffer smaller than `size` is
+    /// first replaced by one of `size` bytes, a larger one is kept with its cursor and filled
+    /// whole. False when the stream is not good; a block that the file's end cuts short gives
+    /// true and the fail state, and LastBlockSize tells how much of it is real.
+    bool ReadFileBlock2Buffer(std::uint64_t offset, std::uint64_t size);
+    /// The bytes that the last ReadFile2Buffer or ReadFileBlock2Buffer really read.
+    std::uint64_t LastBlockSize() const { return lastBlockSize_; }
+    /// Writes the bytes from `startOffset` of the buffer: all `BufferSize()` of them when
+    /// `wholeBuffer` or when the buffer is no larger than `count`, otherwise `count`.
+    void WriteBuffer2File(std::uint64_t startOffset, bool wholeBuffer, std::uint64_t count);
+    /// Writes `count` bytes from `data`, if the stream is good.
+    void WriteCharArray2File(const char* data, std::uint64_t count);
+    /// Reads (despite its name) `count` bytes into `data`, if the stream is good.
+    void ReadCharArray2File(char* data, std::uint64_t count);
+
+    // --- Values in the buffer: at the cursor, which moves on; bounds are the caller's --------
+
+    char BufferReadChar() { return BufferRead<char>(); }
+    bool BufferReadBool() { return BufferRead<std::uint8_t>() != 0; }
+    std::int16_t BufferReadInt16() { return BufferRead<std::int16_t>(); }
+    std::uint16_t BufferReadUint16() { return BufferRead<std::uint16_t>(); }
+    std::int32_t BufferReadInt32() { return BufferRead<std::int32_t>(); }
+    std::uint32_t BufferReadUint32() { return BufferRead<std::uint32_t>(); }
+    std::uint64_t BufferReadUint64() { return BufferRead<std::uint64_t>(); }
+    double BufferReadDouble() { return BufferRead<double>(); }
+    void BufferReadCharArray(std::uint64_t count, char* dest) {
+        std::memcpy(dest, bufferCursor_, count);
+        bufferCursor_ += count;
+    }
+
+    void BufferWriteChar(char value) { BufferWrite(value); }
+    void BufferWriteBool(bool value) { BufferWrite(static_cast<std::uint8_t>(value ? 1 : 0)); }
+    void BufferWriteInt16(std::int16_t value) { BufferWrite(value); }
+    void BufferWriteUint16(std::uint16_t value) { BufferWrite(value); }
+    void BufferWriteInt32(std::int32_t value) { BufferWrite(value); }
+    void BufferWriteUint32(std::uint32_t value) { BufferWrite(value); }
+    void BufferWriteUint64(std::uint64_t value) { BufferWrite(value); }
+    void BufferWriteDouble(double value) { BufferWrite(value); }
+
+private:
+    template <class T>
+    T ReadValue() {
+        T value{};
+        if (!ReadBytes(&value, sizeof value)) value = T{};
+        return value;
+    }
+    template <class T>
+    void WriteValue(T value) {
+        WriteBytes(&value, sizeof value);
+    }
+    template <class T>
+    T BufferRead() {
+        T value;
+        std::memcpy(&value, bufferCursor_, sizeof value);
+        bufferCursor_ += sizeof value;
+        return value;
+    }
+    template <class T>
+    void BufferWrite(T value) {
+        std::memcpy(bufferCursor_, &value, sizeof value);
+        bufferCursor_ += sizeof value;
+    }
+    FileBufferStream& Seeked(std::uint64_t offset) {
+        StreamSeek(offset);
+        return *this;
+    }
+    /// Reads exactly `count` bytes or sets the fail state; returns whether all came.
+    bool ReadBytes(void* data, std::uint64_t count);
+    /// Reads up to `count` bytes; fewer set the fail state. Returns how many came.
+    std::uint64_t ReadSome(char* data, std::uint64_t count);
+    void WriteBytes(const void* data, std::uint64_t count);
+    void DeleteBuffer();
+
+    std::FILE* file_ = nullptr;
+    bool failed_ = false;
+    bool externalBuffer_ = false;
+    std::uint64_t bufferSize_ = 0;
+    std::uint64_t lastBlockSize_ = 0;
+    char* bufferStart_ = nullptr;
+    char* bufferCursor_ = nullptr;
+};
