@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <new>
+#include <string>
 
 #include "core/util/FileTools.h"
 
@@ -12,7 +12,7 @@ namespace {
 /// The most characters that a string read from a file may hold; part of the file's design.
 constexpr std::size_t scratchCharacters = 1024;
 
-const char* openMode(VpcFileMode mode, bool append) {
+const char* cMode(VpcFileMode mode, bool append) {
     if (mode != FileModeWrite) return "rb";
     return append ? "ab" : "wb";
 }
@@ -24,12 +24,16 @@ FileBufferStream::~FileBufferStream() {
     ReleaseBuffer();
 }
 
-bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode mode, bool append) {
+bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bool append) {
     if (file_ != nullptr) {
         failed_ = true;
         return false;
     }
-    file_ = std::fopen(FileTools::ToNativePath(path).c_str(), openMode(mode, append));
+    mode = openMode;
+    const std::string native = FileTools::ToNativePath(path);
+    fileName.fill('\0');
+    native.copy(fileName.data(), fileName.size() - 1);
+    file_ = std::fopen(native.c_str(), cMode(openMode, append));
     failed_ = file_ == nullptr;
     return !failed_;
 }
@@ -41,38 +45,38 @@ void FileBufferStream::StreamClose() {
     file_ = nullptr;
 }
 
-std::uint64_t FileBufferStream::StreamPosition() {
-    if (file_ == nullptr) return std::numeric_limits<std::uint64_t>::max();
-    return static_cast<std::uint64_t>(ftello(file_));
+unsigned long long FileBufferStream::StreamPosition() {
+    if (file_ == nullptr) return std::numeric_limits<unsigned long long>::max();
+    return static_cast<unsigned long long>(ftello(file_));
 }
 
-void FileBufferStream::StreamSeek(std::uint64_t offset) {
+void FileBufferStream::StreamSeek(unsigned long long offset) {
     if (!IsStreamGood()) return;
-    if (offset > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max()) ||
+    if (offset > static_cast<unsigned long long>(std::numeric_limits<off_t>::max()) ||
         fseeko(file_, static_cast<off_t>(offset), SEEK_SET) != 0)
         failed_ = true;
 }
 
-std::uint64_t FileBufferStream::StreamSize() {
+unsigned long long FileBufferStream::StreamSize() {
     if (!IsStreamGood()) return 0;
-    const std::uint64_t position = StreamPosition();
+    const unsigned long long position = StreamPosition();
     if (fseeko(file_, 0, SEEK_END) != 0) {
         failed_ = true;
         return 0;
     }
-    const std::uint64_t size = StreamPosition();
+    const unsigned long long size = StreamPosition();
     StreamSeek(position);
     return failed_ ? 0 : size;
 }
 
-wxString FileBufferStream::StreamReadString(std::uint64_t count) {
+wxString FileBufferStream::StreamReadString(unsigned long long count) {
     std::array<char32_t, scratchCharacters> scratch{};
-    const bool untilZero = count == static_cast<std::uint64_t>(wxString::npos);
+    const bool untilZero = count == static_cast<unsigned long long>(wxString::npos);
     if (!untilZero && count > scratch.size()) {
         failed_ = true;
         return {};
     }
-    const std::uint64_t wanted = untilZero ? scratch.size() : count;
+    const unsigned long long wanted = untilZero ? scratch.size() : count;
     ReadSome(reinterpret_cast<char*>(scratch.data()), wanted * sizeof(char32_t));
     const auto* end = scratch.data() + wanted;
     if (untilZero) end = std::find(scratch.data(), end, U'\0');
@@ -87,27 +91,27 @@ void FileBufferStream::StreamWriteString(const wxString& text) {
     for (const wxUniChar c : text) WriteValue(static_cast<std::uint32_t>(c.GetValue()));
 }
 
-char* FileBufferStream::CreateInternalBuffer(std::uint64_t size) {
+char* FileBufferStream::CreateInternalBuffer(unsigned long long size) {
     DeleteBuffer();
-    bufferStart_ = new char[size];  // NOLINT: the buffer may be the caller's, so no smart pointer
-    bufferCursor_ = bufferStart_;
-    bufferSize_ = size;
-    externalBuffer_ = false;
-    return bufferStart_;
+    bufferStart = new char[size];  // NOLINT: the buffer may be the caller's, so no smart pointer
+    bufferCursor = bufferStart;
+    bufferSize = size;
+    externalBuffer = false;
+    return bufferStart;
 }
 
-void FileBufferStream::AttachExternalBuffer(char* block, std::uint64_t size) {
+void FileBufferStream::AttachExternalBuffer(char* block, unsigned long long size) {
     DeleteBuffer();
-    bufferStart_ = bufferCursor_ = block;
-    bufferSize_ = size;
-    externalBuffer_ = true;
+    bufferStart = bufferCursor = block;
+    bufferSize = size;
+    externalBuffer = true;
 }
 
 void FileBufferStream::ReleaseBuffer() {
-    if (externalBuffer_) {
-        bufferStart_ = bufferCursor_ = nullptr;
-        bufferSize_ = 0;
-        externalBuffer_ = false;
+    if (externalBuffer) {
+        bufferStart = bufferCursor = nullptr;
+        bufferSize = 0;
+        externalBuffer = false;
     } else {
         DeleteBuffer();
     }
@@ -115,50 +119,53 @@ void FileBufferStream::ReleaseBuffer() {
 
 bool FileBufferStream::ReadFile2Buffer() {
     if (!IsStreamGood()) return false;
-    const std::uint64_t size = StreamSize();
+    const unsigned long long size = StreamSize();
     StreamSeek(0);
     if (failed_) return false;
-    bufferStart_ = nullptr;
+    bufferStart = nullptr;
     CreateInternalBuffer(size);
-    lastBlockSize_ = ReadSome(bufferStart_, size);
+    lastBlockSize_ = ReadSome(bufferStart, size);
     return true;
 }
 
-bool FileBufferStream::ReadFileBlock2Buffer(std::uint64_t offset, std::uint64_t size) {
+bool FileBufferStream::ReadFileBlock2Buffer(unsigned long long offset, unsigned long long size) {
     lastBlockSize_ = 0;
-    if (size > bufferSize_) CreateInternalBuffer(size);
+    if (size > bufferSize) CreateInternalBuffer(size);
     if (!IsStreamGood()) return false;
     StreamSeek(offset);
-    lastBlockSize_ = ReadSome(bufferStart_, bufferSize_);
+    lastBlockSize_ = ReadSome(bufferStart, bufferSize);
     return true;
 }
 
-void FileBufferStream::WriteBuffer2File(std::uint64_t startOffset, bool wholeBuffer,
-                                        std::uint64_t count) {
-    const bool all = wholeBuffer || bufferSize_ <= count;
-    WriteCharArray2File(bufferStart_ + startOffset, all ? bufferSize_ : count);
+void FileBufferStream::WriteBuffer2File(unsigned long long startOffset, bool wholeBuffer,
+                                        unsigned long long count) {
+    // Never past the end of the buffer, where an offset leaves less than the whole of it.
+    if (startOffset > bufferSize) return;
+    const bool all = wholeBuffer || bufferSize <= count;
+    const unsigned long long wanted = all ? bufferSize : count;
+    WriteCharArray2File(bufferStart + startOffset, std::min(wanted, bufferSize - startOffset));
 }
 
-void FileBufferStream::WriteCharArray2File(const char* data, std::uint64_t count) {
+void FileBufferStream::WriteCharArray2File(const char* data, unsigned long long count) {
     WriteBytes(data, count);
 }
 
-void FileBufferStream::ReadCharArray2File(char* data, std::uint64_t count) {
+void FileBufferStream::ReadCharArray2File(char* data, unsigned long long count) {
     ReadSome(data, count);
 }
 
-bool FileBufferStream::ReadBytes(void* data, std::uint64_t count) {
+bool FileBufferStream::ReadBytes(void* data, unsigned long long count) {
     return ReadSome(static_cast<char*>(data), count) == count;
 }
 
-std::uint64_t FileBufferStream::ReadSome(char* data, std::uint64_t count) {
+unsigned long long FileBufferStream::ReadSome(char* data, unsigned long long count) {
     if (!IsStreamGood()) return 0;
-    const std::uint64_t got = std::fread(data, 1, count, file_);
+    const unsigned long long got = std::fread(data, 1, count, file_);
     if (got != count) failed_ = true;
     return got;
 }
 
-void FileBufferStream::WriteBytes(const void* data, std::uint64_t count) {
+void FileBufferStream::WriteBytes(const void* data, unsigned long long count) {
     if (!IsStreamGood()) return;
     if (std::fwrite(data, 1, count, file_) != count) failed_ = true;
 }
@@ -166,7 +173,7 @@ void FileBufferStream::WriteBytes(const void* data, std::uint64_t count) {
 void FileBufferStream::DeleteBuffer() {
     // Deletes an attached external block too: callers never mix the two, and which memory is
     // freed when must not change.
-    delete[] bufferStart_;  // NOLINT
-    bufferStart_ = bufferCursor_ = nullptr;
-    bufferSize_ = 0;
+    delete[] bufferStart;  // NOLINT
+    bufferStart = bufferCursor = nullptr;
+    bufferSize = 0;
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 
 #include <wx/string.h>
 
@@ -30,11 +30,26 @@ public:
     /// Closes the file and frees an internal buffer, never an external one.
     ~FileBufferStream();
 
+    // --- The fields, which callers read: bufferCursor - bufferStart tells how far they have come --
+
+    /// The mode given to the last StreamOpen.
+    VpcFileMode mode = FileModeRead;
+    /// The path of the last file opened, as the system takes it; cut off after 4095 bytes.
+    std::array<char, 4096> fileName{};
+    /// True while the buffer belongs to the caller.
+    bool externalBuffer = false;
+    /// The buffer's capacity in bytes.
+    unsigned long long bufferSize = 0;
+    /// The buffer, null where there is none.
+    char* bufferStart = nullptr;
+    /// The next byte to read or write in the buffer.
+    char* bufferCursor = nullptr;
+
     // --- The file ---------------------------------------------------------------------------
 
     /// Opens `path`: reading, writing from an empty file, or writing at the end (`append`).
     /// Fails when a file is already open. Returns whether the stream is good afterwards.
-    bool StreamOpen(const wxString& path, VpcFileMode mode, bool append = false);
+    bool StreamOpen(const wxString& path, VpcFileMode openMode, bool append = false);
     bool IsStreamOpen() const { return file_ != nullptr; }
     /// Flushes and closes the file; the memory buffer stays. A failure to flush or to close
     /// (the disk is full, say) leaves the fail state set.
@@ -45,55 +60,55 @@ public:
     /// cut short.
     void StreamClearState() { failed_ = false; }
     /// The current position in the file; all ones when it cannot be told.
-    std::uint64_t StreamPosition();
+    unsigned long long StreamPosition();
     /// Moves the file position to `offset` bytes from the start.
-    void StreamSeek(std::uint64_t offset);
+    void StreamSeek(unsigned long long offset);
     /// The file's length in bytes, measured by seeking to its end and back; 0 on failure.
-    std::uint64_t StreamSize();
+    unsigned long long StreamSize();
 
     double StreamReadDouble() { return ReadValue<double>(); }
     bool StreamReadBool() { return ReadValue<std::uint8_t>() != 0; }
-    std::uint64_t StreamReadUint64() { return ReadValue<std::uint64_t>(); }
+    unsigned long long StreamReadUint64() { return ReadValue<unsigned long long>(); }
     std::uint16_t StreamReadUint16() { return ReadValue<std::uint16_t>(); }
     /// A string of `count` characters of 4 bytes each. The scratch area holds 1024 characters;
     /// a longer string cannot be read and puts the stream into the fail state. wxString::npos
     /// reads as many as the scratch area holds and takes those before the first zero.
-    wxString StreamReadString(std::uint64_t count);
+    wxString StreamReadString(unsigned long long count);
 
     void StreamWriteDouble(double value) { WriteValue(value); }
     void StreamWriteBool(bool value) { WriteValue(static_cast<std::uint8_t>(value ? 1 : 0)); }
-    void StreamWriteUint64(std::uint64_t value) { WriteValue(value); }
+    void StreamWriteUint64(unsigned long long value) { WriteValue(value); }
     void StreamWriteUint16(std::uint16_t value) { WriteValue(value); }
     /// Writes the characters only, 4 bytes each: no length and no terminator.
     void StreamWriteString(const wxString& text);
 
     // Reads at an absolute offset; the position is left just after the value.
-    double StreamReadAtDouble(std::uint64_t offset) { return Seeked(offset).StreamReadDouble(); }
-    bool StreamReadAtBool(std::uint64_t offset) { return Seeked(offset).StreamReadBool(); }
-    std::uint64_t StreamReadAtUint64(std::uint64_t offset) {
+    double StreamReadAtDouble(unsigned long long offset) { return Seeked(offset).StreamReadDouble(); }
+    bool StreamReadAtBool(unsigned long long offset) { return Seeked(offset).StreamReadBool(); }
+    unsigned long long StreamReadAtUint64(unsigned long long offset) {
         return Seeked(offset).StreamReadUint64();
     }
-    std::uint16_t StreamReadAtUint16(std::uint64_t offset) {
+    std::uint16_t StreamReadAtUint16(unsigned long long offset) {
         return Seeked(offset).StreamReadUint16();
     }
-    wxString StreamReadAtString(std::uint64_t offset, std::uint64_t count) {
+    wxString StreamReadAtString(unsigned long long offset, unsigned long long count) {
         return Seeked(offset).StreamReadString(count);
     }
 
     // Writes at an absolute offset; the position is left just after the value.
-    void StreamWriteAtDouble(std::uint64_t offset, double value) {
+    void StreamWriteAtDouble(unsigned long long offset, double value) {
         Seeked(offset).StreamWriteDouble(value);
     }
-    void StreamWriteAtBool(std::uint64_t offset, bool value) {
+    void StreamWriteAtBool(unsigned long long offset, bool value) {
         Seeked(offset).StreamWriteBool(value);
     }
-    void StreamWriteAtUint64(std::uint64_t offset, std::uint64_t value) {
+    void StreamWriteAtUint64(unsigned long long offset, unsigned long long value) {
         Seeked(offset).StreamWriteUint64(value);
     }
-    void StreamWriteAtUint16(std::uint64_t offset, std::uint16_t value) {
+    void StreamWriteAtUint16(unsigned long long offset, std::uint16_t value) {
         Seeked(offset).StreamWriteUint16(value);
     }
-    void StreamWriteAtString(std::uint64_t offset, const wxString& text) {
+    void StreamWriteAtString(unsigned long long offset, const wxString& text) {
         Seeked(offset).StreamWriteString(text);
     }
 
@@ -101,22 +116,12 @@ public:
 
     /// Replaces the buffer by a new one of `size` bytes, owned by the stream; returns it.
     /// The old buffer is deleted whoever owns it: never call this with an external buffer.
-    char* CreateInternalBuffer(std::uint64_t size);
+    char* CreateInternalBuffer(unsigned long long size);
     /// Uses `block`, which stays the caller's, as the buffer. The old buffer is deleted whoever
     /// owns it.
-    void AttachExternalBuffer(char* block, std::uint64_t size);
+    void AttachExternalBuffer(char* block, unsigned long long size);
     /// Lets go of the buffer, deleting it unless it is external.
     void ReleaseBuffer();
-
-    char* BufferStart() const { return bufferStart_; }
-    char* BufferCursor() const { return bufferCursor_; }
-    std::uint64_t BufferSize() const { return bufferSize_; }
-    /// Puts the cursor `offset` bytes past the start of the buffer; unchecked.
-    void BufferSeek(std::uint64_t offset) { bufferCursor_ = bufferStart_ + offset; }
-    /// How far the cursor has come, in bytes from the start of the buffer.
-    std::uint64_t BufferOffset() const {
-        return static_cast<std::uint64_t>(bufferCursor_ - bufferStart_);
-    }
 
     // --- Between file and buffer --------------------------------------------------------------
 
@@ -127,16 +132,16 @@ public:
     /// first replaced by one of `size` bytes, a larger one is kept with its cursor and filled
     /// whole. False when the stream is not good; a block that the file's end cuts short gives
     /// true and the fail state, and LastBlockSize tells how much of it is real.
-    bool ReadFileBlock2Buffer(std::uint64_t offset, std::uint64_t size);
+    bool ReadFileBlock2Buffer(unsigned long long offset, unsigned long long size);
     /// The bytes that the last ReadFile2Buffer or ReadFileBlock2Buffer really read.
-    std::uint64_t LastBlockSize() const { return lastBlockSize_; }
-    /// Writes the bytes from `startOffset` of the buffer: all `BufferSize()` of them when
+    unsigned long long LastBlockSize() const { return lastBlockSize_; }
+    /// Writes the bytes from `startOffset` of the buffer: all `bufferSize` of them when
     /// `wholeBuffer` or when the buffer is no larger than `count`, otherwise `count`.
-    void WriteBuffer2File(std::uint64_t startOffset, bool wholeBuffer, std::uint64_t count);
+    void WriteBuffer2File(unsigned long long startOffset, bool wholeBuffer, unsigned long long count);
     /// Writes `count` bytes from `data`, if the stream is good.
-    void WriteCharArray2File(const char* data, std::uint64_t count);
+    void WriteCharArray2File(const char* data, unsigned long long count);
     /// Reads (despite its name) `count` bytes into `data`, if the stream is good.
-    void ReadCharArray2File(char* data, std::uint64_t count);
+    void ReadCharArray2File(char* data, unsigned long long count);
 
     // --- Values in the buffer: at the cursor, which moves on; bounds are the caller's --------
 
@@ -146,11 +151,11 @@ public:
     std::uint16_t BufferReadUint16() { return BufferRead<std::uint16_t>(); }
     std::int32_t BufferReadInt32() { return BufferRead<std::int32_t>(); }
     std::uint32_t BufferReadUint32() { return BufferRead<std::uint32_t>(); }
-    std::uint64_t BufferReadUint64() { return BufferRead<std::uint64_t>(); }
+    unsigned long long BufferReadUint64() { return BufferRead<unsigned long long>(); }
     double BufferReadDouble() { return BufferRead<double>(); }
-    void BufferReadCharArray(std::uint64_t count, char* dest) {
-        std::memcpy(dest, bufferCursor_, count);
-        bufferCursor_ += count;
+    void BufferReadCharArray(unsigned long long count, char* dest) {
+        std::memcpy(dest, bufferCursor, count);
+        bufferCursor += count;
     }
 
     void BufferWriteChar(char value) { BufferWrite(value); }
@@ -159,7 +164,7 @@ public:
     void BufferWriteUint16(std::uint16_t value) { BufferWrite(value); }
     void BufferWriteInt32(std::int32_t value) { BufferWrite(value); }
     void BufferWriteUint32(std::uint32_t value) { BufferWrite(value); }
-    void BufferWriteUint64(std::uint64_t value) { BufferWrite(value); }
+    void BufferWriteUint64(unsigned long long value) { BufferWrite(value); }
     void BufferWriteDouble(double value) { BufferWrite(value); }
 
 private:
@@ -176,31 +181,27 @@ private:
     template <class T>
     T BufferRead() {
         T value;
-        std::memcpy(&value, bufferCursor_, sizeof value);
-        bufferCursor_ += sizeof value;
+        std::memcpy(&value, bufferCursor, sizeof value);
+        bufferCursor += sizeof value;
         return value;
     }
     template <class T>
     void BufferWrite(T value) {
-        std::memcpy(bufferCursor_, &value, sizeof value);
-        bufferCursor_ += sizeof value;
+        std::memcpy(bufferCursor, &value, sizeof value);
+        bufferCursor += sizeof value;
     }
-    FileBufferStream& Seeked(std::uint64_t offset) {
+    FileBufferStream& Seeked(unsigned long long offset) {
         StreamSeek(offset);
         return *this;
     }
     /// Reads exactly `count` bytes or sets the fail state; returns whether all came.
-    bool ReadBytes(void* data, std::uint64_t count);
+    bool ReadBytes(void* data, unsigned long long count);
     /// Reads up to `count` bytes; fewer set the fail state. Returns how many came.
-    std::uint64_t ReadSome(char* data, std::uint64_t count);
-    void WriteBytes(const void* data, std::uint64_t count);
+    unsigned long long ReadSome(char* data, unsigned long long count);
+    void WriteBytes(const void* data, unsigned long long count);
     void DeleteBuffer();
 
     std::FILE* file_ = nullptr;
     bool failed_ = false;
-    bool externalBuffer_ = false;
-    std::uint64_t bufferSize_ = 0;
-    std::uint64_t lastBlockSize_ = 0;
-    char* bufferStart_ = nullptr;
-    char* bufferCursor_ = nullptr;
+    unsigned long long lastBlockSize_ = 0;
 };
