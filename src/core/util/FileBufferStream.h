@@ -30,7 +30,8 @@ public:
     /// Closes the file and frees an internal buffer, never an external one.
     ~FileBufferStream();
 
-    // --- The fields, which callers read: bufferCursor - bufferStart tells how far they have come --
+    // --- The fields, which callers read: bufferCursor - bufferStart tells how far they have come
+    // --
 
     /// The mode given to the last StreamOpen.
     VpcFileMode mode = FileModeRead;
@@ -83,7 +84,9 @@ public:
     void StreamWriteString(const wxString& text);
 
     // Reads at an absolute offset; the position is left just after the value.
-    double StreamReadAtDouble(unsigned long long offset) { return Seeked(offset).StreamReadDouble(); }
+    double StreamReadAtDouble(unsigned long long offset) {
+        return Seeked(offset).StreamReadDouble();
+    }
     bool StreamReadAtBool(unsigned long long offset) { return Seeked(offset).StreamReadBool(); }
     unsigned long long StreamReadAtUint64(unsigned long long offset) {
         return Seeked(offset).StreamReadUint64();
@@ -137,7 +140,8 @@ public:
     unsigned long long LastBlockSize() const { return lastBlockSize_; }
     /// Writes the bytes from `startOffset` of the buffer: all `bufferSize` of them when
     /// `wholeBuffer` or when the buffer is no larger than `count`, otherwise `count`.
-    void WriteBuffer2File(unsigned long long startOffset, bool wholeBuffer, unsigned long long count);
+    void WriteBuffer2File(unsigned long long startOffset, bool wholeBuffer,
+                          unsigned long long count);
     /// Writes `count` bytes from `data`, if the stream is good.
     void WriteCharArray2File(const char* data, unsigned long long count);
     /// Reads (despite its name) `count` bytes into `data`, if the stream is good.

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <vector>
+
+#include <wx/string.h>
+
+#include "core/util/VpcDefinitions.h"
+#include "tree/construct/TreePrepareResult.h"
+
+class PrepareObserver;
+
+/// Turns scan files into one point tree file: the only way into tree construction.
+class PcCorePointPrepare {
+public:
+    /// Reads `inputFiles` (full paths, all of the first one's format, which its extension tells)
+    /// and writes the point tree file `outputFile`, which appears only when it is whole.
+    ///
+    /// \param headerValue      stored in the file's header untouched; hosts keep the unit there
+    /// \param workingFolder    where temporary files go; ends with a separator
+    /// \param treeType         Tree_Octree or Tree_KdTree_Symmetric
+    /// \param maxPointsPerNode points at which a leaf is split
+    /// \param maxLevel         deepest level that a split may reach; there, leaves grow
+    ///
+    /// Every failure comes back as a result; nothing is thrown but std::bad_alloc. Uses the
+    /// process-wide timer: one run at a time.
+    static TreePrepareResult preparePointData(unsigned long long headerValue,
+                                              const wxString& workingFolder,
+                                              const std::vector<wxString>& inputFiles,
+                                              wxString outputFile, VpcTreeType treeType,
+                                              unsigned long long maxPointsPerNode,
+                                              unsigned long long maxLevel);
+
+    /// The same, watched by `observer`, which can stop the run.
+    static TreePrepareResult preparePointData(unsigned long long headerValue,
+                                              const wxString& workingFolder,
+                                              const std::vector<wxString>& inputFiles,
+                                              wxString outputFile, VpcTreeType treeType,
+                                              unsigned long long maxPointsPerNode,
+                                              unsigned long long maxLevel,
+                                              PrepareObserver& observer);
+};

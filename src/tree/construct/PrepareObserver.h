@@ -1,0 +1,45 @@
+#pragma once
+
+#include <wx/string.h>
+
+#include "io/ScanSummary.h"
+
+/// What the preprocessing is doing, in the order in which it does it.
+enum class PrepareStage {
+    MeasureScans,  ///< reading every scan once for the common bounding box
+    AddPoints,     ///< reading every scan again, into the tree
+    BuildLevels,   ///< thinning the points for the coarser levels
+    WriteFile      ///< writing the point tree file
+};
+
+struct PrepareProgress {
+    PrepareStage stage = PrepareStage::MeasureScans;
+    /// Points done in this stage, and points in all; the latter may grow while the scans are
+    /// measured, and is 0 as long as it is not known.
+    unsigned long long pointsDone = 0;
+    unsigned long long pointsInAll = 0;
+};
+
+/// Watches one preprocessing run and can end it. Called on the run's own thread, several times a
+/// second; the run waits for the call to return. A call must not throw.
+class PrepareObserver {
+public:
+    virtual ~PrepareObserver() = default;
+
+    /// Told after every batch of points. False asks the run to stop: it removes its temporary
+    /// files and fails with the message "Point cloud preprocessing was cancelled".
+    virtual bool onProgress(const PrepareProgress& progress) = 0;
+
+    /// Told once, when every scan has been measured and before anything is built. `message` holds
+    /// what the readers had to say although they succeeded. False stops the run as above.
+    virtual bool onScansMeasured(const ScanSummary& summary, const wxString& message) {
+        static_cast<void>(summary);
+        static_cast<void>(message);
+        return true;
+    }
+
+protected:
+    PrepareObserver() = default;
+    PrepareObserver(const PrepareObserver&) = default;
+    PrepareObserver& operator=(const PrepareObserver&) = default;
+};
