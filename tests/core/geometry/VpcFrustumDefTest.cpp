@@ -1,7 +1,6 @@
 #include "core/geometry/VpcFrustumDef.h"
 
 #include <cmath>
-#include <limits>
 
 #include <gtest/gtest.h>
 

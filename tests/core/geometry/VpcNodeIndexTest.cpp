@@ -27,11 +27,4 @@ TEST(VpcNodeIndex, IsSameComparesLengthAndEveryMember) {
         EXPECT_FALSE(index.IsSame({{0, 0, 0}, other}));
 }
 
-TEST(VpcTriplet, HoldsLists) {
-    const VpcTriplet<std::vector<double>> lists({1}, {}, {2, 3});
-    const VpcTriplet<std::vector<double>> copy(lists);
-    EXPECT_EQ(copy.third, (std::vector<double>{2, 3}));
-    EXPECT_TRUE(copy.second.empty());
-}
-
 }  // namespace

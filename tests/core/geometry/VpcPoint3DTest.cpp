@@ -24,17 +24,13 @@ VpcPoint3D samplePoint() {
     return p;
 }
 
+/// Everything but the transient indices, bit for bit.
 void expectSameRecordFields(const VpcPoint3D& a, const VpcPoint3D& b) {
-    EXPECT_EQ(a.x, b.x);
-    EXPECT_EQ(a.y, b.y);
-    EXPECT_EQ(a.z, b.z);
-    EXPECT_EQ(a.red, b.red);
-    EXPECT_EQ(a.green, b.green);
-    EXPECT_EQ(a.blue, b.blue);
-    EXPECT_EQ(a.intensity, b.intensity);
-    EXPECT_EQ(a.scannerDistance, b.scannerDistance);
-    EXPECT_EQ(a.markerId, b.markerId);
-    EXPECT_EQ(a.sourceIndex, b.sourceIndex);
+    std::string left(54, '\0');
+    std::string right(54, '\0');
+    a.ToRecord(left.data());
+    b.ToRecord(right.data());
+    EXPECT_EQ(left, right) << a << " against " << b;
 }
 
 template <class T>

@@ -1,7 +1,6 @@
 #include "core/geometry/VpcVector3D.h"
 
 #include <cmath>
-#include <limits>
 #include <numbers>
 
 #include <gtest/gtest.h>
@@ -39,26 +38,16 @@ TEST(VpcVector3D, ToleranceIsItsOwnAndStrict) {
     EXPECT_FALSE(coarse.IsEqual(VpcVector3D(0, 0, 0.25), 0.25));
 }
 
-TEST(VpcVector3D, Arithmetic) {
-    const VpcVector3D a(1, 2, 3);
-    const VpcVector3D b(4, -5, 6);
-    EXPECT_EQ(a + b, VpcVector3D(5, -3, 9));
-    EXPECT_EQ(a - b, VpcVector3D(-3, 7, -3));
-    EXPECT_EQ(a * 2, VpcVector3D(2, 4, 6));
-    EXPECT_EQ(b / 2, VpcVector3D(2, -2.5, 3));
-    EXPECT_EQ(a.Dot(b), 12);
-    EXPECT_EQ(a.Cross(b), VpcVector3D(27, 6, -13));
+TEST(VpcVector3D, DirectionsAndZeroVectors) {
+    EXPECT_EQ(VpcVector3D(1, 2, 3).Cross(VpcVector3D(4, -5, 6)), VpcVector3D(27, 6, -13));
     EXPECT_EQ(VpcVector3D(VpcPoint3D(1, 1, 1), VpcPoint3D(2, 3, 5)), VpcVector3D(1, 2, 4));
-    EXPECT_EQ(VpcVector3D(2, -3, 6).Magnitude(), 7);
     VpcVector3D v(0, 3, -4);
     v.Normalize();
     EXPECT_EQ(v, VpcVector3D(0, 0.6, -0.8));
-    v.Negate();
-    EXPECT_EQ(v, VpcVector3D(0, -0.6, 0.8));
     VpcVector3D zero;
     zero.Normalize();
     EXPECT_TRUE(std::isnan(zero.x));
-    EXPECT_TRUE(std::isinf((a / 0).z));
+    EXPECT_TRUE(std::isinf((v / 0).z));
 }
 
 TEST(VpcVector3D, AxesFromNormal) {
