@@ -7,9 +7,9 @@
 #include <nlohmann/json.hpp>
 
 #include "CommandError.h"
+#include "DisplayText.h"
 #include "DrawingUnits.h"
 #include "ExitStatus.h"
-#include "NumberText.h"
 #include "TreeFile.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcDefinitions.h"
@@ -56,7 +56,8 @@ unsigned long long storedPoints(const std::vector<LevelTotals>& levels) {
 }
 
 std::string text(const NodeRecord::Coordinates& c) {
-    return NumberText::Exact(c[0]) + " " + NumberText::Exact(c[1]) + " " + NumberText::Exact(c[2]);
+    return DisplayText::Exact(c[0]) + " " + DisplayText::Exact(c[1]) + " " +
+           DisplayText::Exact(c[2]);
 }
 
 std::string pathText(const NodeRecord& node) {
@@ -158,14 +159,15 @@ void InfoCommand::PrintText(VpcDiskTreeQuerier& querier) const {
     line("bounds max", text(box.maximum));
     line("points", std::to_string(scanPoints(levels)) + " (" +
                        std::to_string(storedPoints(levels)) + " with the coarser levels)");
-    line("spacing", NumberText::Exact(header.minimumDistance));
+    line("spacing", DisplayText::Exact(header.minimumDistance));
     line("colour max", std::to_string(header.maxRed) + " " + std::to_string(header.maxGreen) + " " +
                            std::to_string(header.maxBlue));
-    line("intensity", "at most " + NumberText::Exact(header.maxIntensity));
+    line("intensity", "at most " + DisplayText::Exact(header.maxIntensity));
     for (const wxString& name : header.sourceNames) line("source", FileTools::ToNativePath(name));
-    line("size", std::to_string(header.fileSize) + " bytes (" + NumberText::Bytes(header.fileSize) +
-                     "), of them node records " + std::to_string(recordBytes(levels)) +
-                     ", a point record " + std::to_string(header.pointRecordSize));
+    line("size", std::to_string(header.fileSize) + " bytes (" +
+                     DisplayText::Bytes(header.fileSize) + "), of them node records " +
+                     std::to_string(recordBytes(levels)) + ", a point record " +
+                     std::to_string(header.pointRecordSize));
     printLevels(levels);
     if (!nodes_) return;
     std::printf("\n%5s  %8s  %10s  path  [box min] [box max]\n", "level", "node", "points");

@@ -26,7 +26,7 @@ public:
         used_ += sizeof value;
     }
     void PutText(const char* text, std::size_t length) {
-        std::strncpy(bytes_.data() + used_, text, length);
+        std::memcpy(bytes_.data() + used_, text, std::min(length, std::strlen(text)));
         used_ += length;
     }
     void Skip(std::size_t count) { used_ += count; }

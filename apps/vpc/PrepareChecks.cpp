@@ -16,7 +16,7 @@
 #include <wx/filename.h>
 
 #include "CommandError.h"
-#include "NumberText.h"
+#include "DisplayText.h"
 #include "core/util/FileTools.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
@@ -95,8 +95,8 @@ unsigned long long availableIn(const std::string& folder) {
 void requireRoom(const std::string& folder, unsigned long long needed) {
     const unsigned long long available = availableIn(folder);
     if (available >= needed) return;
-    refuse(folder, "has " + NumberText::Bytes(available) + " free and this run needs about " +
-                       NumberText::Bytes(needed) +
+    refuse(folder, "has " + DisplayText::Bytes(available) + " free and this run needs about " +
+                       DisplayText::Bytes(needed) +
                        " there; make room, name other folders with --work and -o, or go on "
                        "with --force");
 }

@@ -5,15 +5,16 @@
 #include <numeric>
 
 #include "CommandError.h"
+#include "DisplayText.h"
 #include "DrawingUnits.h"
 #include "ExitStatus.h"
 #include "Interrupt.h"
 #include "LevelTotals.h"
-#include "NumberText.h"
 #include "PrepareChecks.h"
 #include "ProgressDisplay.h"
 #include "WorkFolder.h"
 #include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
 #include "core/util/VpcLogger.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
@@ -157,7 +158,7 @@ void PrepareCommand::LogStart() const {
 }
 
 void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
-    const VpcDiskTreeQuerier querier(OdString(fullPath(options_.output).wc_str()));
+    const VpcDiskTreeQuerier querier(StringTools::ToOdString(fullPath(options_.output)));
     if (!querier.isOpen())
         throw CommandError("'" + options_.output + "' was written but " +
                            FileTools::ToNativePath(querier.fault()));
@@ -169,7 +170,7 @@ void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
     const std::string time = FileTools::ToNativePath(result.elapsedTime);
     std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
                 options_.output.c_str(), points, levels.size(), nodes,
-                NumberText::Bytes(querier.header().fileSize).c_str(), time.c_str());
+                DisplayText::Bytes(querier.header().fileSize).c_str(), time.c_str());
     log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
                          nodes, querier.header().fileSize) +
         result.elapsedTime);

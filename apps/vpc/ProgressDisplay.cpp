@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "DisplayText.h"
 #include "Interrupt.h"
-#include "NumberText.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcLogger.h"
 
@@ -38,7 +38,9 @@ double secondsBetween(std::chrono::steady_clock::time_point a,
 
 std::string bar(double share) {
     const auto full = static_cast<std::size_t>(share * static_cast<double>(barWidth));
-    return "[" + std::string(full, '#') + std::string(barWidth - full, '-') + "] ";
+    std::string text = "[";
+    text.append(full, '#').append(barWidth - full, '-').append("] ");
+    return text;
 }
 
 std::string padded(std::string text, std::size_t width) {
@@ -108,10 +110,10 @@ void ProgressDisplay::Show(const PrepareProgress& progress, Clock::time_point no
     std::string line = padded(std::to_string(static_cast<int>(share * 100.0)) + " %", 5) + "  " +
                        stageNames[static_cast<std::size_t>(progress.stage)];
     if (inStage > 0.0)
-        line += "  " + NumberText::Short(static_cast<double>(progress.pointsDone) / inStage) +
+        line += "  " + DisplayText::Short(static_cast<double>(progress.pointsDone) / inStage) +
                 " points/s";
     if (share >= shareToForecast && elapsed >= secondsToForecast)
-        line += "  " + NumberText::Duration(elapsed * (1.0 - share) / share) + " left";
+        line += "  " + DisplayText::Duration(elapsed * (1.0 - share) / share) + " left";
     if (terminal_) {
         std::fprintf(stderr, "\r%s", padded(bar(share) + line, lineWidth).c_str());
         barShown_ = true;

@@ -10,11 +10,12 @@
 
 #include "CommandError.h"
 #include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
 
 namespace vpc {
 
 OdString hostString(const std::string& native) {
-    return OdString(FileTools::FromNativePath(native).wc_str());
+    return StringTools::ToOdString(FileTools::FromNativePath(native));
 }
 
 void requireTreeFile(const std::string& file) {

@@ -4,12 +4,11 @@
 
 namespace vpc {
 
-/// Numbers as text, with a decimal point whatever the locale says.
-class NumberText {
+/// Numbers as people like to read them, with a decimal point whatever the locale says.
+class DisplayText {
 public:
     /// The shortest text that reads back as the same value.
     static std::string Exact(double value);
-    static std::string Fixed(double value, int decimals);
     /// Three digits and the thousands' unit: "1.25 M", "310 k", "42".
     static std::string Short(double value);
     /// A number of bytes: "1.25 GB", "310 kB", "42 bytes".
