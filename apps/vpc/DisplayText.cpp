@@ -10,10 +10,10 @@ namespace vpc {
 
 namespace {
 
-std::string twoDigits(unsigned long long value) {
-    std::string text = std::to_string(value);
-    if (value < 10) text.insert(text.begin(), '0');
-    return text;
+/// Appends a colon and a number of two digits.
+void appendTwoDigits(std::string& text, unsigned long long value) {
+    text += value < 10 ? ":0" : ":";
+    text += std::to_string(value);
 }
 
 }  // namespace
@@ -41,9 +41,10 @@ std::string DisplayText::Duration(double seconds) {
     const auto whole = static_cast<unsigned long long>(std::clamp(seconds, 0.0, 1e15));
     const unsigned long long minutes = whole / 60;
     if (minutes == 0) return std::to_string(whole) + " s";
-    const std::string tail = ":" + twoDigits(whole % 60);
-    if (minutes < 60) return std::to_string(minutes) + tail + " min";
-    return std::to_string(minutes / 60) + ":" + twoDigits(minutes % 60) + tail + " h";
+    std::string text = std::to_string(minutes < 60 ? minutes : minutes / 60);
+    if (minutes >= 60) appendTwoDigits(text, minutes % 60);
+    appendTwoDigits(text, whole % 60);
+    return text + (minutes < 60 ? " min" : " h");
 }
 
 }  // namespace vpc

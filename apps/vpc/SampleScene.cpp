@@ -24,13 +24,17 @@ enum Purpose : std::uint64_t {
     treeX,
     treeY,
     treeRadius,
-    treeHeight
+    treeHeight,
+    purposes
 };
 
 constexpr double blockLength = 120.0;
 constexpr double streetWidth = 9.0;
 constexpr double lotLength = 37.0;
 constexpr double treeSpacing = 7.0;
+/// The share of the places for trees that have one, in woods and elsewhere.
+constexpr double mostTrees = 0.75;
+constexpr double fewestTrees = 0.06;
 constexpr double fieldLength = 80.0;
 constexpr double wallThickness = 0.25;
 
@@ -59,6 +63,11 @@ std::uint16_t channel(double value) {
 
 }  // namespace
 
+SampleScene::SampleScene(std::uint64_t seed) {
+    static_assert(purposes == keyCount);
+    for (std::uint64_t what = 0; what < purposes; ++what) keys_[what] = mixed(seed + what);
+}
+
 SamplePoint SampleScene::Hit(double x, double y, SampleRandom& random) const {
     SamplePoint point;
     point.x = x;
@@ -74,7 +83,7 @@ double SampleScene::Ground(double x, double y) const {
 }
 
 bool SampleScene::HitHouse(SamplePoint& point, SampleRandom& random) const {
-    if (isStreet(point.x, point.y) || !IsTown(point.x, point.y)) return false;
+    if (isStreet(point.x, point.y)) return false;
     // Lots are counted within their block, three to a side, between the streets.
     const double inBlockX = within(point.x, blockLength) - streetWidth;
     const double inBlockY = within(point.y, blockLength) - streetWidth;
@@ -87,7 +96,8 @@ bool SampleScene::HitHouse(SamplePoint& point, SampleRandom& random) const {
     const double offsetY = within(inBlockY, lotLength) - lotLength / 2;
     const double fromSide = halfWidth - std::abs(offsetX);
     const double fromFront = halfDepth - std::abs(offsetY);
-    if (fromSide < 0.0 || fromFront < 0.0) return false;
+    // The costly question comes last.
+    if (fromSide < 0.0 || fromFront < 0.0 || !IsTown(point.x, point.y)) return false;
     const double base = Ground(point.x - offsetX, point.y - offsetY);
     const double eaves = 3.0 + 9.0 * CellValue(lotX, lotY, houseHeight);
     const double roof = CellValue(lotX, lotY, houseRoof);
@@ -109,8 +119,8 @@ bool SampleScene::HitTree(SamplePoint& point, SampleRandom& random) const {
     if (isStreet(point.x, point.y)) return false;
     const std::int64_t cellX = cellOf(point.x, treeSpacing);
     const std::int64_t cellY = cellOf(point.y, treeSpacing);
-    const bool inWood = Noise(point.x, point.y, 160.0, wood) > 0.6 && !IsTown(point.x, point.y);
-    if (CellValue(cellX, cellY, treeHere) > (inWood ? 0.75 : 0.06)) return false;
+    const double here = CellValue(cellX, cellY, treeHere);
+    if (here > mostTrees) return false;
     const double radius = 1.5 + 1.9 * CellValue(cellX, cellY, treeRadius);
     const double freedom = treeSpacing - 2 * radius;
     const double centreX = radius + freedom * CellValue(cellX, cellY, treeX);
@@ -118,8 +128,9 @@ bool SampleScene::HitTree(SamplePoint& point, SampleRandom& random) const {
     const double dx = within(point.x, treeSpacing) - centreX;
     const double dy = within(point.y, treeSpacing) - centreY;
     const double share = (dx * dx + dy * dy) / (radius * radius);
+    if (share >= 1.0 || here > TreeShare(point.x, point.y)) return false;
     // Every fourth shot or so finds its way through the leaves to the ground.
-    if (share >= 1.0 || random.Unit() < 0.25) return false;
+    if (random.Unit() < 0.25) return false;
     const double height = 5.0 + 13.0 * CellValue(cellX, cellY, treeHeight);
     const double depth = random.Unit();
     point.z = Ground(point.x, point.y) + height * (1.0 - 0.6 * share) - 2.0 * depth * depth;
@@ -140,6 +151,11 @@ void SampleScene::HitGround(SamplePoint& point, SampleRandom& random) const {
     Paint(point, {16000 + 22000 * ripe, 30000, 11000}, 15000 + 4000 * ripe, random);
 }
 
+double SampleScene::TreeShare(double x, double y) const {
+    const bool inWood = Noise(x, y, 160.0, wood) > 0.6 && !IsTown(x, y);
+    return inWood ? mostTrees : fewestTrees;
+}
+
 bool SampleScene::IsTown(double x, double y) const {
     return Noise(x, y, 500.0, town) > 0.45;
 }
@@ -147,7 +163,7 @@ bool SampleScene::IsTown(double x, double y) const {
 double SampleScene::CellValue(std::int64_t cellX, std::int64_t cellY, std::uint64_t what) const {
     const std::uint64_t place = static_cast<std::uint64_t>(cellX) * 0x9e3779b97f4a7c15ULL ^
                                 static_cast<std::uint64_t>(cellY) * 0xc2b2ae3d27d4eb4fULL;
-    return static_cast<double>(mixed(place + mixed(seed_ + what)) >> 11) * 0x1p-53;
+    return static_cast<double>(mixed(place + keys_[what]) >> 11) * 0x1p-53;
 }
 
 double SampleScene::Noise(double x, double y, double wavelength, std::uint64_t what) const {

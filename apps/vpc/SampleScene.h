@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "SamplePoint.h"
@@ -12,7 +14,7 @@ namespace vpc {
 /// arithmetic operations are used, so that every machine gives the same bits.
 class SampleScene {
 public:
-    explicit SampleScene(std::uint64_t seed) : seed_(seed) {}
+    explicit SampleScene(std::uint64_t seed);
 
     /// What a laser from above hits at this place, in metres.
     SamplePoint Hit(double x, double y, SampleRandom& random) const;
@@ -26,6 +28,8 @@ private:
     bool HitHouse(SamplePoint& point, SampleRandom& random) const;
     bool HitTree(SamplePoint& point, SampleRandom& random) const;
     void HitGround(SamplePoint& point, SampleRandom& random) const;
+    /// The share of the places for trees that have one.
+    double TreeShare(double x, double y) const;
     bool IsTown(double x, double y) const;
     /// 0 to 1, the same for a cell whenever it is asked for; `what` tells several apart.
     double CellValue(std::int64_t cellX, std::int64_t cellY, std::uint64_t what) const;
@@ -34,7 +38,9 @@ private:
     static void Paint(SamplePoint& point, const Colour& colour, double intensity,
                       SampleRandom& random);
 
-    std::uint64_t seed_;
+    /// One for everything that a cell is asked for.
+    static constexpr std::size_t keyCount = 16;
+    std::array<std::uint64_t, keyCount> keys_{};
 };
 
 }  // namespace vpc
