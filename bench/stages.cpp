@@ -1,5 +1,6 @@
-// Prepares a LAS scan as an octree of 10000 points a node and prints on one line the seconds that
-// each stage took: measuring the scan, adding the points, building the levels, writing the file.
+// Prepares a LAS scan as an octree of 10000 points a node (at most 12 levels deep) and prints on
+// one line the seconds that each stage took: measuring the scan, adding the points, building the
+// levels, writing the file.
 //
 // Usage: vpc_stages SCAN.las FOLDER. Removes its files.
 
@@ -17,7 +18,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr unsigned long long maxPointsPerNode = 10000;
-constexpr unsigned long long maxLevel = 20;
+constexpr unsigned long long maxLevel = 12;
 
 /// Charges the time between two reports to the stage that the later one belongs to.
 class StageClock : public PrepareObserver {
