@@ -51,14 +51,14 @@ unsigned long long FileBufferStream::StreamPosition() {
 }
 
 void FileBufferStream::StreamSeek(unsigned long long offset) {
-    if (!IsStreamGood()) return;
+    if (!CanTransfer()) return;
     if (offset > static_cast<unsigned long long>(std::numeric_limits<off_t>::max()) ||
         fseeko(file_, static_cast<off_t>(offset), SEEK_SET) != 0)
         failed_ = true;
 }
 
 unsigned long long FileBufferStream::StreamSize() {
-    if (!IsStreamGood()) return 0;
+    if (!CanTransfer()) return 0;
     const unsigned long long position = StreamPosition();
     if (fseeko(file_, 0, SEEK_END) != 0) {
         failed_ = true;
@@ -118,7 +118,7 @@ void FileBufferStream::ReleaseBuffer() {
 }
 
 bool FileBufferStream::ReadFile2Buffer() {
-    if (!IsStreamGood()) return false;
+    if (!CanTransfer()) return false;
     const unsigned long long size = StreamSize();
     StreamSeek(0);
     if (failed_) return false;
@@ -131,7 +131,7 @@ bool FileBufferStream::ReadFile2Buffer() {
 bool FileBufferStream::ReadFileBlock2Buffer(unsigned long long offset, unsigned long long size) {
     lastBlockSize_ = 0;
     if (size > bufferSize) CreateInternalBuffer(size);
-    if (!IsStreamGood()) return false;
+    if (!CanTransfer()) return false;
     StreamSeek(offset);
     lastBlockSize_ = ReadSome(bufferStart, bufferSize);
     return true;
@@ -159,14 +159,14 @@ bool FileBufferStream::ReadBytes(void* data, unsigned long long count) {
 }
 
 unsigned long long FileBufferStream::ReadSome(char* data, unsigned long long count) {
-    if (!IsStreamGood()) return 0;
+    if (!CanTransfer()) return 0;
     const unsigned long long got = std::fread(data, 1, count, file_);
     if (got != count) failed_ = true;
     return got;
 }
 
 void FileBufferStream::WriteBytes(const void* data, unsigned long long count) {
-    if (!IsStreamGood()) return;
+    if (!CanTransfer()) return;
     if (std::fwrite(data, 1, count, file_) != count) failed_ = true;
 }
 

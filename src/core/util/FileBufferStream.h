@@ -55,8 +55,8 @@ public:
     /// Flushes and closes the file; the memory buffer stays. A failure to flush or to close
     /// (the disk is full, say) leaves the fail state set.
     void StreamClose();
-    /// True while no operation has failed since the file was opened.
-    bool IsStreamGood() const { return file_ != nullptr && !failed_; }
+    /// True while no operation has failed, the last StreamClose included.
+    bool IsStreamGood() const { return !failed_; }
     /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
     /// cut short.
     void StreamClearState() { failed_ = false; }
@@ -198,6 +198,7 @@ private:
         StreamSeek(offset);
         return *this;
     }
+    bool CanTransfer() const { return file_ != nullptr && !failed_; }
     /// Reads exactly `count` bytes or sets the fail state; returns whether all came.
     bool ReadBytes(void* data, unsigned long long count);
     /// Reads up to `count` bytes; fewer set the fail state. Returns how many came.

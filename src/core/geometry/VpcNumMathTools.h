@@ -1,0 +1,29 @@
+#pragma once
+
+/// Small numeric functions shared by hashing and by the colour ramps.
+class VpcNumMathTools {
+public:
+    /// Mixes `value` into `seed`: the 64-bit step of MurmurHash2-64A.
+    static void CombineHash(unsigned long long& seed, unsigned long long value) {
+        constexpr unsigned long long m = 0xc6a4a7935bd1e995ULL;
+        unsigned long long k = value * m;
+        k ^= k >> 47;
+        k *= m;
+        seed ^= k;
+        seed *= m;
+        seed += 0xe6546b64ULL;
+    }
+
+    /// Maps `v` from one range to another, dividing first. Values outside extrapolate; an empty
+    /// source range gives an infinity or NaN.
+    static double RescaleRange(double v, double fromMin, double fromMax, double toMin,
+                               double toMax) {
+        return (v - fromMin) / (fromMax - fromMin) * (toMax - toMin) + toMin;
+    }
+
+    /// The same mapping, multiplying first. Both are kept because they round differently.
+    static double LinearInterpolate(double v, double fromMin, double fromMax, double toMin,
+                                    double toMax) {
+        return (v - fromMin) * (toMax - toMin) / (fromMax - fromMin) + toMin;
+    }
+};

@@ -1,0 +1,219 @@
+#include "tree/construct/PcCorePointPrepare.h"
+
+#include <cmath>
+#include <exception>
+#include <memory>
+#include <new>
+
+#include <wx/intl.h>
+#include <wx/translation.h>
+
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/util/FileTools.h"
+#include "core/util/VpcTimer.h"
+#include "io/FileIoFactory.h"
+#include "io/FileParentIO.h"
+#include "tree/construct/PrepareCancelled.h"
+#include "tree/construct/PrepareObserver.h"
+#include "tree/construct/VpcConstructTree.h"
+
+namespace {
+
+/// Buffers of more points go to disk after every batch.
+constexpr unsigned long long flushThreshold = 100;
+/// Points kept in memory before they go to the temporary files, in bytes.
+constexpr unsigned long long pointMemory = 128ULL << 20;
+
+/// What stands for an observer where there is none.
+class Unobserved final : public PrepareObserver {
+public:
+    bool onProgress(const PrepareProgress&) override { return true; }
+};
+
+/// One preprocessing run.
+class PrepareRun {
+public:
+    PrepareRun(const std::vector<wxString>& inputFiles, PrepareObserver& observer)
+        : inputFiles_(inputFiles), observer_(observer) {}
+
+    TreePrepareResult Run(unsigned long long headerValue, const wxString& workingFolder,
+                          const wxString& outputFile, VpcTreeType treeType,
+                          unsigned long long maxPointsPerNode, unsigned long long maxLevel);
+
+private:
+    /// Reads all scans for their bounding box. False leaves the reason in message_.
+    bool MeasureScans();
+    /// Reads all scans into the tree.
+    void AddScans(VpcConstructTree& tree);
+    void AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree);
+    /// Adds those points of a batch that have finite coordinates.
+    void AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
+                         VpcConstructTree& tree);
+    void NoteLostPoints(const VpcConstructTree& tree);
+    void AddNote(const wxString& note);
+    void Report(PrepareStage stage, unsigned long long pointsDone, unsigned long long points);
+
+    const std::vector<wxString>& inputFiles_;
+    PrepareObserver& observer_;
+    VpcDataFormat format_ = DataFormat_Unknown;
+    VpcBoundingBoxAxisAligned box_;
+    ScanSummary summary_;
+    unsigned long long pointsRead_ = 0;
+    unsigned long long nonFinitePoints_ = 0;
+    wxString message_;
+};
+
+TreePrepareResult failure(const wxString& message) {
+    return {false, message, wxString()};
+}
+
+bool isFinite(const VpcPoint3D& point) {
+    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
+}
+
+/// Runs `work` and turns every exception into a failed result, but for those that end the run and
+/// those that `passOn` lets through.
+template <class Work>
+TreePrepareResult guarded(const Work& work) {
+    try {
+        return work();
+    } catch (const std::exception& e) {
+        return failure(_("EXCEPTION in point cloud preprocessing: ") +
+                       FileTools::FromNativePath(e.what()));
+    } catch (const vpc::PrepareCancelled&) {
+        return failure(_("Point cloud preprocessing was cancelled"));
+    } catch (...) {
+        return failure(_("UNCAUGHT EXCEPTION in point cloud preprocessing "));
+    }
+}
+
+TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString& workingFolder,
+                                  const wxString& outputFile, VpcTreeType treeType,
+                                  unsigned long long maxPointsPerNode,
+                                  unsigned long long maxLevel) {
+    if (inputFiles_.empty()) return failure(_("Point cloud list of input files is empty..."));
+    VpcTimer::Instance()->Start();
+    // The first file decides for all of them.
+    format_ = FileIoFactory::GetDataFormat(inputFiles_.front());
+    if (format_ == DataFormat_Unknown)
+        return failure(
+            _("No valid input files (*.las, *.pts or *.ptx), so not able to preprocess "
+              "point cloud"));
+    if (!MeasureScans()) return failure(message_);
+    const bool is16bitColor = FileIoFactory::DetermineIs16bitColor(inputFiles_, format_, message_);
+
+    VpcConstructTree tree(workingFolder, treeType, maxPointsPerNode, maxLevel, is16bitColor,
+                          pointMemory);
+    tree.setSubsampleType(Subsample_Random, false);
+    tree.InitializeRootNode(box_);
+    AddScans(tree);
+    NoteLostPoints(tree);
+
+    Report(PrepareStage::BuildLevels, 0, pointsRead_);
+    if (!tree.FinishAddData()) return failure(_("ERROR: FinishAddData() failed!!"));
+    tree.SetProgress([this](unsigned long long done, unsigned long long points) {
+        Report(PrepareStage::WriteFile, done, points);
+    });
+    const bool written = tree.CreateDiskTreeFile(outputFile, headerValue);
+    VpcTimer::Instance()->Stop();
+    return {written, message_, VpcTimer::Instance()->ElapsedTimeToString()};
+}
+
+bool PrepareRun::MeasureScans() {
+    const auto progress = [this](unsigned long long done, unsigned long long points) {
+        return observer_.onProgress({PrepareStage::MeasureScans, done, points});
+    };
+    bool stopped = false;
+    const bool measured = FileIoFactory::DetermineMultipleBoundingBox(
+        inputFiles_, format_, box_, message_, &summary_,
+        [&](unsigned long long done, unsigned long long points) {
+            stopped = !progress(done, points);
+            return !stopped;
+        });
+    if (stopped || (measured && !observer_.onScansMeasured(summary_, message_)))
+        throw vpc::PrepareCancelled();
+    // An empty box has no sides: there are no points, which shows when the tree is finished.
+    if (measured && !box_.sortedSides.empty())
+        box_.AddMargin(box_.sortedSides.front().second / 10000);
+    return measured;
+}
+
+void PrepareRun::AddScans(VpcConstructTree& tree) {
+    const std::unique_ptr<FileParentIO> reader(
+        FileIoFactory::Create(format_, FileIoFactory::defaultBatchCapacity));
+    for (std::size_t i = 0; i < inputFiles_.size(); ++i) AddScan(*reader, i, tree);
+    tree.maxRed = reader->maxRed;
+    tree.maxGreen = reader->maxGreen;
+    tree.maxBlue = reader->maxBlue;
+    tree.maxIntensity = reader->maxIntensity;
+}
+
+void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree) {
+    reader.scanIndex = static_cast<int>(index);
+    // A scan that does not open has no points remaining.
+    reader.initializeRead(inputFiles_[index]);
+    while (reader.pointsRemaining != 0) {
+        const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
+        const unsigned long long count = reader.nextPointBatch();
+        if (reader.nonFinitePoints == nonFiniteBefore)
+            tree.AddPoints(reader.pointBuffer, count);
+        else
+            AddFinitePoints(reader.pointBuffer, count, tree);
+        tree.FlushBuffersToDisk(flushThreshold);
+        pointsRead_ += count;
+        Report(PrepareStage::AddPoints, pointsRead_, summary_.points);
+    }
+    reader.closeRead();
+}
+
+void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
+                                 VpcConstructTree& tree) {
+    for (const VpcPoint3D* point = points; point != points + count; ++point) {
+        if (isFinite(*point))
+            tree.AddPoints(point, 1);
+        else
+            ++nonFinitePoints_;
+    }
+}
+
+void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
+    if (nonFinitePoints_ != 0)
+        AddNote(wxString::Format(
+            _("%llu points with a coordinate that is not finite were left out"), nonFinitePoints_));
+    if (tree.UntakenPoints() != 0)
+        AddNote(wxString::Format(_("%llu points lay in no node of the tree and were left out"),
+                                 tree.UntakenPoints()));
+}
+
+void PrepareRun::AddNote(const wxString& note) {
+    if (!message_.empty()) message_ += "\n";
+    message_ += note;
+}
+
+void PrepareRun::Report(PrepareStage stage, unsigned long long pointsDone,
+                        unsigned long long points) {
+    if (!observer_.onProgress({stage, pointsDone, points})) throw vpc::PrepareCancelled();
+}
+
+}  // namespace
+
+TreePrepareResult PcCorePointPrepare::preparePointData(unsigned long long headerValue,
+                                                       const wxString& workingFolder,
+                                                       const std::vector<wxString>& inputFiles,
+                                                       wxString outputFile, VpcTreeType treeType,
+                                                       unsigned long long maxPointsPerNode,
+                                                       unsigned long long maxLevel) {
+    Unobserved nobody;
+    return preparePointData(headerValue, workingFolder, inputFiles, std::move(outputFile), treeType,
+                            maxPointsPerNode, maxLevel, nobody);
+}
+
+TreePrepareResult PcCorePointPrepare::preparePointData(
+    unsigned long long headerValue, const wxString& workingFolder,
+    const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
+    unsigned long long maxPointsPerNode, unsigned long long maxLevel, PrepareObserver& observer) {
+    return guarded([&] {
+        return PrepareRun(inputFiles, observer)
+            .Run(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel);
+    });
+}

@@ -1,0 +1,60 @@
+#include "tree/construct/PointBlock.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "tree/disk/PointTreeLayout.h"
+
+namespace vpc {
+
+namespace {
+
+/// Records that are collected before they are written: some 200 KiB.
+constexpr unsigned long long collectionCapacity = 4096;
+
+}  // namespace
+
+PointBlock::PointBlock(FileBufferStream& stream, const VpcConstructNode& node, PointBlock* parent,
+                       SamplePattern* pattern)
+    : stream_(stream),
+      node_(node),
+      parent_(parent),
+      pattern_(pattern),
+      position_(node.blockPosition) {
+}
+
+void PointBlock::WriteHeader() {
+    stream_.StreamSeek(position_);
+    stream_.StreamWriteUint64(node_.Level());
+    stream_.StreamWriteUint64(node_.PointsOnDisk());
+    position_ += PointTreeLayout::pointBlockHeaderSize;
+}
+
+void PointBlock::Write(const char* records, unsigned long long count) {
+    stream_.StreamSeek(position_);
+    stream_.WriteCharArray2File(records, count * recordSize);
+    position_ += count * recordSize;
+    const unsigned long long begin = written_;
+    written_ += count;
+    if (parent_ == nullptr) return;
+    pattern_->ForEachKept(node_.PointsOnDisk(), begin, written_, [&](unsigned long long i) {
+        parent_->Collect(records + (i - begin) * recordSize);
+    });
+}
+
+void PointBlock::Collect(const char* record) {
+    if (collection_ == nullptr) {
+        const auto capacity = std::min(collectionCapacity, node_.PointsOnDisk());
+        collection_ = std::make_unique_for_overwrite<char[]>(capacity * recordSize);
+    }
+    std::memcpy(collection_.get() + collected_ * recordSize, record, recordSize);
+    ++collected_;
+    if (collected_ == std::min(collectionCapacity, node_.PointsOnDisk())) WriteCollected();
+}
+
+void PointBlock::WriteCollected() {
+    const unsigned long long count = std::exchange(collected_, 0);
+    if (count != 0) Write(collection_.get(), count);
+}
+
+}  // namespace vpc

@@ -1,0 +1,192 @@
+#include "tree/construct/PointTreeFileWriter.h"
+
+#include <cstring>
+
+#include "tree/construct/PointBlock.h"
+#include "tree/construct/ReplacementFile.h"
+#include "tree/disk/PointTreeLayout.h"
+
+namespace vpc {
+
+namespace {
+
+PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
+    const auto& grid = node.ChildrenPerAxis();
+    return {grid.first, grid.second, grid.third};
+}
+
+/// Brings the colours of 16 bits in `records` to their high bytes.
+void keepHighBytes(char* records, unsigned long long count) {
+    for (char* record = records; record != records + count * recordSize; record += recordSize) {
+        unsigned short colour[3];
+        char* stored = record + VpcPoint3D::recordOffsetRed;
+        std::memcpy(colour, stored, sizeof colour);
+        for (unsigned short& channel : colour) channel = static_cast<unsigned short>(channel >> 8);
+        std::memcpy(stored, colour, sizeof colour);
+    }
+}
+
+}  // namespace
+
+PointTreeFileWriter::PointTreeFileWriter(VpcConstructTree& tree, unsigned long long hostValue)
+    : tree_(tree), hostValue_(hostValue) {
+}
+
+bool PointTreeFileWriter::Write(const wxString& fileName,
+                                const VpcConstructTree::Progress& progress) {
+    progress_ = progress;
+    ReplacementFile file(fileName, tree_.TreeId());
+    if (!stream_.StreamOpen(file.TemporaryName(), FileModeWrite)) return false;
+    PlacePositions();
+    WriteHeader();
+    WriteNodeRecords();
+    const bool whole = WritePointBlocks();
+    stream_.StreamClose();
+    return whole && stream_.IsStreamGood() && file.Commit();
+}
+
+void PointTreeFileWriter::PlacePositions() {
+    using namespace PointTreeLayout;
+    firstRecord_ = firstNodeRecordPosition(SourceNameBytes(), tree_.Levels().size());
+    Position position = firstRecord_;
+    for (const auto& level : tree_.Levels()) {
+        for (VpcConstructNode* node : level) {
+            node->recordPosition = position;
+            position += PointTreeLayout::recordSize(node->Level(), childGridOf(*node));
+        }
+    }
+    pointData_ = position;
+    for (const auto& level : tree_.Levels()) {
+        for (VpcConstructNode* node : level) {
+            node->blockPosition = position;
+            position += pointBlockHeaderSize + node->PointsOnDisk() * vpc::recordSize;
+        }
+    }
+}
+
+unsigned long long PointTreeFileWriter::SourceNameBytes() const {
+    unsigned long long bytes = PointTreeLayout::wordSize;
+    for (const wxString& name : tree_.SourceNames())
+        bytes += PointTreeLayout::wordSize + PointTreeLayout::characterSize * name.length();
+    return bytes;
+}
+
+void PointTreeFileWriter::WriteHeader() {
+    stream_.StreamWriteUint64(PointTreeLayout::version);
+    stream_.StreamWriteUint64(static_cast<unsigned long long>(tree_.TreeType()));
+    stream_.StreamWriteDouble(tree_.MinimumPointDistance());
+    stream_.StreamWriteUint64(tree_.actualMaxPointsPerNode());
+    stream_.StreamWriteBool(false);
+    stream_.StreamWriteUint16(tree_.maxRed);
+    stream_.StreamWriteUint16(tree_.maxGreen);
+    stream_.StreamWriteUint16(tree_.maxBlue);
+    stream_.StreamWriteDouble(tree_.maxIntensity);
+    for (const double value : tree_.headerDoubles) stream_.StreamWriteDouble(value);
+    stream_.StreamWriteUint64(hostValue_);
+    stream_.StreamWriteUint64(firstRecord_);
+    stream_.StreamWriteUint64(pointData_);
+    stream_.StreamWriteUint64(tree_.SourceNames().size());
+    for (const wxString& name : tree_.SourceNames()) {
+        stream_.StreamWriteUint64(name.length());
+        stream_.StreamWriteString(name);
+    }
+    stream_.StreamWriteUint64(vpc::recordSize);
+    stream_.StreamWriteUint64(tree_.Levels().size());
+    for (const auto& level : tree_.Levels()) stream_.StreamWriteUint64(level.size());
+}
+
+void PointTreeFileWriter::WriteNodeRecords() {
+    for (const auto& level : tree_.Levels())
+        for (const VpcConstructNode* node : level) WriteNodeRecord(*node);
+}
+
+void PointTreeFileWriter::WriteNodeRecord(const VpcConstructNode& node) {
+    stream_.StreamWriteUint64(node.Level());
+    stream_.StreamWriteDouble(node.MinDistance());
+    WritePath(node.NodeId());
+    WritePath(node.GridPath());
+    WriteTriple(node.Minimum());
+    WriteTriple(node.Maximum());
+    stream_.StreamWriteUint64(node.PointsOnDisk());
+    WriteTriplet(node.ChildrenPerAxis());
+    WriteCellWidths(node);
+    stream_.StreamWriteUint64(node.recordPosition);
+    stream_.StreamWriteUint64(node.blockPosition);
+    stream_.StreamWriteUint64(node.blockPosition + PointTreeLayout::pointBlockHeaderSize);
+    const VpcConstructNode* parent = node.Parent();
+    stream_.StreamWriteUint64(parent != nullptr ? parent->recordPosition : 0);
+    stream_.StreamWriteUint64(parent != nullptr ? parent->blockPosition : 0);
+    WriteChildEntries(node);
+}
+
+void PointTreeFileWriter::WritePath(const std::vector<VpcConstructNode::Triplet>& path) {
+    for (const auto& triplet : path) WriteTriplet(triplet);
+}
+
+void PointTreeFileWriter::WriteTriplet(const VpcConstructNode::Triplet& triplet) {
+    stream_.StreamWriteUint64(triplet.first);
+    stream_.StreamWriteUint64(triplet.second);
+    stream_.StreamWriteUint64(triplet.third);
+}
+
+void PointTreeFileWriter::WriteTriple(const VpcConstructNode::Triple& triple) {
+    for (const double value : triple) stream_.StreamWriteDouble(value);
+}
+
+void PointTreeFileWriter::WriteCellWidths(const VpcConstructNode& node) {
+    const auto& grid = node.ChildrenPerAxis();
+    const unsigned long long counts[] = {grid.first, grid.second, grid.third};
+    for (unsigned axis = 0; axis < 3; ++axis)
+        for (unsigned long long i = 0; i < counts[axis]; ++i)
+            stream_.StreamWriteDouble(node.CellSize()[axis]);
+}
+
+void PointTreeFileWriter::WriteChildEntries(const VpcConstructNode& node) {
+    const auto& children = node.Children();
+    // A leaf that was pushed down has an entry for a child that it does not have.
+    for (unsigned long long i = 0; i < childGridOf(node).cells(); ++i) {
+        stream_.StreamWriteUint64(i < children.size() ? children[i]->recordPosition : 0);
+        stream_.StreamWriteUint64(i < children.size() ? children[i]->blockPosition : 0);
+    }
+}
+
+bool PointTreeFileWriter::WritePointBlocks() {
+    if (tree_.Levels().empty()) return true;
+    if (tree_.SamplesWhileWriting()) return WriteSubtree(*tree_.Root(), nullptr);
+    for (const auto& level : tree_.Levels()) {
+        for (VpcConstructNode* node : level) {
+            PointBlock block(stream_, *node, nullptr, nullptr);
+            block.WriteHeader();
+            if (!WriteOwnPoints(*node, block)) return false;
+        }
+    }
+    return true;
+}
+
+bool PointTreeFileWriter::WriteSubtree(VpcConstructNode& node, PointBlock* parent) {
+    PointBlock block(stream_, node, parent, &tree_.SamplePatternOfTree());
+    block.WriteHeader();
+    if (node.Children().empty()) return WriteOwnPoints(node, block);
+    for (const auto& child : node.Children())
+        if (!WriteSubtree(*child, &block)) return false;
+    block.WriteCollected();
+    ReportNode(node);
+    return block.IsComplete();
+}
+
+bool PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& block) {
+    const bool whole = node.VisitRecords([&](char* records, unsigned long long count) {
+        if (tree_.is16bitColor) keepHighBytes(records, count);
+        block.Write(records, count);
+    });
+    ReportNode(node);
+    node.RemoveDiskFile();
+    return whole && stream_.IsStreamGood();
+}
+
+void PointTreeFileWriter::ReportNode(const VpcConstructNode& node) {
+    pointsDone_ += node.PointsOnDisk();
+    if (progress_) progress_(pointsDone_, tree_.PointsAdded());
+}
+
+}  // namespace vpc

@@ -1,0 +1,218 @@
+#include "tree/construct/VpcConstructTree.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+#include "io/PlyIO.h"
+#include "tree/construct/PointTreeFileWriter.h"
+
+namespace {
+
+/// A ratio of two extents, rounded; in range whatever the extents were.
+unsigned long long roundedRatio(double extent, double shortest, double rounding) {
+    constexpr double largest = 1e18;
+    const double ratio = std::trunc(extent / shortest + rounding);
+    if (!(ratio >= 0.0)) return 0;
+    return static_cast<unsigned long long>(std::min(ratio, largest));
+}
+
+}  // namespace
+
+VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
+                                   unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+                                   bool is16bit, unsigned long long pointMemory)
+    : is16bitColor(is16bit),
+      treeId_(StringTools::createGUID()),
+      treeType_(treeType),
+      maxPointsPerNode_(maxPointsPerNode),
+      maxLevel_(maxLevel),
+      workingFolder_(workingFolder),
+      store_(pointMemory) {
+}
+
+VpcConstructTree::~VpcConstructTree() = default;
+
+void VpcConstructTree::setSubsampleType(VpcSubsampleType type, bool seedFromDevice) {
+    subsampleType_ = type;
+    seedFromDevice_ = seedFromDevice;
+}
+
+void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
+    constexpr double margin = 0.0001;
+    box.AddMargin(margin);
+    lastLeaf_ = nullptr;
+    root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
+                                               VpcConstructNode::Triplet{0, 0, 0},
+                                               VpcConstructNode::Triplet{1, 1, 1});
+    InitializeDimensionRatios(box.sideX, box.sideY, box.sideZ);
+}
+
+void VpcConstructTree::InitializeDimensionRatios(double dx, double dy, double dz) {
+    constexpr double rounding = 0.4999;
+    // The third branch rounds a little differently from the other two, and is meant to.
+    constexpr double roundingOverZ = 0.49999;
+    if (dy >= dx && dz >= dx)
+        dimensionRatios_ = {1, roundedRatio(dy, dx, rounding), roundedRatio(dz, dx, rounding)};
+    else if (dx >= dy && dz >= dy)
+        dimensionRatios_ = {roundedRatio(dx, dy, rounding), 1, roundedRatio(dz, dy, rounding)};
+    else
+        dimensionRatios_ = {roundedRatio(dx, dz, roundingOverZ),
+                            roundedRatio(dy, dz, roundingOverZ), 1};
+    const auto& ratios = dimensionRatios_;
+    if (ratios.first == 1 && ratios.second == 1 && ratios.third == 1) dimensionRatios_ = {2, 2, 2};
+}
+
+void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long count) {
+    pointsAdded_ += count;
+    for (const VpcPoint3D* point = points; point != points + count; ++point) {
+        VpcConstructNode* leaf = lastLeaf_;
+        if (leaf == nullptr || !leaf->Contains(point->x, point->y, point->z))
+            leaf = root_->FindLeaf(point->x, point->y, point->z);
+        if (leaf == nullptr) {
+            ++untakenPoints_;
+            continue;
+        }
+        leaf->StoreInLeaf(*point);
+        lastLeaf_ = leaf->Children().empty() ? leaf : nullptr;
+    }
+}
+
+bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {
+    if (store_.WritesBehind()) return true;
+    if (threshold < lastThreshold_) {
+        root_->FlushBuffersToDisk(threshold);
+    } else {
+        // Only buffers that have grown since can have passed the threshold.
+        for (VpcConstructNode* node : awaitingFlush_)
+            if (node->BufferedPoints() > threshold) node->WriteBufferPointsToDisk();
+    }
+    for (VpcConstructNode* node : awaitingFlush_) node->awaitsFlush_ = false;
+    awaitingFlush_.clear();
+    lastThreshold_ = threshold;
+    return true;
+}
+
+bool VpcConstructTree::FinishAddData() {
+    return BuildEndNodeList() && PopulateParentNodes();
+}
+
+bool VpcConstructTree::BuildEndNodeList() {
+    leafCount_ = filledLeafCount_ = emptyLeafCount_ = 0;
+    endNodes_.clear();
+    if (root_ != nullptr) root_->AddEndNodes();
+    if (endNodes_.empty() || !WriteEndNodeBuffers() || levels_.empty()) return false;
+    const VpcConstructNode* densest = DensestEndNode();
+    const double side = std::min({densest->Extent(0), densest->Extent(1), densest->Extent(2)});
+    constexpr double smallestDistance = 0.0025;
+    const double spacing =
+        std::cbrt(side * side * side / static_cast<double>(densest->PointsOnDisk()));
+    minimumPointDistance_ = std::max(smallestDistance, spacing);
+    if (!PushDownEndNodes()) return false;
+    maxLevel_ = levels_.size();
+    return true;
+}
+
+bool VpcConstructTree::WriteEndNodeBuffers() {
+    return std::all_of(endNodes_.begin(), endNodes_.end(),
+                       [](VpcConstructNode* node) { return node->WriteBufferPointsToDisk(); });
+}
+
+VpcConstructNode* VpcConstructTree::DensestEndNode() const {
+    const auto density = [](const VpcConstructNode* node) {
+        return static_cast<double>(node->PointsOnDisk()) /
+               (node->Extent(0) * node->Extent(1) * node->Extent(2));
+    };
+    VpcConstructNode* densest = endNodes_.front();
+    for (VpcConstructNode* node : endNodes_)
+        if (density(node) > density(densest)) densest = node;
+    return densest;
+}
+
+bool VpcConstructTree::PushDownEndNodes() {
+    const unsigned long long deepest = levels_.size() - 1;
+    for (VpcConstructNode*& node : endNodes_) {
+        if (node->Level() == deepest) continue;
+        const wxString oldName = node->FileName();
+        while (node->Level() < deepest) node = node->DropNodeLevel();
+        if (!node->DropFileName(oldName)) return false;
+    }
+    return true;
+}
+
+bool VpcConstructTree::PopulateParentNodes() {
+    pointsAdded_ = 0;
+    if (levels_.empty()) return true;
+    for (auto level = levels_.rbegin(); level != levels_.rend(); ++level)
+        for (VpcConstructNode* node : *level) node->ResetNodeAsParentLOD();
+    for (auto level = levels_.size() - 1; level >= 1; --level) PopulateLevelAbove(levels_[level]);
+    for (const Level& level : levels_)
+        for (const VpcConstructNode* node : level) pointsAdded_ += node->PointsOnDisk();
+    return true;
+}
+
+void VpcConstructTree::PopulateLevelAbove(const Level& level) {
+    for (VpcConstructNode* node : level) {
+        if (SamplesWhileWriting())
+            node->PlanParentLOD(SamplePatternOfTree());
+        else
+            node->PopulateParentLOD();
+    }
+}
+
+unsigned long long VpcConstructTree::actualMaxPointsPerNode() const {
+    unsigned long long largest = 0;
+    if (!levels_.empty())
+        for (const VpcConstructNode* node : levels_.back())
+            largest = std::max(largest, node->PointsOnDisk());
+    return largest;
+}
+
+double VpcConstructTree::KeepFraction() const {
+    return treeType_ == Tree_KdTree_Symmetric ? 0.5 : 0.25;
+}
+
+bool VpcConstructTree::SamplesWhileWriting() const {
+    return store_.WritesBehind() && subsampleType_ == Subsample_Random && !seedFromDevice_;
+}
+
+vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
+    if (!samplePattern_) samplePattern_.emplace(KeepFraction());
+    return *samplePattern_;
+}
+
+bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue) {
+    vpc::PointTreeFileWriter writer(*this, hostValue);
+    const bool written = writer.Write(fileName, progress_);
+    for (const Level& level : levels_)
+        for (VpcConstructNode* node : level) node->RemoveDiskFile();
+    FileTools::DeleteFilesInFolder(workingFolder_, CleanFolderDeleteByPrefix, {treeId_});
+    return written;
+}
+
+bool VpcConstructTree::WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
+                                                  unsigned long long& nrPoints) {
+    if (level >= levels_.size()) return true;
+    for (std::size_t i = 0; i < levels_[level].size(); ++i) {
+        const std::vector<VpcPoint3D> points = levels_[level][i]->GetPointsFromDisk();
+        nrPoints += points.size();
+        if (points.empty()) continue;
+        std::string index = std::to_string(i);
+        index.insert(0, 3 - std::min<std::size_t>(index.size(), 3), '0');
+        const std::string name = "Level-" + std::to_string(level) + "-Node-" + index + ".ply";
+        PlyIO::WriteVertices(points, folder + wxString(name));
+    }
+    return true;
+}
+
+void VpcConstructTree::RegisterNode(VpcConstructNode& node) {
+    if (levels_.size() <= node.Level()) levels_.resize(node.Level() + 1);
+    levels_[node.Level()].push_back(&node);
+}
+
+void VpcConstructTree::AwaitFlush(VpcConstructNode& node) {
+    node.awaitsFlush_ = true;
+    awaitingFlush_.push_back(&node);
+}

@@ -1,0 +1,153 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "core/util/VpcDefinitions.h"
+#include "tree/construct/NodePointStore.h"
+#include "tree/construct/SamplePattern.h"
+#include "tree/construct/VpcConstructNode.h"
+#include "tree/construct/VpcSubsampleType.h"
+
+/// Sorts an unbounded stream of points into a spatial tree, out of core, and writes it as a point
+/// tree file.
+///
+/// Order of calls: InitializeRootNode, AddPoints as often as there are batches, FinishAddData,
+/// CreateDiskTreeFile. The temporary files go with the tree at the latest.
+class VpcConstructTree {
+public:
+    using Level = std::vector<VpcConstructNode*>;
+    /// Told the points written so far and the points in all; throws to end the work.
+    using Progress = std::function<void(unsigned long long pointsDone, unsigned long long points)>;
+
+    /// \param workingFolder    prefix of the temporary files' names: ends with a separator
+    /// \param maxPointsPerNode points at which a leaf splits
+    /// \param maxLevel         deepest level that a split may reach
+    /// \param is16bitColor     whether colours are written as their high bytes
+    /// \param pointMemory      bytes of points to keep in memory before they go to their files.
+    ///                         0 writes a node's file whenever the node's buffer is written; the
+    ///                         resulting tree file is the same
+    VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
+                     unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+                     bool is16bitColor, unsigned long long pointMemory = 0);
+    ~VpcConstructTree();
+    VpcConstructTree(const VpcConstructTree&) = delete;
+    VpcConstructTree& operator=(const VpcConstructTree&) = delete;
+
+    /// How parent levels are thinned, and whether random thinning is seeded from the device.
+    void setSubsampleType(VpcSubsampleType type, bool seedFromDevice);
+    /// Makes the root over `box`, a little enlarged.
+    void InitializeRootNode(VpcBoundingBoxAxisAligned box);
+    /// Sets the grid of the root's split from the aspect of its extents.
+    void InitializeDimensionRatios(double dx, double dy, double dz);
+    /// Adds `count` points; see UntakenPoints for those that found no node.
+    void AddPoints(const VpcPoint3D* points, unsigned long long count);
+    /// Writes all buffers of more than `threshold` points. With point memory it is the memory's
+    /// fill that decides, and this does nothing.
+    bool FlushBuffersToDisk(unsigned long long threshold);
+    /// Ends the adding: leaves go to the deepest level, parents get their samples. False when
+    /// there are no points or a node's file could not be written.
+    bool FinishAddData();
+    bool BuildEndNodeList();
+    bool PopulateParentNodes();
+    /// The largest point count among the nodes of the deepest level.
+    unsigned long long actualMaxPointsPerNode() const;
+
+    /// Writes the point tree file, under a temporary name beside `fileName` first. False when the
+    /// file cannot be opened or anything cannot be read or written; an older file is then left
+    /// as it was. Consumes the nodes' temporary files.
+    ///
+    /// \param hostValue stored in the header untouched
+    bool CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue);
+    /// Writes every non-empty node of a level as a PLY file, for inspection, and adds the number
+    /// of points to `nrPoints`.
+    ///
+    /// \param folder prefix of the files' names: ends with a separator
+    bool WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
+                                    unsigned long long& nrPoints);
+
+    /// Has `progress` called after every node that CreateDiskTreeFile writes.
+    void SetProgress(Progress progress) { progress_ = std::move(progress); }
+
+    // --- What it holds --------------------------------------------------------------------------
+
+    const wxString& TreeId() const { return treeId_; }
+    VpcTreeType TreeType() const { return treeType_; }
+    VpcConstructNode* Root() const { return root_.get(); }
+    const std::vector<Level>& Levels() const { return levels_; }
+    const Level& EndNodes() const { return endNodes_; }
+    const VpcTriplet<unsigned long long>& DimensionRatios() const { return dimensionRatios_; }
+    const std::vector<wxString>& SourceNames() const { return sourceNames_; }
+    double MinimumPointDistance() const { return minimumPointDistance_; }
+    unsigned long long PointsAdded() const { return pointsAdded_; }
+    /// Points that were given to AddPoints and lay in no child's box.
+    unsigned long long UntakenPoints() const { return untakenPoints_; }
+    unsigned long long MaxPointsPerNode() const { return maxPointsPerNode_; }
+    unsigned long long MaxLevel() const { return maxLevel_; }
+    unsigned long long LeafCount() const { return leafCount_; }
+    unsigned long long FilledLeafCount() const { return filledLeafCount_; }
+    unsigned long long EmptyLeafCount() const { return emptyLeafCount_; }
+    VpcSubsampleType SubsampleType() const { return subsampleType_; }
+    bool SeedsFromDevice() const { return seedFromDevice_; }
+    /// The probability with which random thinning keeps a point.
+    double KeepFraction() const;
+    /// True when the parents' samples are taken while the tree file is written, in one pass over
+    /// the points in place of three. Which points those are is known beforehand, so their numbers
+    /// are; until then the parents hold no points.
+    bool SamplesWhileWriting() const;
+    /// Which points a node hands to its parent, while SamplesWhileWriting.
+    vpc::SamplePattern& SamplePatternOfTree();
+
+    /// Largest values of the scans, for the file's header; set by whoever reads the scans.
+    unsigned short maxRed = 0;
+    unsigned short maxGreen = 0;
+    unsigned short maxBlue = 0;
+    double maxIntensity = 0.0;
+    /// Further values of the file's header.
+    std::array<double, 6> headerDoubles{1.0, 1.0, 1.0, 0.0, 0.0, 0.0};
+    /// Whether the scans' colours have 16 bits a channel.
+    bool is16bitColor;
+
+private:
+    friend class VpcConstructNode;
+
+    void RegisterNode(VpcConstructNode& node);
+    void AwaitFlush(VpcConstructNode& node);
+    VpcConstructNode* DensestEndNode() const;
+    bool WriteEndNodeBuffers();
+    bool PushDownEndNodes();
+    void PopulateLevelAbove(const Level& level);
+
+    wxString treeId_;
+    std::vector<wxString> sourceNames_;
+    VpcTreeType treeType_;
+    VpcSubsampleType subsampleType_ = Subsample_Grid;
+    bool seedFromDevice_ = false;
+    std::optional<vpc::SamplePattern> samplePattern_;
+    double minimumPointDistance_ = 1e45;
+    VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
+    unsigned long long pointsAdded_ = 0;
+    unsigned long long untakenPoints_ = 0;
+    unsigned long long leafCount_ = 0;
+    unsigned long long filledLeafCount_ = 0;
+    unsigned long long emptyLeafCount_ = 0;
+    unsigned long long maxPointsPerNode_;
+    unsigned long long maxLevel_;
+    wxString workingFolder_;
+    Progress progress_;
+    std::vector<Level> levels_;
+    Level endNodes_;
+    /// Leaves whose buffers have grown since the last flush, and that flush's threshold.
+    Level awaitingFlush_;
+    unsigned long long lastThreshold_ = 0;
+    /// Scans come in order: the leaf of the last point is the first to try.
+    VpcConstructNode* lastLeaf_ = nullptr;
+    // The store outlives the nodes, whose points lie in it.
+    vpc::NodePointStore store_;
+    std::unique_ptr<VpcConstructNode> root_;
+};

@@ -1,0 +1,26 @@
+#include <clocale>
+#include <locale>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// Runs the tests in the locale of the environment, as a host would, so that the whole suite can
+/// be run again where numbers have a decimal comma.
+void adoptEnvironmentLocale() {
+    std::setlocale(LC_ALL, "");
+    try {
+        std::locale::global(std::locale(""));
+    } catch (const std::runtime_error&) {
+        // The environment names a locale that is not installed: stay with the classic one.
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    adoptEnvironmentLocale();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
