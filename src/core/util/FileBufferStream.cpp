@@ -78,8 +78,8 @@ wxString FileBufferStream::StreamReadString(unsigned long long count) {
     }
     const unsigned long long wanted = untilZero ? scratch.size() : count;
     ReadSome(reinterpret_cast<char*>(scratch.data()), wanted * sizeof(char32_t));
-    const auto* end = scratch.data() + wanted;
-    if (untilZero) end = std::find(scratch.data(), end, U'\0');
+    const char32_t* end = scratch.data() + wanted;
+    if (untilZero) end = std::find<const char32_t*>(scratch.data(), end, U'\0');
     wxString text;
     text.reserve(static_cast<std::size_t>(end - scratch.data()));
     for (const auto* c = scratch.data(); c != end; ++c)
