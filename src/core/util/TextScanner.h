@@ -28,6 +28,8 @@ public:
 
     /// "%lf". On failure `value` keeps what it held.
     bool ScanDouble(double& value);
+    /// `count` times "%lf", up to the first that fails. Returns how many did not.
+    std::size_t ScanDoubles(double* values, std::size_t count);
     /// "%d". On failure `value` keeps what it held.
     bool ScanInt(int& value);
     /// "%llu". On failure `value` keeps what it held.
@@ -54,6 +56,7 @@ private:
     };
 
     bool ScanInteger(Integer& integer);
+    bool ScanShortInt(int& value);
     bool ScanPlainDecimal(double& value);
     bool ScanAnyDouble(double& value);
     bool CollectDigits(int c);
@@ -75,8 +78,8 @@ private:
     }
 
     std::FILE* file_ = nullptr;
-    /// One more character than is ever filled: a zero follows the text read, so that a loop over
-    /// digits needs no test for the end.
+    /// A little larger than is ever filled: zeros follow the text read, so that a loop over digits
+    /// needs no test for the end.
     std::unique_ptr<char[]> buffer_;
     const char* cursor_ = nullptr;
     const char* end_ = nullptr;
