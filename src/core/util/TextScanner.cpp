@@ -17,9 +17,8 @@ constexpr std::size_t blockSize = std::size_t{1} << 20;
 constexpr std::size_t fastLookAhead = 128;
 /// Zeros after the text read, for the loads of eight characters at a time.
 constexpr std::size_t padding = 16;
-/// As many decimal digits always fit an unsigned 64-bit integer.
-constexpr std::ptrdiff_t maxExactDigits = 19;
-constexpr std::uint64_t maxExactInteger = std::uint64_t{1} << 53;
+/// A double holds every integer of as many decimal digits exactly.
+constexpr std::ptrdiff_t maxExactDigits = 15;
 
 /// The powers of ten that a double holds exactly.
 // clang-format off
@@ -73,11 +72,6 @@ const char* readDigits(const char* p, std::uint64_t& value) {
     }
 }
 
-locale_t cLocale() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return locale;
-}
-
 /// Reads "e", a sign and up to four digits at `p`. False where that is not what is there.
 bool readExponent(const char*& p, int& exponent) {
     const char* q = p + 1;
@@ -90,6 +84,46 @@ bool readExponent(const char*& p, int& exponent) {
     exponent = negative ? -magnitude : magnitude;
     p = q;
     return true;
+}
+
+/// Converts a number in plain decimal notation at `p`; returns where it ends, or null where it
+/// takes the general way.
+const char* readPlainDecimal(const char* p, double& value) {
+    const bool negative = *p == '-';
+    if (negative || *p == '+') ++p;
+    const char* const start = p;
+    std::uint64_t mantissa = 0;  // wraps on long numbers, which then do not use it
+    p = readDigits(p, mantissa);
+    std::ptrdiff_t digits = p - start;
+    std::ptrdiff_t decimals = 0;
+    if (*p == '.') {
+        const char* const point = ++p;
+        p = readDigits(p, mantissa);
+        decimals = p - point;
+        digits += decimals;
+    }
+    if (digits == 0) return nullptr;
+    int exponent = 0;
+    if (*p > '9') {
+        const int next = toLower(*p);
+        if (next == 'x' || (next == 'e' && !readExponent(p, exponent))) return nullptr;
+    }
+    double magnitude = 0;
+    const std::ptrdiff_t power = exponent - decimals;
+    if (digits <= maxExactDigits && power <= 0 && power >= -maxExactPower) {
+        // Both operands are exact, so the one operation rounds correctly.
+        magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa)) / exactPowers[-power];
+    } else {
+        const auto result = std::from_chars(start, p, magnitude);
+        if (result.ec != std::errc{} || result.ptr != p) return nullptr;
+    }
+    value = negative ? -magnitude : magnitude;
+    return p;
+}
+
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
 }
 
 }  // namespace
@@ -181,12 +215,6 @@ bool TextScanner::ScanShortInt(int& value) {
     return true;
 }
 
-std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
-    std::size_t scanned = 0;
-    while (scanned < count && ScanDouble(values[scanned])) ++scanned;
-    return scanned;
-}
-
 bool TextScanner::ScanUnsigned(unsigned long long& value) {
     Integer integer;
     if (!ScanInteger(integer)) return false;
@@ -196,51 +224,26 @@ bool TextScanner::ScanUnsigned(unsigned long long& value) {
 }
 
 bool TextScanner::ScanDouble(double& value) {
-    if (!SkipWhiteSpace()) return false;
-    EnsureAhead(fastLookAhead);
-    return ScanPlainDecimal(value) || ScanAnyDouble(value);
+    return ScanDoubles(&value, 1) == 1;
 }
 
-/// Converts a number in plain decimal notation; false, with nothing consumed, where it takes the
-/// general way.
-bool TextScanner::ScanPlainDecimal(double& value) {
-    const char* p = cursor_;
-    const bool negative = *p == '-';
-    if (negative || *p == '+') ++p;
-    const char* const start = p;
-    std::uint64_t mantissa = 0;  // wraps on long numbers, which then do not use it
-    p = readDigits(p, mantissa);
-    std::ptrdiff_t digits = p - start;
-    std::ptrdiff_t decimals = 0;
-    if (*p == '.') {
-        const char* const point = ++p;
-        p = readDigits(p, mantissa);
-        decimals = p - point;
-        digits += decimals;
+std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
+    EnsureAhead(fastLookAhead);
+    for (std::size_t i = 0; i < count; ++i) {
+        const char* p = cursor_;
+        while (isSpace(*p)) ++p;
+        double value = 0;
+        p = readPlainDecimal(p, value);
+        // A number that touches the end of what is ahead may go on in the next block.
+        const bool whole = p != nullptr && (p != end_ || atEnd_);
+        if (whole) {
+            values[i] = value;
+            cursor_ = p;
+        } else if (!SkipWhiteSpace() || !ScanAnyDouble(values[i])) {
+            return i;
+        }
     }
-    int exponent = 0;
-    const int next = toLower(*p);
-    if (digits == 0 || next == 'x') return false;
-    if (next == 'e' && !readExponent(p, exponent)) return false;
-    if (p == end_ && !atEnd_) return false;  // the number may go on in the next block
-
-    double magnitude = 0;
-    const std::ptrdiff_t power = exponent - decimals;
-    if (digits <= maxExactDigits && mantissa <= maxExactInteger && power <= maxExactPower &&
-        power >= -maxExactPower) {
-        // Both operands are exact, so the one operation rounds correctly.
-        magnitude = static_cast<double>(mantissa);
-        if (power < 0)
-            magnitude /= exactPowers[-power];
-        else
-            magnitude *= exactPowers[power];
-    } else {
-        const auto result = std::from_chars(start, p, magnitude);
-        if (result.ec != std::errc{} || result.ptr != p) return false;
-    }
-    value = negative ? -magnitude : magnitude;
-    cursor_ = p;
-    return true;
+    return count;
 }
 
 /// Collects the characters that the C library takes for a number, which may be more than make

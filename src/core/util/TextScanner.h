@@ -57,7 +57,6 @@ private:
 
     bool ScanInteger(Integer& integer);
     bool ScanShortInt(int& value);
-    bool ScanPlainDecimal(double& value);
     bool ScanAnyDouble(double& value);
     bool CollectDigits(int c);
     bool CollectWord(std::string_view rest);
