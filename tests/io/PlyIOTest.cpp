@@ -98,6 +98,25 @@ TEST_F(PlyIOTest, WritesTheEdgesOfBoxes) {
               "8 9,8 10,10 11,9 11,9 13,11 15,8 12,10 14,12 13,13 15,14 15,12 14,");
 }
 
+TEST_F(PlyIOTest, WritesTheEdgesOfAFrustum) {
+    VpcTransform3D moved;
+    VpcFrustumDef frustum;
+    frustum.UpdateViewGeometry(VpcPoint3D(1, 2, 10), VpcPoint3D(1, 2, 0), VpcVector3D(0, 1, 0), 10,
+                               4, 2, false, moved);
+    EXPECT_TRUE(PlyIO::WriteFrustum(frustum, name));
+    const auto lines = body();
+    ASSERT_EQ(lines.size(), 10u + 13u);
+    const auto corners8 = frustum.GetRefVertices();
+    ASSERT_EQ(corners8.size(), 8u);
+    for (std::size_t i = 0; i < 8; ++i)
+        EXPECT_EQ(lines[i], corners8[i].ToString(false).utf8_string() + "\t0\t0\t0");
+    EXPECT_EQ(lines[8], "1.000000\t2.000000\t10.000000\t0\t0\t0");
+    EXPECT_EQ(lines[9], "1.000000\t2.000000\t0.000000\t0\t0\t0");
+    std::string edges;
+    for (std::size_t i = 10; i < lines.size(); ++i) edges += lines[i] + ",";
+    EXPECT_EQ(edges, "0 1,0 2,1 3,2 3,0 4,1 5,2 6,3 7,4 5,4 6,5 7,6 7,8 9,");
+}
+
 TEST_F(PlyIOTest, MergesMeshesByMovingTheirIndices) {
     const auto [points, faces] = PlyIO::MergeVerticesFacesList(
         {{corners(3), {{0, 1, 2}}}, {{}, {}}, {corners(4), {{0, 1, 2, 3}, {3, 2, 1}}}});

@@ -121,6 +121,19 @@ const char* readPlainDecimal(const char* p, double& value) {
     return p;
 }
 
+/// Converts an integer of up to nine digits at `p`; returns where it ends, or null for all others.
+const char* readShortInt(const char* p, int& value) {
+    constexpr std::ptrdiff_t mostDigits = 9;
+    const bool negative = *p == '-';
+    if (negative || *p == '+') ++p;
+    const char* const start = p;
+    std::uint64_t magnitude = 0;
+    p = readDigits(p, magnitude);
+    if (p == start || p - start > mostDigits) return nullptr;
+    value = negative ? -static_cast<int>(magnitude) : static_cast<int>(magnitude);
+    return p;
+}
+
 locale_t cLocale() {
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
     return locale;
@@ -186,9 +199,15 @@ bool TextScanner::ScanInteger(Integer& integer) {
 }
 
 bool TextScanner::ScanInt(int& value) {
-    if (!SkipWhiteSpace()) return false;
-    EnsureAhead(fastLookAhead);
-    if (ScanShortInt(value)) return true;
+    const char* p = cursor_;
+    while (isSpace(*p)) ++p;
+    int shortValue = 0;
+    p = readShortInt(p, shortValue);
+    if (IsWhole(p)) {
+        value = shortValue;
+        cursor_ = p;
+        return true;
+    }
     Integer integer;
     if (!ScanInteger(integer)) return false;
     // The C library converts to a 64-bit integer, whose range saturates, and keeps the low bits.
@@ -197,21 +216,6 @@ bool TextScanner::ScanInt(int& value) {
         static_cast<unsigned long long>(Limits::max()) + (integer.negative ? 1ULL : 0ULL);
     const unsigned long long magnitude = integer.magnitude < most ? integer.magnitude : most;
     value = static_cast<int>(integer.negative ? 0ULL - magnitude : magnitude);
-    return true;
-}
-
-/// Converts an integer that fits without a thought; false, with nothing consumed, otherwise.
-bool TextScanner::ScanShortInt(int& value) {
-    constexpr std::ptrdiff_t shortEnough = 9;
-    const char* p = cursor_;
-    const bool negative = *p == '-';
-    if (negative || *p == '+') ++p;
-    const char* const start = p;
-    std::uint64_t magnitude = 0;
-    p = readDigits(p, magnitude);
-    if (p == start || p - start > shortEnough || (p == end_ && !atEnd_)) return false;
-    value = negative ? -static_cast<int>(magnitude) : static_cast<int>(magnitude);
-    cursor_ = p;
     return true;
 }
 
@@ -234,9 +238,7 @@ std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
         while (isSpace(*p)) ++p;
         double value = 0;
         p = readPlainDecimal(p, value);
-        // A number that touches the end of what is ahead may go on in the next block.
-        const bool whole = p != nullptr && (p != end_ || atEnd_);
-        if (whole) {
+        if (IsWhole(p)) {
             values[i] = value;
             cursor_ = p;
         } else if (!SkipWhiteSpace() || !ScanAnyDouble(values[i])) {

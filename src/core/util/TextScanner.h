@@ -56,7 +56,11 @@ private:
     };
 
     bool ScanInteger(Integer& integer);
-    bool ScanShortInt(int& value);
+    /// False for a number that could not be read up to `numberEnd`, and for one that touches the
+    /// end of what is ahead and may go on in the next block.
+    bool IsWhole(const char* numberEnd) const {
+        return numberEnd != nullptr && (numberEnd != end_ || atEnd_);
+    }
     bool ScanAnyDouble(double& value);
     bool CollectDigits(int c);
     bool CollectWord(std::string_view rest);
