@@ -150,6 +150,27 @@ bool PlyIO::WriteAxisAlignedBoundingBoxes(std::vector<VpcBoundingBoxAxisAligned>
     return WriteEdges(std::move(points), std::move(edges), path);
 }
 
+bool PlyIO::WriteFrustum(VpcFrustumDef frustum, wxString path) {
+    Points points = frustum.GetRefVertices();
+    points.push_back(frustum.GetCamera());
+    points.push_back(frustum.GetTarget());
+    return WriteEdges(std::move(points),
+                      {{0, 1},
+                       {0, 2},
+                       {1, 3},
+                       {2, 3},
+                       {0, 4},
+                       {1, 5},
+                       {2, 6},
+                       {3, 7},
+                       {4, 5},
+                       {4, 6},
+                       {5, 7},
+                       {6, 7},
+                       {8, 9}},
+                      path);
+}
+
 bool PlyIO::WritePlaneSegments(std::vector<Points> segments, wxString path) {
     Points points;
     Faces faces;

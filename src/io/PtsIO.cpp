@@ -89,9 +89,7 @@ void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
 template <std::size_t count>
 std::array<double, count> PtsIO::ScanValues() {
     std::array<double, count> values{};
-    std::size_t scanned = 0;
-    while (scanned < count && scanner_.ScanDouble(values[scanned])) ++scanned;
-    if (scanned == 0) ++pointsWithoutValues;
+    if (scanner_.ScanDoubles(values.data(), count) == 0) ++pointsWithoutValues;
     return values;
 }
 

@@ -13,13 +13,6 @@ namespace {
 constexpr std::array<double, 12> identity{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
 constexpr std::size_t valuesWithoutColour = 4;
 
-/// Fills a row of numbers up to the first that does not scan.
-template <std::size_t count>
-void scanRow(vpc::TextScanner& scanner, std::array<double, count>& row) {
-    for (double& value : row)
-        if (!scanner.ScanDouble(value)) return;
-}
-
 /// 256 where a colour is greater than 256, otherwise 1. The limit is not that of the readers'
 /// 16-bit test, and is kept.
 double colourDivisorOf(const std::vector<VpcPoint3D>& points) {
@@ -70,11 +63,11 @@ bool PtxIO::ScanGridSize() {
 /// Reads the scanner's position and axes, which are not used, and the registration matrix.
 void PtxIO::ScanPose() {
     std::array<double, 3> unused{};
-    for (int row = 0; row < 4; ++row) scanRow(scanner_, unused);
+    for (int row = 0; row < 4; ++row) scanner_.ScanDoubles(unused.data(), unused.size());
     for (std::size_t row = 0; row < 4; ++row) {
         double* const target = &transform[3 * row];
         std::array<double, 4> values{target[0], target[1], target[2], 0};
-        scanRow(scanner_, values);
+        scanner_.ScanDoubles(values.data(), values.size());
         std::copy_n(values.begin(), 3, target);
     }
 }
@@ -100,28 +93,26 @@ bool PtxIO::IsIdentityTransform() const {
 
 PtxIO::Line PtxIO::ScanLine() {
     Line line;
-    if (!scanner_.ScanDouble(line.x)) {
-        ++pointsWithoutValues;
-        return line;
-    }
-    if (!scanner_.ScanDouble(line.y) || !scanner_.ScanDouble(line.z)) return line;
-    if (!scanner_.ScanDouble(line.intensity) || hasNoColour_) return line;
-    if (!scanner_.ScanInt(line.red) || !scanner_.ScanInt(line.green)) return line;
-    scanner_.ScanInt(line.blue);
+    const std::size_t scanned = scanner_.ScanDoubles(line.values.data(), line.values.size());
+    if (scanned == 0) ++pointsWithoutValues;
+    if (scanned < line.values.size() || hasNoColour_) return line;
+    for (int& channel : line.colour)
+        if (!scanner_.ScanInt(channel)) break;
     return line;
 }
 
 unsigned long long PtxIO::ReadPointValues(bool skipEmpty) {
-    const Line p = ScanLine();
-    if (skipEmpty && p.x == 0 && p.y == 0 && p.z == 0) return 0;
+    const Line line = ScanLine();
+    const auto& [px, py, pz, intensity] = line.values;
+    if (skipEmpty && px == 0 && py == 0 && pz == 0) return 0;
     const auto& m = transform;
-    const double x = p.x * m[0] + p.y * m[3] + p.z * m[6] + m[9];
-    const double y = p.x * m[1] + p.y * m[4] + p.z * m[7] + m[10];
-    const double z = p.x * m[2] + p.y * m[5] + p.z * m[8] + m[11];
-    const double distance = isIdentity ? 1.0 : std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z);
+    const double x = px * m[0] + py * m[3] + pz * m[6] + m[9];
+    const double y = px * m[1] + py * m[4] + pz * m[7] + m[10];
+    const double z = px * m[2] + py * m[5] + pz * m[8] + m[11];
+    const double distance = isIdentity ? 1.0 : std::sqrt(px * px + py * py + pz * pz);
     if (pointsInBatch == 0 && batchIndex == 0) InitializeExtent(x, y, z);
-    setPointValues(pointBuffer[pointsInBatch], x, y, z, p.red, p.green, p.blue, p.intensity,
-                   scanIndex, distance);
+    setPointValues(pointBuffer[pointsInBatch], x, y, z, line.colour[0], line.colour[1],
+                   line.colour[2], intensity, scanIndex, distance);
     ++pointsInBatch;
     return 1;
 }

@@ -45,8 +45,9 @@ public:
 private:
     /// The values of a point line.
     struct Line {
-        double x = 0, y = 0, z = 0, intensity = 0;
-        int red = 0, green = 0, blue = 0;
+        /// x, y, z and intensity.
+        std::array<double, 4> values{};
+        std::array<int, 3> colour{};
     };
 
     bool ScanGridSize();

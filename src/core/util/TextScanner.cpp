@@ -1,5 +1,6 @@
 #include "core/util/TextScanner.h"
 
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
@@ -14,14 +15,19 @@ namespace {
 constexpr std::size_t blockSize = std::size_t{1} << 20;
 /// Characters that are ahead before the fast path starts; longer numbers take the slow one.
 constexpr std::size_t fastLookAhead = 128;
-/// As many decimal digits always fit an unsigned 64-bit integer.
-constexpr std::ptrdiff_t maxExactDigits = 19;
-constexpr std::uint64_t maxExactInteger = std::uint64_t{1} << 53;
+/// Zeros after the text read, for the loads of eight characters at a time.
+constexpr std::size_t padding = 16;
+/// A double holds every integer of as many decimal digits exactly.
+constexpr std::ptrdiff_t maxExactDigits = 15;
 
 /// The powers of ten that a double holds exactly.
+// clang-format off
 constexpr double exactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr std::uint64_t integerPowers[] = {1,      10,      100,      1000,     10000,
+                                           100000, 1000000, 10000000, 100000000};
+// clang-format on
 constexpr int maxExactPower = 22;
 
 bool isDigit(int c) {
@@ -40,9 +46,30 @@ bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-locale_t cLocale() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-    return locale;
+/// Appends the decimal digits from `p` on to `value`, which wraps when they are too many; returns
+/// where they end. Eight at a time and without a branch for each: numbers of changing length
+/// would make most of those branches mispredicted ones. Up to eight characters behind the digits
+/// are looked at.
+const char* readDigits(const char* p, std::uint64_t& value) {
+    for (;;) {
+        std::uint64_t eight = 0;
+        std::memcpy(&eight, p, sizeof eight);
+        eight ^= 0x3030303030303030ULL;  // digits become 0 to 9, all else 10 and above
+        // The top bit of every byte above 9. A carry only disturbs bytes after such a one.
+        const std::uint64_t others =
+            ((eight + 0x7676767676767676ULL) | eight) & 0x8080808080808080ULL;
+        const int digits = others == 0 ? 8 : std::countr_zero(others) / 8;
+        if (digits == 0) return p;
+        // Moved up, with zeros before them; then pairs, fours and eights are joined.
+        std::uint64_t n = eight << (64 - 8 * digits);
+        n = n * 10 + (n >> 8);
+        n = ((n & 0x000000FF000000FFULL) * 0x000F424000000064ULL +
+             ((n >> 16) & 0x000000FF000000FFULL) * 0x0000271000000001ULL) >>
+            32;
+        value = value * integerPowers[digits] + n;
+        p += digits;
+        if (digits < 8) return p;
+    }
 }
 
 /// Reads "e", a sign and up to four digits at `p`. False where that is not what is there.
@@ -59,13 +86,66 @@ bool readExponent(const char*& p, int& exponent) {
     return true;
 }
 
+/// Converts a number in plain decimal notation at `p`; returns where it ends, or null where it
+/// takes the general way.
+const char* readPlainDecimal(const char* p, double& value) {
+    const bool negative = *p == '-';
+    if (negative || *p == '+') ++p;
+    const char* const start = p;
+    std::uint64_t mantissa = 0;  // wraps on long numbers, which then do not use it
+    p = readDigits(p, mantissa);
+    std::ptrdiff_t digits = p - start;
+    std::ptrdiff_t decimals = 0;
+    if (*p == '.') {
+        const char* const point = ++p;
+        p = readDigits(p, mantissa);
+        decimals = p - point;
+        digits += decimals;
+    }
+    if (digits == 0) return nullptr;
+    int exponent = 0;
+    if (*p > '9') {
+        const int next = toLower(*p);
+        if (next == 'x' || (next == 'e' && !readExponent(p, exponent))) return nullptr;
+    }
+    double magnitude = 0;
+    const std::ptrdiff_t power = exponent - decimals;
+    if (digits <= maxExactDigits && power <= 0 && power >= -maxExactPower) {
+        // Both operands are exact, so the one operation rounds correctly.
+        magnitude = static_cast<double>(static_cast<std::int64_t>(mantissa)) / exactPowers[-power];
+    } else {
+        const auto result = std::from_chars(start, p, magnitude);
+        if (result.ec != std::errc{} || result.ptr != p) return nullptr;
+    }
+    value = negative ? -magnitude : magnitude;
+    return p;
+}
+
+/// Converts an integer of up to nine digits at `p`; returns where it ends, or null for all others.
+const char* readShortInt(const char* p, int& value) {
+    constexpr std::ptrdiff_t mostDigits = 9;
+    const bool negative = *p == '-';
+    if (negative || *p == '+') ++p;
+    const char* const start = p;
+    std::uint64_t magnitude = 0;
+    p = readDigits(p, magnitude);
+    if (p == start || p - start > mostDigits) return nullptr;
+    value = negative ? -static_cast<int>(magnitude) : static_cast<int>(magnitude);
+    return p;
+}
+
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
 }  // namespace
 
 void TextScanner::Attach(std::FILE* file) {
     file_ = file;
-    if (buffer_ == nullptr) buffer_ = std::make_unique_for_overwrite<char[]>(blockSize + 1);
+    if (buffer_ == nullptr) buffer_ = std::make_unique_for_overwrite<char[]>(blockSize + padding);
     cursor_ = end_ = buffer_.get();
-    buffer_[0] = '\0';
+    std::memset(buffer_.get(), 0, padding);
     atEnd_ = file == nullptr;
     charactersRead_ = 0;
 }
@@ -80,7 +160,7 @@ bool TextScanner::Refill() {
     charactersRead_ += got;
     cursor_ = buffer_.get();
     end_ = cursor_ + left + got;
-    buffer_[left + got] = '\0';
+    std::memset(buffer_.get() + left + got, 0, padding);
     return got != 0;
 }
 
@@ -119,6 +199,15 @@ bool TextScanner::ScanInteger(Integer& integer) {
 }
 
 bool TextScanner::ScanInt(int& value) {
+    const char* p = cursor_;
+    while (isSpace(*p)) ++p;
+    int shortValue = 0;
+    p = readShortInt(p, shortValue);
+    if (IsWhole(p)) {
+        value = shortValue;
+        cursor_ = p;
+        return true;
+    }
     Integer integer;
     if (!ScanInteger(integer)) return false;
     // The C library converts to a 64-bit integer, whose range saturates, and keeps the low bits.
@@ -139,51 +228,24 @@ bool TextScanner::ScanUnsigned(unsigned long long& value) {
 }
 
 bool TextScanner::ScanDouble(double& value) {
-    if (!SkipWhiteSpace()) return false;
-    EnsureAhead(fastLookAhead);
-    return ScanPlainDecimal(value) || ScanAnyDouble(value);
+    return ScanDoubles(&value, 1) == 1;
 }
 
-/// Converts a number in plain decimal notation; false, with nothing consumed, where it takes the
-/// general way.
-bool TextScanner::ScanPlainDecimal(double& value) {
-    const char* p = cursor_;
-    const bool negative = *p == '-';
-    if (negative || *p == '+') ++p;
-    const char* const start = p;
-    std::uint64_t mantissa = 0;  // wraps on long numbers, which then do not use it
-    for (; isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-    std::ptrdiff_t digits = p - start;
-    std::ptrdiff_t decimals = 0;
-    if (*p == '.') {
-        const char* const point = ++p;
-        for (; isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
-        decimals = p - point;
-        digits += decimals;
+std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
+    EnsureAhead(fastLookAhead);
+    for (std::size_t i = 0; i < count; ++i) {
+        const char* p = cursor_;
+        while (isSpace(*p)) ++p;
+        double value = 0;
+        p = readPlainDecimal(p, value);
+        if (IsWhole(p)) {
+            values[i] = value;
+            cursor_ = p;
+        } else if (!SkipWhiteSpace() || !ScanAnyDouble(values[i])) {
+            return i;
+        }
     }
-    int exponent = 0;
-    const int next = toLower(*p);
-    if (digits == 0 || next == 'x') return false;
-    if (next == 'e' && !readExponent(p, exponent)) return false;
-    if (p == end_ && !atEnd_) return false;  // the number may go on in the next block
-
-    double magnitude = 0;
-    const std::ptrdiff_t power = exponent - decimals;
-    if (digits <= maxExactDigits && mantissa <= maxExactInteger && power <= maxExactPower &&
-        power >= -maxExactPower) {
-        // Both operands are exact, so the one operation rounds correctly.
-        magnitude = static_cast<double>(mantissa);
-        if (power < 0)
-            magnitude /= exactPowers[-power];
-        else
-            magnitude *= exactPowers[power];
-    } else {
-        const auto result = std::from_chars(start, p, magnitude);
-        if (result.ec != std::errc{} || result.ptr != p) return false;
-    }
-    value = negative ? -magnitude : magnitude;
-    cursor_ = p;
-    return true;
+    return count;
 }
 
 /// Collects the characters that the C library takes for a number, which may be more than make

@@ -28,6 +28,8 @@ public:
 
     /// "%lf". On failure `value` keeps what it held.
     bool ScanDouble(double& value);
+    /// `count` times "%lf", up to the first that fails. Returns how many did not.
+    std::size_t ScanDoubles(double* values, std::size_t count);
     /// "%d". On failure `value` keeps what it held.
     bool ScanInt(int& value);
     /// "%llu". On failure `value` keeps what it held.
@@ -54,7 +56,11 @@ private:
     };
 
     bool ScanInteger(Integer& integer);
-    bool ScanPlainDecimal(double& value);
+    /// False for a number that could not be read up to `numberEnd`, and for one that touches the
+    /// end of what is ahead and may go on in the next block.
+    bool IsWhole(const char* numberEnd) const {
+        return numberEnd != nullptr && (numberEnd != end_ || atEnd_);
+    }
     bool ScanAnyDouble(double& value);
     bool CollectDigits(int c);
     bool CollectWord(std::string_view rest);
@@ -75,8 +81,8 @@ private:
     }
 
     std::FILE* file_ = nullptr;
-    /// One more character than is ever filled: a zero follows the text read, so that a loop over
-    /// digits needs no test for the end.
+    /// A little larger than is ever filled: zeros follow the text read, so that a loop over digits
+    /// needs no test for the end.
     std::unique_ptr<char[]> buffer_;
     const char* cursor_ = nullptr;
     const char* end_ = nullptr;
