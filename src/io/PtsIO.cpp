@@ -42,8 +42,7 @@ unsigned long long PtsIO::nextPointBatch() {
     if (const PointReader addPoint = ReaderOfLayout()) {
         ReadPoints(addPoint, n);
     } else {
-        // A layout that is not known: the points are delivered as the buffer holds them.
-        pointsWithoutValues += n;
+        DeliverBufferAsItIs(n);
     }
     pointsRemaining -= n;
     if (pointsRemaining == 0) InitializeView();
@@ -72,6 +71,16 @@ void PtsIO::ReadPoints(PointReader addPoint, unsigned long long count) {
         VpcPoint3D& point = pointBuffer[i];
         (this->*addPoint)(point);
         if (i == 0 && batchIndex == 0) InitializeExtent(point.x, point.y, point.z);
+    }
+}
+
+void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
+    pointsWithoutValues += count;
+    for (unsigned long long i = 0; i < count; ++i) {
+        const VpcPoint3D& point = pointBuffer[i];
+        if (!IsFinite(point.x, point.y, point.z)) ++nonFinitePoints;
+        if (i == 0 && batchIndex == 0) InitializeExtent(point.x, point.y, point.z);
+        UpdateExtent(point.x, point.y, point.z);
     }
 }
 

@@ -44,4 +44,7 @@ private:
     using PointReader = void (PtsIO::*)(VpcPoint3D&);
     PointReader ReaderOfLayout() const;
     void ReadPoints(PointReader addPoint, unsigned long long count);
+    /// Point lines of a layout that is not known: the points are delivered as the buffer holds
+    /// them, and the extent covers what is delivered.
+    void DeliverBufferAsItIs(unsigned long long count);
 };

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "support/ReferenceTree.h"
+#include "support/TempFolder.h"
+#include "tree/construct/PcCorePointPrepare.h"
+#include "tree/construct/PrepareObserver.h"
+
+namespace vpc::test {
+
+/// The driver's result over `files` with a working folder `work`, given as the driver takes it.
+inline TreePrepareResult prepare(const std::vector<std::string>& files, const std::string& work,
+                                 const std::string& output, const ReferenceSettings& settings = {},
+                                 PrepareObserver* observer = nullptr) {
+    std::vector<wxString> names;
+    for (const std::string& file : files) names.push_back(toWx(file));
+    const VpcTreeType type = settings.isKdTree ? Tree_KdTree_Symmetric : Tree_Octree;
+    const auto run = [&](auto&... watched) {
+        return PcCorePointPrepare::preparePointData(settings.hostValue, toWx(work), names,
+                                                    toWx(output), type, settings.maxPointsPerNode,
+                                                    settings.maxLevel, watched...);
+    };
+    return observer == nullptr ? run() : run(*observer);
+}
+
+/// A folder with room for scans, for temporary files and for one result.
+class PrepareFolder {
+public:
+    explicit PrepareFolder(const std::string& suffix = "") : folder(suffix) {
+        std::filesystem::create_directories(folder.path() / "work");
+    }
+    /// The working folder with the separator that it has to end with.
+    std::string work() const { return folder.file("work/"); }
+    std::string output() const { return folder.file("result.vpt"); }
+    std::string scan(const std::string& name) const { return folder.file(name); }
+    /// Whether nothing of a run is left, whatever its end: no temporary file anywhere and beside
+    /// `expected` no new file.
+    bool holdsOnly(std::set<std::string> expected) const {
+        expected.insert("work");
+        return folder.names() == expected;
+    }
+
+    TempFolder folder;
+};
+
+}  // namespace vpc::test

@@ -1,0 +1,207 @@
+#include "support/ScanFiles.h"
+
+#include <charconv>
+#include <cmath>
+#include <random>
+
+#include "support/TempFolder.h"
+
+namespace vpc::test {
+
+namespace {
+
+/// Text whose numbers come back as the very same doubles, whatever the locale.
+class Text {
+public:
+    Text& operator<<(const char* words) {
+        text += words;
+        return *this;
+    }
+    template <class T>
+    Text& operator<<(T number) {
+        char digits[64];
+        text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+        return *this;
+    }
+    std::string text;
+};
+
+class Binary {
+public:
+    template <class T>
+    void put(std::size_t position, T value) {
+        if (bytes.size() < position + sizeof value) bytes.resize(position + sizeof value);
+        std::memcpy(bytes.data() + position, &value, sizeof value);
+    }
+    std::string bytes;
+};
+
+struct LasFormat {
+    int length;
+    int colourOffset;
+};
+
+/// Record lengths and colour positions of point formats 0 to 10.
+constexpr LasFormat lasFormats[] = {{20, 0}, {28, 0},  {26, 20}, {34, 28}, {57, 0}, {63, 28},
+                                    {30, 0}, {36, 30}, {38, 30}, {59, 0},  {67, 30}};
+
+void putLasHeader(Binary& file, const LasLayout& layout, int recordLength, std::size_t points) {
+    const auto headerSize = static_cast<std::uint16_t>(layout.minorVersion == 4   ? 375
+                                                       : layout.minorVersion == 3 ? 235
+                                                                                  : 227);
+    file.bytes = "LASF";
+    file.put<char>(24, 1);
+    file.put(25, static_cast<char>(layout.minorVersion));
+    file.put<std::uint16_t>(94, headerSize);
+    // A gap stands for the variable-length records, which readers skip.
+    file.put<std::uint32_t>(96, headerSize + 10u);
+    file.put(104, static_cast<char>(layout.format));
+    file.put(105, static_cast<std::uint16_t>(recordLength));
+    file.put(107, layout.minorVersion == 4 ? 0u : static_cast<std::uint32_t>(points));
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        file.put(131 + 8 * axis, layout.scale);
+        file.put(155 + 8 * axis, layout.offset);
+        // Bounds that are wrong, as those of many files are: nothing may believe them.
+        file.put(179 + 16 * axis, -1.0);
+        file.put(187 + 16 * axis, 1.0);
+    }
+    if (layout.minorVersion == 4) file.put<unsigned long long>(247, points);
+    file.put<char>(headerSize + 9u, 0);
+}
+
+}  // namespace
+
+std::vector<PointRecord> makeCloud(const Cloud& cloud) {
+    std::mt19937_64 engine(cloud.seed);
+    std::uniform_real_distribution<double> unit(0, 1);
+    std::uniform_int_distribution<unsigned> colour(0, cloud.largestColour);
+    std::vector<PointRecord> points(cloud.points);
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        PointRecord& p = points[i];
+        p.x = 100 * unit(engine), p.y = 70 * unit(engine), p.z = 40 * unit(engine);
+        switch (cloud.shape) {
+            case CloudShape::Uniform:
+                break;
+            case CloudShape::Clusters: {
+                const double spread = i % 3 == 0 ? 0.5 : 1e-3;
+                p.x = 50.0 * static_cast<double>(i % 5) + spread * p.x;
+                p.y = 30.0 * static_cast<double>(i % 3) + spread * p.y;
+                p.z *= spread;
+                break;
+            }
+            case CloudShape::Flat:
+                p.z = -3.25;
+                break;
+            case CloudShape::Line:
+                p.x = -7, p.y = 0.1;
+                break;
+            case CloudShape::Duplicates:
+                if (i % 4 != 0) p = points[i / 4 * 4];
+                break;
+            case CloudShape::FarAway:
+                p.x += 5e6, p.y -= 6e6;
+                p.z *= 1e-4;
+                break;
+        }
+        p.red = static_cast<std::uint16_t>(colour(engine));
+        p.green = static_cast<std::uint16_t>(colour(engine));
+        p.blue = static_cast<std::uint16_t>(colour(engine));
+        p.intensity = 4000 * unit(engine) - 2000;
+    }
+    return points;
+}
+
+std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLayout& layout,
+                                  const std::vector<PointRecord>& points, int sourceIndex) {
+    const LasFormat& format = lasFormats[layout.format];
+    Binary file;
+    putLasHeader(file, layout, format.length + layout.extraBytes, points.size());
+    std::vector<PointRecord> delivered = points;
+    for (PointRecord& p : delivered) {
+        const std::size_t start = file.bytes.size();
+        file.put<char>(start + static_cast<std::size_t>(format.length + layout.extraBytes) - 1, 7);
+        std::size_t position = start;
+        for (double* value : {&p.x, &p.y, &p.z}) {
+            const auto steps =
+                static_cast<std::int32_t>(std::lround((*value - layout.offset) / layout.scale));
+            file.put(position, steps);
+            position += sizeof steps;
+            *value = steps * layout.scale + layout.offset;
+        }
+        const auto intensity = static_cast<std::int16_t>(std::lround(p.intensity));
+        file.put(start + 12, intensity);
+        if (format.colourOffset == 0) {
+            p.red = p.green = p.blue = static_cast<std::uint16_t>(intensity);
+        } else {
+            const std::size_t colour = start + static_cast<std::size_t>(format.colourOffset);
+            file.put(colour, p.red);
+            file.put(colour + 2, p.green);
+            file.put(colour + 4, p.blue);
+        }
+        p.intensity = intensity;
+        p.scannerDistance = 1;
+        p.sourceIndex = sourceIndex;
+    }
+    writeBytes(path, file.bytes);
+    return delivered;
+}
+
+std::vector<PointRecord> writePts(const std::filesystem::path& path, int columns,
+                                  const std::vector<std::vector<PointRecord>>& blocks,
+                                  int sourceIndex) {
+    Text file;
+    std::vector<PointRecord> delivered;
+    for (const auto& block : blocks) {
+        file << block.size() << "\n";
+        for (PointRecord p : block) {
+            file << p.x << " " << p.y << " " << p.z;
+            if (columns == 4 || columns == 7) file << " " << p.intensity;
+            if (columns >= 6) file << " " << p.red << " " << p.green << " " << p.blue;
+            file << "\r\n";
+            if (columns < 6) p.red = p.green = p.blue = 0;
+            if (columns == 3) p.intensity = 0;
+            if (columns == 6) p.intensity = (p.red + p.green + p.blue) / 3.0;
+            p.scannerDistance = 1;
+            p.sourceIndex = sourceIndex;
+            delivered.push_back(p);
+        }
+    }
+    writeBytes(path, file.text);
+    return delivered;
+}
+
+std::vector<PointRecord> writePtx(const std::filesystem::path& path,
+                                  const std::vector<PtxScan>& scans, int sourceIndex) {
+    Text file;
+    std::vector<PointRecord> delivered;
+    for (const PtxScan& scan : scans) {
+        const auto& m = scan.transform;
+        const bool isIdentity = m == PtxScan().transform;
+        file << 1 << "\n" << scan.points.size() << "\n";
+        file << "1.5 2.5 3.5\n1 0 0\n0 1 0\n0 0 1\n";
+        for (std::size_t row = 0; row < 4; ++row)
+            file << m[3 * row] << " " << m[3 * row + 1] << " " << m[3 * row + 2]
+                 << (row == 3 ? " 1\n" : " 0\n");
+        for (std::size_t i = 0; i < scan.points.size(); ++i) {
+            PointRecord p = scan.points[i];
+            const bool isEmpty = scan.emptyEvery != 0 && i % scan.emptyEvery == 0;
+            if (isEmpty) p.x = p.y = p.z = 0;
+            file << p.x << " " << p.y << " " << p.z << " " << p.intensity;
+            if (scan.hasColour) file << " " << p.red << " " << p.green << " " << p.blue;
+            file << "\n";
+            if (isEmpty) continue;
+            if (!scan.hasColour) p.red = p.green = p.blue = 0;
+            p.scannerDistance = isIdentity ? 1.0 : std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z);
+            const double x = p.x, y = p.y, z = p.z;
+            p.x = x * m[0] + y * m[3] + z * m[6] + m[9];
+            p.y = x * m[1] + y * m[4] + z * m[7] + m[10];
+            p.z = x * m[2] + y * m[5] + z * m[8] + m[11];
+            p.sourceIndex = sourceIndex;
+            delivered.push_back(p);
+        }
+    }
+    writeBytes(path, file.text);
+    return delivered;
+}
+
+}  // namespace vpc::test
