@@ -195,12 +195,13 @@ TEST_F(PrepareCommandTest, FileNamesMayHoldAnyCharacter) {
 }
 
 TEST_F(PrepareCommandTest, IncompleteTextStopsUnlessAllowed) {
+    write("a.pts", threePoints);
     write("short.pts", "5\n0 0 0\n1 2 3\n4 5 6\n");
     write("o.vpt", "older");
-    const ProgramResult stopped = run({"prepare", "-o", "o.vpt", "short.pts"});
+    const ProgramResult stopped = run({"prepare", "-o", "o.vpt", "a.pts", "short.pts"});
     EXPECT_EQ(stopped.status, 1);
     EXPECT_THAT(stopped.err, HasSubstr("2 have no values"));
-    EXPECT_THAT(stopped.err, HasSubstr("'short.pts'"));
+    EXPECT_THAT(stopped.err, HasSubstr("'short.pts' is not complete"));
     EXPECT_EQ(readBytes(folder.file("o.vpt")), "older");
     EXPECT_EQ(run({"prepare", "-o", "o.vpt", "--allow-incomplete", "short.pts"}).status, 0);
     EXPECT_THAT(run({"info", "o.vpt"}).out, HasSubstr("points        5 "));
