@@ -268,21 +268,14 @@ TEST_F(FailedRun, CannotWriteIntoReadOnlyFolders) {
     }
 }
 
-// With no separator at its end the working folder is the beginning of the files' names.
-TEST_F(FailedRun, PutsNodeFilesBesideAWorkingFolderWithoutSeparator) {
-    Observer observer;
-    std::string nodeFile;
-    observer.answer = [&](const PrepareProgress&) {
-        for (const std::string& name : folder_.folder.names())
-            if (name.starts_with("work") && name.find("--0") != std::string::npos &&
-                name.find('/') == std::string::npos)
-                nodeFile = name;
-        return nodeFile.empty();
-    };
-    const std::string work = folder_.scan("work");
-    const auto result = prepare({bigScan()}, work, folder_.output(), settings_, &observer);
-    EXPECT_EQ(result.message, cancelled) << "no node file was ever beside the folder";
+// With no separator at its end the working folder is the beginning of the temporary files' names.
+TEST_F(FailedRun, TakesAWorkingFolderWithoutSeparatorAsThePrefixOfNames) {
+    const std::string scan = bigScan();
+    EXPECT_FALSE(
+        prepare({scan}, folder_.scan("missing/work"), folder_.output(), settings_).success);
     expectNothingChanged({"a.las"});
+    EXPECT_TRUE(prepare({scan}, folder_.scan("prefix"), folder_.output(), settings_).success);
+    EXPECT_TRUE(folder_.holdsOnly({"a.las", "result.vpt", "work/notes--0"}));
 }
 
 // Limits from "no node file fits" to "the result does not quite fit".

@@ -5,6 +5,8 @@
 #include <limits>
 #include <string>
 
+#include <sys/stat.h>
+
 #include "core/util/FileTools.h"
 
 namespace {
@@ -17,6 +19,11 @@ const char* cMode(VpcFileMode mode, bool append) {
     return append ? "ab" : "wb";
 }
 
+bool isFolder(std::FILE* file) {
+    struct stat status {};
+    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 }  // namespace
 
 FileBufferStream::~FileBufferStream() {
@@ -25,15 +32,17 @@ FileBufferStream::~FileBufferStream() {
 }
 
 bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bool append) {
-    if (file_ != nullptr) {
-        failed_ = true;
-        return false;
-    }
     mode = openMode;
     const std::string native = FileTools::ToNativePath(path);
     fileName.fill('\0');
     native.copy(fileName.data(), fileName.size() - 1);
+    if (file_ != nullptr) {
+        failed_ = true;
+        return false;
+    }
     file_ = std::fopen(native.c_str(), cMode(openMode, append));
+    // The C library opens folders for reading, with no size that could be trusted.
+    if (file_ != nullptr && isFolder(file_)) StreamClose();
     failed_ = file_ == nullptr;
     return !failed_;
 }
@@ -78,11 +87,12 @@ wxString FileBufferStream::StreamReadString(unsigned long long count) {
     }
     const unsigned long long wanted = untilZero ? scratch.size() : count;
     ReadSome(reinterpret_cast<char*>(scratch.data()), wanted * sizeof(char32_t));
-    const char32_t* end = scratch.data() + wanted;
-    if (untilZero) end = std::find<const char32_t*>(scratch.data(), end, U'\0');
+    const char32_t* const begin = scratch.data();
+    const char32_t* end = begin + wanted;
+    if (untilZero) end = std::find(begin, end, U'\0');
     wxString text;
-    text.reserve(static_cast<std::size_t>(end - scratch.data()));
-    for (const auto* c = scratch.data(); c != end; ++c)
+    text.reserve(static_cast<std::size_t>(end - begin));
+    for (const char32_t* c = begin; c != end; ++c)
         text += wxUniChar(static_cast<std::uint32_t>(*c));
     return text;
 }

@@ -198,7 +198,11 @@ private:
         StreamSeek(offset);
         return *this;
     }
-    bool CanTransfer() const { return file_ != nullptr && !failed_; }
+    /// Whether bytes can move; without an open file that fails like any other transfer.
+    bool CanTransfer() {
+        if (file_ == nullptr) failed_ = true;
+        return !failed_;
+    }
     /// Reads exactly `count` bytes or sets the fail state; returns whether all came.
     bool ReadBytes(void* data, unsigned long long count);
     /// Reads up to `count` bytes; fewer set the fail state. Returns how many came.

@@ -1,6 +1,6 @@
 #include "tree/construct/NodePointStore.h"
 
-#include <stdexcept>
+#include <algorithm>
 
 #include "tree/construct/NodePoints.h"
 
@@ -18,7 +18,9 @@ unsigned long long blocksWithin(unsigned long long budget) {
 
 }  // namespace
 
-NodePointStore::NodePointStore(unsigned long long budget) : blockLimit_(blocksWithin(budget)) {
+NodePointStore::NodePointStore(unsigned long long budget, const std::string& spillPath)
+    : blockLimit_(blocksWithin(budget)) {
+    if (WritesBehind()) spill_.emplace(spillPath);
 }
 
 NodePointStore::~NodePointStore() = default;
@@ -78,9 +80,8 @@ void NodePointStore::Unlink(NodePoints& user) {
 }
 
 void NodePointStore::WriteOutOldest() {
-    if (oldest_ == nullptr) return;  // the blocks in use are those of a node being split
-    if (!oldest_->WriteOut())
-        throw std::runtime_error("cannot write the temporary file " + oldest_->Path());
+    // Where no node is listed the blocks in use are those of a node that is being split.
+    if (oldest_ != nullptr) oldest_->WriteOut();
 }
 
 }  // namespace vpc

@@ -48,6 +48,12 @@ void NodePoints::AddBlock() {
 }
 
 bool NodePoints::WriteOut() {
+    if (!store_->WritesBehind()) return AppendToFile();
+    AppendToSpill();
+    return true;
+}
+
+bool NodePoints::AppendToFile() {
     FileBufferStream stream;
     if (!stream.StreamOpen(FileTools::FromNativePath(path_), FileModeWrite, true)) return false;
     hasFile_ = true;
@@ -59,28 +65,43 @@ bool NodePoints::WriteOut() {
     if (!stream.IsStreamGood()) {
         // A part of the records may be in the file: back to what it held before.
         std::error_code ignored;
-        std::filesystem::resize_file(path_, inFile_ * recordSize, ignored);
+        std::filesystem::resize_file(path_, writtenOut_ * recordSize, ignored);
         return false;
     }
-    inFile_ += inMemory_;
+    writtenOut_ += inMemory_;
     ClearMemory();
     return true;
 }
 
-bool NodePoints::Visit(const std::function<void(char*, unsigned long long)>& visit) {
+void NodePoints::AppendToSpill() {
+    if (inMemory_ == 0) return;
+    std::vector<iovec> parts;
+    parts.reserve(blocks_);
+    unsigned long long left = inMemory_;
+    for (RecordBlock* block = first_; block != nullptr; block = block->next) {
+        const auto count = std::min(left, RecordBlock::capacity);
+        parts.push_back({block->records, count * recordSize});
+        left -= count;
+    }
+    pieces_.push_back(store_->Spill().Write(parts));
+    writtenOut_ += inMemory_;
+    ClearMemory();
+}
+
+bool NodePoints::Visit(const Visitor& visit) {
     ScratchLoan scratch(*store_);
-    const bool whole = VisitFile(scratch.get(), visit);
+    const bool whole =
+        store_->WritesBehind() ? VisitSpill(scratch.get(), visit) : VisitFile(scratch.get(), visit);
     VisitMemory(scratch.get(), visit);
     return whole;
 }
 
-bool NodePoints::VisitFile(char* scratch,
-                           const std::function<void(char*, unsigned long long)>& visit) {
-    if (inFile_ == 0) return true;
+bool NodePoints::VisitFile(char* scratch, const Visitor& visit) {
+    if (writtenOut_ == 0) return true;
     FileBufferStream stream;
     if (!stream.StreamOpen(FileTools::FromNativePath(path_), FileModeRead)) return false;
-    for (unsigned long long done = 0; done < inFile_;) {
-        const auto count = std::min(inFile_ - done, NodePointStore::scratchRecords);
+    for (unsigned long long done = 0; done < writtenOut_;) {
+        const auto count = std::min(writtenOut_ - done, NodePointStore::scratchRecords);
         stream.ReadCharArray2File(scratch, count * recordSize);
         if (!stream.IsStreamGood()) return false;
         visit(scratch, count);
@@ -89,8 +110,27 @@ bool NodePoints::VisitFile(char* scratch,
     return true;
 }
 
-void NodePoints::VisitMemory(char* scratch,
-                             const std::function<void(char*, unsigned long long)>& visit) {
+bool NodePoints::VisitSpill(char* scratch, const Visitor& visit) {
+    constexpr unsigned long long scratchSize = NodePointStore::scratchRecords * recordSize;
+    unsigned long long filled = 0;
+    const auto passOn = [&] {
+        if (filled != 0) visit(scratch, filled / recordSize);
+        filled = 0;
+    };
+    for (const SpillFile::Piece& piece : pieces_) {
+        for (unsigned long long done = 0; done < piece.size;) {
+            if (filled == scratchSize) passOn();
+            const auto size = std::min(piece.size - done, scratchSize - filled);
+            if (!store_->Spill().Read(piece.position + done, scratch + filled, size)) return false;
+            filled += size;
+            done += size;
+        }
+    }
+    passOn();
+    return true;
+}
+
+void NodePoints::VisitMemory(char* scratch, const Visitor& visit) {
     unsigned long long left = inMemory_;
     unsigned long long gathered = 0;
     for (const RecordBlock* block = first_; block != nullptr; block = block->next) {
@@ -108,8 +148,7 @@ void NodePoints::VisitMemory(char* scratch,
 
 void NodePoints::Clear() {
     ClearMemory();
-    RemoveFile();
-    inFile_ = 0;
+    RemoveWrittenOut();
 }
 
 void NodePoints::ClearMemory() {
@@ -121,16 +160,20 @@ void NodePoints::ClearMemory() {
     blocks_ = inMemory_ = 0;
 }
 
-void NodePoints::RemoveFile() {
+void NodePoints::RemoveWrittenOut() {
     if (hasFile_) std::remove(path_.c_str());
     hasFile_ = false;
+    for (const SpillFile::Piece& piece : pieces_) store_->Spill().Free(piece);
+    pieces_.clear();
+    writtenOut_ = 0;
 }
 
 void NodePoints::TakeOver(NodePoints& other) {
     Clear();
     store_->Forget(other);
     hasFile_ = std::exchange(other.hasFile_, false);
-    inFile_ = std::exchange(other.inFile_, 0);
+    pieces_ = std::exchange(other.pieces_, {});
+    writtenOut_ = std::exchange(other.writtenOut_, 0);
     inMemory_ = std::exchange(other.inMemory_, 0);
     blocks_ = std::exchange(other.blocks_, 0);
     roomInTail_ = std::exchange(other.roomInTail_, 0);

@@ -2,17 +2,22 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tree/construct/NodePointStore.h"
 
 namespace vpc {
 
-/// The points of one construction node: the node's temporary file, and behind it in order the
-/// records that are still in memory. The file holds serialised point records and nothing else.
+/// The points of one construction node: those written out, and behind them in order the records
+/// that are still in memory.
 ///
-/// Removes its file when it goes.
+/// Written out is to the node's temporary file, which holds serialised point records and nothing
+/// else and is removed when this object goes; or, where the store has a budget, to pieces of the
+/// store's file for all nodes.
 class NodePoints {
 public:
+    using Visitor = std::function<void(char* records, unsigned long long count)>;
+
     /// \param path the file's name as the system takes it; it is created by the first write
     NodePoints(NodePointStore& store, std::string path);
     ~NodePoints();
@@ -20,7 +25,7 @@ public:
     NodePoints& operator=(const NodePoints&) = delete;
 
     const std::string& Path() const { return path_; }
-    unsigned long long Count() const { return inFile_ + inMemory_; }
+    unsigned long long Count() const { return writtenOut_ + inMemory_; }
     unsigned long long InMemory() const { return inMemory_; }
     bool HasFile() const { return hasFile_; }
 
@@ -34,19 +39,19 @@ public:
         return slot;
     }
 
-    /// Appends the records in memory to the file (which is created even if there are none) and
-    /// frees their memory. False when the file cannot be written: then they stay in memory and
-    /// the file is as it was.
+    /// Writes the records in memory out and frees their memory. The node's file is created even
+    /// if there are none. False when that file cannot be written: then they stay in memory and the
+    /// file is as it was. Throws std::runtime_error when the file for all nodes cannot be written.
     bool WriteOut();
 
     /// Calls `visit` with all records in order, in pieces of at most
-    /// NodePointStore::scratchRecords; it may change what it is given. False when the file cannot
-    /// be read whole.
-    bool Visit(const std::function<void(char* records, unsigned long long count)>& visit);
+    /// NodePointStore::scratchRecords; it may change what it is given. False when what was written
+    /// out cannot be read whole.
+    bool Visit(const Visitor& visit);
 
-    /// Deletes the file and frees the memory; no points remain.
+    /// Deletes what was written out and frees the memory; no points remain.
     void Clear();
-    /// Frees the records in memory and keeps the file.
+    /// Frees the records in memory and keeps those written out.
     void ClearMemory();
     /// Takes all points of `other`, which has none afterwards. The file keeps the name that it
     /// has: the caller renames it to Path().
@@ -58,19 +63,23 @@ private:
     friend class NodePointStore;
 
     void AddBlock();
-    void RemoveFile();
-    bool VisitFile(char* scratch, const std::function<void(char*, unsigned long long)>& visit);
+    bool AppendToFile();
+    void AppendToSpill();
+    void RemoveWrittenOut();
+    bool VisitFile(char* scratch, const Visitor& visit);
+    bool VisitSpill(char* scratch, const Visitor& visit);
     /// Calls `visit` with the records in memory, gathered in `scratch`.
-    void VisitMemory(char* scratch, const std::function<void(char*, unsigned long long)>& visit);
+    void VisitMemory(char* scratch, const Visitor& visit);
 
     NodePointStore* store_;
     std::string path_;
     bool hasFile_ = false;
     bool listed_ = false;
     unsigned roomInTail_ = 0;
-    unsigned long long inFile_ = 0;
+    unsigned long long writtenOut_ = 0;
     unsigned long long inMemory_ = 0;
     unsigned long long blocks_ = 0;
+    std::vector<SpillFile::Piece> pieces_;
     char* cursor_ = nullptr;
     RecordBlock* first_ = nullptr;
     RecordBlock* last_ = nullptr;

@@ -30,7 +30,7 @@ VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType tr
       maxPointsPerNode_(maxPointsPerNode),
       maxLevel_(maxLevel),
       workingFolder_(workingFolder),
-      store_(pointMemory) {
+      store_(pointMemory, FileTools::ToNativePath(workingFolder_ + treeId_ + "--points")) {
 }
 
 VpcConstructTree::~VpcConstructTree() = default;

@@ -29,9 +29,11 @@ public:
     /// \param maxPointsPerNode points at which a leaf splits
     /// \param maxLevel         deepest level that a split may reach
     /// \param is16bitColor     whether colours are written as their high bytes
-    /// \param pointMemory      bytes of points to keep in memory before they go to their files.
-    ///                         0 writes a node's file whenever the node's buffer is written; the
-    ///                         resulting tree file is the same
+    /// \param pointMemory      bytes of points to keep in memory before they go to disk, all
+    ///                         nodes' to one nameless file. 0 writes a node's own file whenever
+    ///                         the node's buffer is written. The tree file is the same
+    ///
+    /// Throws std::runtime_error when there is point memory and that file cannot be created.
     VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
                      unsigned long long maxPointsPerNode, unsigned long long maxLevel,
                      bool is16bitColor, unsigned long long pointMemory = 0);

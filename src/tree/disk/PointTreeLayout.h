@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+
 /// The byte positions of a point tree file, in the one place that its writer and its readers share.
 ///
 /// header | node records, level by level | point blocks, in the order of the records
@@ -120,6 +122,61 @@ inline constexpr Position childEntrySize = 2 * wordSize;
 
 constexpr Position recordSize(unsigned long long level, const ChildGrid& grid) {
     return childEntriesOffset(level, grid) + childEntrySize * grid.cells();
+}
+
+/// Whether a record with this children grid ends within `available` bytes from its start. Asks
+/// without overflow, so that a grid from a damaged file can be held against the file's length
+/// before it is computed with. `level` comes from a list of counts that fitted in the file.
+constexpr bool recordFits(unsigned long long level, const ChildGrid& grid, Position available) {
+    const Position fixed = recordSize(level, {});
+    if (available < fixed) return false;
+    Position left = available - fixed;
+    for (const Position count : {grid.x, grid.y, grid.z}) {
+        if (count > left / wordSize) return false;
+        left -= count * wordSize;
+    }
+    if (grid.x == 0 || grid.y == 0 || grid.z == 0) return true;
+    return grid.x <= left / childEntrySize / grid.y / grid.z;
+}
+
+/// Position of member `member` (0 to 16, as a querier counts them) in a record.
+constexpr Position memberOffset(int member, unsigned long long level, const ChildGrid& grid) {
+    switch (member) {
+        case 0:
+            return levelWordOffset;
+        case 1:
+            return nodeDistanceOffset;
+        case 2:
+            return indexPathOffset;
+        case 3:
+            return gridPathOffset(level);
+        case 4:
+            return boxMinimumOffset(level);
+        case 5:
+            return boxMaximumOffset(level);
+        case 6:
+            return pointCountOffset(level);
+        case 7:
+            return childrenXOffset(level);
+        case 8:
+            return childrenYOffset(level);
+        case 9:
+            return childrenZOffset(level);
+        case 10:
+            return cellWidthsOffset(level);
+        case 11:
+            return recordPositionOffset(level, grid);
+        case 12:
+            return pointBlockOffset(level, grid);
+        case 13:
+            return pointListOffset(level, grid);
+        case 14:
+            return parentRecordOffset(level, grid);
+        case 15:
+            return parentBlockOffset(level, grid);
+        default:
+            return member < 0 ? levelWordOffset : childEntriesOffset(level, grid);
+    }
 }
 
 // --- Point blocks --------------------------------------------------------------------------------

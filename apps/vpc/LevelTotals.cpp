@@ -1,0 +1,30 @@
+#include "LevelTotals.h"
+
+#include <algorithm>
+
+#include "CommandError.h"
+#include "core/util/FileTools.h"
+#include "tree/disk/NodeRecordReader.h"
+
+namespace vpc {
+
+std::vector<LevelTotals> LevelTotals::Count(const wxString& file, const PointTreeHeader& header,
+                                            const std::function<void(const NodeRecord&)>& visit) {
+    std::vector<LevelTotals> levels(header.levels);
+    NodeRecordReader reader(file, header);
+    NodeRecord record;
+    while (reader.Next(record)) {
+        LevelTotals& level = levels[record.level];
+        ++level.nodes;
+        level.points += record.points;
+        level.largestNode = std::max(level.largestNode, record.points);
+        level.recordBytes += record.size;
+        if (visit) visit(record);
+    }
+    if (reader.Failed())
+        throw CommandError("'" + FileTools::ToNativePath(file) +
+                           "' is damaged: a node record leads out of it; see vpc verify");
+    return levels;
+}
+
+}  // namespace vpc

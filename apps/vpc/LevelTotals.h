@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "tree/disk/NodeRecord.h"
+#include "tree/disk/PointTreeHeader.h"
+
+namespace vpc {
+
+/// The sums over one level of a point tree.
+struct LevelTotals {
+    unsigned long long nodes = 0;
+    unsigned long long points = 0;
+    /// Points of the level's fullest node.
+    unsigned long long largestNode = 0;
+    /// Bytes of the level's node records.
+    unsigned long long recordBytes = 0;
+
+    /// The sums of every level of the file with that header, in one pass over its records, each
+    /// of which `visit` sees too. Throws CommandError where the records lead out of the file.
+    static std::vector<LevelTotals> Count(
+        const wxString& file, const PointTreeHeader& header,
+        const std::function<void(const NodeRecord&)>& visit = nullptr);
+};
+
+}  // namespace vpc

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <vector>
+
+#include "Findings.h"
+#include "tree/disk/NodeRecord.h"
+
+namespace vpc {
+
+/// Checks the links between the nodes of neighbouring levels, in both directions, and what a node
+/// owes to its parent: its place in the parent's grid, its box, its share of the points.
+/// Is shown every record in file order.
+class LinkVerifier {
+public:
+    explicit LinkVerifier(Findings& findings) : findings_(findings) {}
+
+    void Add(const NodeRecord& record);
+    /// To be called after the last record.
+    void Finish();
+    /// Points of the fullest node of the level added last.
+    unsigned long long LargestNodeOfLevel() const;
+
+private:
+    /// What is kept of a node until its children have passed.
+    struct Node {
+        unsigned long long level = 0;
+        unsigned long long index = 0;
+        unsigned long long position = 0;
+        unsigned long long pointBlock = 0;
+        unsigned long long points = 0;
+        unsigned long long indexPathHash = 0;
+        unsigned long long gridPathHash = 0;
+        NodeRecord::Coordinates boxMinimum{};
+        NodeRecord::Coordinates boxMaximum{};
+        PointTreeLayout::ChildGrid grid;
+        /// Where its child entries begin in the level's list of them.
+        std::size_t firstEntry = 0;
+        unsigned long long childrenSeen = 0;
+        unsigned long long childPoints = 0;
+    };
+    struct Level {
+        std::vector<Node> nodes;
+        std::vector<NodeRecord::ChildEntry> entries;
+        void Clear() {
+            nodes.clear();
+            entries.clear();
+        }
+    };
+
+    void CheckRoot(const NodeRecord& record);
+    void CheckParent(const NodeRecord& record);
+    void CheckPlace(const NodeRecord& record, Node& parent);
+    void CheckBox(const NodeRecord& record, const Node& parent, const NodeRecord::Triplet& cell);
+    void CheckChildren(const Node& node, const Level& level, bool deepest);
+    void FinishParents(bool deepest);
+    void Keep(const NodeRecord& record);
+    Node* Find(Level& level, unsigned long long position);
+
+    Findings& findings_;
+    Level parents_;
+    Level current_;
+    unsigned long long currentLevel_ = 0;
+};
+
+/// "node 17 of level 3", for findings.
+std::string nodeName(unsigned long long level, unsigned long long index);
+
+}  // namespace vpc

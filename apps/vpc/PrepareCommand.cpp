@@ -1,0 +1,179 @@
+#include "PrepareCommand.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <numeric>
+
+#include "CommandError.h"
+#include "DisplayText.h"
+#include "DrawingUnits.h"
+#include "ExitStatus.h"
+#include "Interrupt.h"
+#include "LevelTotals.h"
+#include "PrepareChecks.h"
+#include "ProgressDisplay.h"
+#include "WorkFolder.h"
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+#include "core/util/VpcLogger.h"
+#include "tree/construct/PcCorePointPrepare.h"
+#include "tree/disk/VpcDiskTreeQuerier.h"
+
+namespace vpc {
+
+namespace {
+
+/// Deeper trees than this one would need file names longer than the system allows.
+constexpr unsigned long long deepestLevel = 60;
+
+wxString fullPath(const std::string& native) {
+    return FileTools::FromNativePath(std::filesystem::absolute(native).string());
+}
+
+/// Keeps the process-wide log open for one run.
+class RunLog {
+public:
+    explicit RunLog(const std::string& file) {
+        if (!file.empty()) VpcLogger::Instance()->Open(fullPath(file));
+    }
+    ~RunLog() { VpcLogger::Instance()->Close(); }
+    RunLog(const RunLog&) = delete;
+    RunLog& operator=(const RunLog&) = delete;
+};
+
+void log(const wxString& text) {
+    VpcLogger::Instance()->Add(text, false);
+}
+
+std::string checkUnit(const std::string& text) {
+    if (DrawingUnits::Parse(text)) return {};
+    return "'" + text + "' is no unit; the units are " + DrawingUnits::List();
+}
+
+}  // namespace
+
+PrepareCommand::PrepareCommand(CLI::App& app)
+    : Command(app, "prepare", "Turn scans (LAS, PTS or PTX, all of one format) into a tree file") {
+    CLI::App& options = Options();
+    options
+        .add_option("SCAN", options_.scans, "The scan files, in the order their points refer to")
+        ->required();
+    options.add_option("-o,--output", options_.output, "The tree file to write, named .vpt")
+        ->required()
+        ->type_name("OUT.vpt");
+    options.add_option("--tree", options_.tree, "Kind of tree: octree or kd")
+        ->check(CLI::IsMember({"octree", "kd"}))
+        ->capture_default_str()
+        ->type_name("KIND");
+    options
+        .add_option("--max-points", options_.maxPoints,
+                    "Points at which a node is split; fewer make finer steps and more nodes")
+        ->check(CLI::Range(1ULL, 1000000000ULL))
+        ->capture_default_str()
+        ->type_name("N");
+    options
+        .add_option("--max-level", options_.maxLevel,
+                    "Deepest level that is still split (0 to 60); nodes there grow past "
+                    "--max-points")
+        ->check(CLI::Range(0ULL, deepestLevel))
+        ->capture_default_str()
+        ->type_name("N");
+    options
+        .add_option("--unit", unitText_,
+                    "Unit of the coordinates, by code or name: " + DrawingUnits::List())
+        ->check(CLI::Validator(checkUnit, ""))
+        ->capture_default_str()
+        ->type_name("UNIT");
+    options
+        .add_option("--work", options_.work,
+                    "Folder for temporary files, default: the output's; a subfolder is made "
+                    "there and removed again")
+        ->type_name("DIR");
+    options.add_option("--log", options_.log, "Log the run to this file")->type_name("FILE");
+    options.add_flag("--allow-incomplete", options_.allowIncomplete,
+                     "Go on when a scan's text ends before its points do; the missing ones "
+                     "become zeros");
+    options.add_flag("--quiet", options_.quiet, "Show no progress");
+    options.add_flag("--force", options_.force, "Go on when the disk seems to lack room");
+    options.footer(
+        "Examples:\n"
+        "  vpc prepare -o scan.vpt scan.las\n"
+        "  vpc prepare --tree kd --max-points 50000 --unit Feet -o site.vpt east.pts west.pts\n"
+        "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
+}
+
+int PrepareCommand::Run() {
+    Interrupt::Catch();
+    options_.unit = *DrawingUnits::Parse(unitText_);
+    PrepareChecks checks(options_);
+    checks.Run();
+    const RunLog runLog(options_.log);
+    LogStart();
+    ProgressDisplay display({options_.quiet, options_.allowIncomplete, checks.Format(),
+                             checks.EstimatedPoints(), "vpc " + Name()});
+    const TreePrepareResult result = Prepare(display);
+    display.Clear();
+    log(result.success ? wxString("Prepared") : "Failed: " + result.message);
+    CheckResult(result, display);
+    if (!result.message.empty()) display.Warn(result.message);
+    PrintSummary(result);
+    return exitDone;
+}
+
+TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
+    const WorkFolder work(options_.work.empty() ? folderOf(options_.output) : options_.work);
+    Interrupt::Check();
+    std::vector<wxString> scans;
+    for (const std::string& scan : options_.scans) scans.push_back(fullPath(scan));
+    return PcCorePointPrepare::preparePointData(
+        options_.unit, fullPath(work.Path()), scans, fullPath(options_.output),
+        options_.tree == "kd" ? Tree_KdTree_Symmetric : Tree_Octree, options_.maxPoints,
+        options_.maxLevel, display);
+}
+
+void PrepareCommand::CheckResult(const TreePrepareResult& result,
+                                 const ProgressDisplay& display) const {
+    if (result.success) return;
+    const std::string unchanged = "; '" + options_.output + "' was not touched";
+    if (!display.Objection().empty())
+        throw CommandError(display.Objection() + " ('" + options_.scans.front() + "'" +
+                           (options_.scans.size() > 1 ? " and others" : "") +
+                           "); check whether the files are complete, or take them as they are "
+                           "with --allow-incomplete" +
+                           unchanged);
+    if (Interrupt::Requested())
+        throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
+    wxString message = result.message;
+    message.Trim(true).Trim(false);
+    if (message.empty()) message = "the tree file could not be written; is the disk full?";
+    throw CommandError(FileTools::ToNativePath(message) + unchanged);
+}
+
+void PrepareCommand::LogStart() const {
+    log(wxString("vpc " VPC_PROGRAM_VERSION " prepares ") + fullPath(options_.output));
+    for (const std::string& scan : options_.scans) log("Scan: " + fullPath(scan));
+    log(wxString::Format("Tree %s, at most %llu points a node, split down to level %llu, unit %llu",
+                         options_.tree.c_str(), options_.maxPoints, options_.maxLevel,
+                         options_.unit));
+}
+
+void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
+    const VpcDiskTreeQuerier querier(StringTools::ToOdString(fullPath(options_.output)));
+    if (!querier.isOpen())
+        throw CommandError("'" + options_.output + "' was written but " +
+                           FileTools::ToNativePath(querier.fault()));
+    const auto levels = LevelTotals::Count(querier.fileName(), querier.header());
+    const auto nodes = std::accumulate(
+        levels.begin(), levels.end(), 0ULL,
+        [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });
+    const unsigned long long points = levels.empty() ? 0 : levels.back().points;
+    const std::string time = FileTools::ToNativePath(result.elapsedTime);
+    std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
+                options_.output.c_str(), points, levels.size(), nodes,
+                DisplayText::Bytes(querier.header().fileSize).c_str(), time.c_str());
+    log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
+                         nodes, querier.header().fileSize) +
+        result.elapsedTime);
+}
+
+}  // namespace vpc

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "core/util/VpcDefinitions.h"
+#include "tree/construct/PrepareObserver.h"
+
+namespace vpc {
+
+/// Shows a preparing run on standard error and stops it when the user asks for it: a bar that
+/// moves on a terminal, a line every few seconds elsewhere, nothing when quiet.
+class ProgressDisplay : public PrepareObserver {
+public:
+    struct Settings {
+        bool quiet = false;
+        /// Whether a run may go on with points that have no values in their text.
+        bool allowIncomplete = false;
+        VpcDataFormat format = DataFormat_Unknown;
+        /// Points expected while the scans are still being measured.
+        unsigned long long estimatedPoints = 0;
+        std::string command;
+    };
+
+    explicit ProgressDisplay(Settings settings);
+
+    bool onProgress(const PrepareProgress& progress) override;
+    bool onScansMeasured(const ScanSummary& summary, const wxString& message) override;
+
+    /// Takes the bar off the terminal.
+    void Clear();
+    /// Prints a warning on standard error, once however often it is given.
+    void Warn(const wxString& text);
+    /// Why this object ended the run, in a sentence; empty when it did not.
+    const std::string& Objection() const { return objection_; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void StartStage(PrepareStage stage, Clock::time_point now);
+    /// The part of the whole run that is done, 0 to 1.
+    double DoneShare(const PrepareProgress& progress) const;
+    void Show(const PrepareProgress& progress, Clock::time_point now);
+
+    Settings settings_;
+    bool terminal_;
+    bool barShown_ = false;
+    PrepareStage stage_ = PrepareStage::MeasureScans;
+    Clock::time_point start_;
+    Clock::time_point stageStart_;
+    Clock::time_point lastShown_;
+    std::string objection_;
+    wxString lastWarning_;
+};
+
+}  // namespace vpc

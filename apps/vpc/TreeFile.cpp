@@ -1,0 +1,38 @@
+#include "TreeFile.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include <wx/filename.h>
+
+#include "CommandError.h"
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+
+namespace vpc {
+
+OdString hostString(const std::string& native) {
+    return StringTools::ToOdString(FileTools::FromNativePath(native));
+}
+
+void requireTreeFile(const std::string& file) {
+    const auto refuse = [&](const std::string& why) {
+        throw CommandError("'" + file + "' " + why);
+    };
+    if (wxFileName(FileTools::FromNativePath(file)).GetExt() != "vpt")
+        refuse("is not named '.vpt', in small letters, as tree files are; rename it");
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0)
+        refuse("cannot be read (" + std::generic_category().message(errno) + "); check the name");
+    if (!S_ISREG(status.st_mode)) refuse("is no regular file; name a tree file");
+    if (std::FILE* handle = std::fopen(file.c_str(), "rb"))
+        std::fclose(handle);
+    else
+        refuse("cannot be read (" + std::generic_category().message(errno) +
+               "); change its permissions");
+}
+
+}  // namespace vpc

@@ -1,0 +1,26 @@
+#include "VerifyCommand.h"
+
+#include <cstdio>
+
+#include "ExitStatus.h"
+#include "Findings.h"
+#include "TreeFile.h"
+#include "TreeVerifier.h"
+
+namespace vpc {
+
+VerifyCommand::VerifyCommand(CLI::App& app)
+    : Command(app, "verify", "Check everything in a tree file; exit status 1 for any fault") {
+    Options().add_option("FILE", file_, "The tree file")->required()->type_name("FILE.vpt");
+}
+
+int VerifyCommand::Run() {
+    requireTreeFile(file_);
+    const VpcDiskTreeQuerier querier(hostString(file_));
+    Findings findings;
+    TreeVerifier(querier, findings).Run();
+    findings.PrintSummary();
+    return findings.Any() ? exitFailed : exitDone;
+}
+
+}  // namespace vpc

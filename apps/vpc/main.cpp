@@ -1,0 +1,92 @@
+#include <array>
+#include <clocale>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "CommandError.h"
+#include "ExitStatus.h"
+#include "InfoCommand.h"
+#include "PrepareCommand.h"
+#include "SampleCommand.h"
+#include "VerifyCommand.h"
+
+namespace {
+
+constexpr const char* examples =
+    "Examples:\n"
+    "  vpc sample scan.las --points 1000000 --seed 1   make up a scan to try things on\n"
+    "  vpc prepare -o scan.vpt scan.las                turn it into a point tree file\n"
+    "  vpc prepare --tree kd --unit feet -o site.vpt east.pts west.pts\n"
+    "  vpc info scan.vpt                               say what is in it\n"
+    "  vpc verify scan.vpt                             check it from end to end\n"
+    "\n"
+    "Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.";
+
+class Program {
+public:
+    Program() {
+        app_.set_version_flag("--version", "vpc " VPC_PROGRAM_VERSION);
+        app_.footer(examples);
+        app_.require_subcommand(1);
+    }
+
+    int Run(int argc, char** argv) {
+        try {
+            app_.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return app_.exit(error) == 0 ? vpc::exitDone : vpc::exitWrongUsage;
+        }
+        for (vpc::Command* command : commands_)
+            if (command->Chosen()) return RunCommand(*command);
+        return vpc::exitWrongUsage;
+    }
+
+private:
+    static int RunCommand(vpc::Command& command) {
+        const auto fail = [&](const char* text, int status) {
+            std::fprintf(stderr, "vpc %s: %s\n", command.Name().c_str(), text);
+            return status;
+        };
+        try {
+            return Flushed(command.Run(), fail);
+        } catch (const vpc::CommandInterrupted& error) {
+            return fail(error.what(), vpc::exitInterrupted);
+        } catch (const vpc::CommandUsageError& error) {
+            return fail(error.what(), vpc::exitWrongUsage);
+        } catch (const std::bad_alloc&) {
+            return fail(
+                "the memory does not suffice; close other programs or try with "
+                "less data at a time",
+                vpc::exitFailed);
+        } catch (const std::exception& error) {
+            return fail(error.what(), vpc::exitFailed);
+        }
+    }
+
+    /// An answer that could not be printed in full (the disk is full, say) is no answer.
+    template <class Fail>
+    static int Flushed(int status, const Fail& fail) {
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+        return fail("the output could not be written in full", vpc::exitFailed);
+    }
+
+    CLI::App app_{
+        "Turns laser scans (LAS, PTS, PTX) into point tree files (vpt) and looks into them", "vpc"};
+    vpc::PrepareCommand prepare_{app_};
+    vpc::InfoCommand info_{app_};
+    vpc::VerifyCommand verify_{app_};
+    vpc::SampleCommand sample_{app_};
+    std::array<vpc::Command*, 4> commands_ = {&prepare_, &info_, &verify_, &sample_};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // File names arrive in the user's encoding; numbers do not depend on the locale anywhere.
+    std::setlocale(LC_ALL, "");
+    return Program().Run(argc, argv);
+}

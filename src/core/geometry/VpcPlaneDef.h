@@ -1,0 +1,25 @@
+#pragma once
+
+#include <array>
+
+#include "core/geometry/VpcPoint3D.h"
+#include "core/geometry/VpcVector3D.h"
+
+/// The plane a x + b y + c z + d = 0.
+class VpcPlaneDef {
+public:
+    /// a, b, c and d.
+    std::array<double, 4> coefficients{};
+    /// The unit normal (a, b, c).
+    VpcVector3D normal;
+
+    VpcPlaneDef() = default;
+    /// The plane through three points; its normal points to where they are seen counter-clockwise.
+    /// Points on one line span no plane: everything is NaN, so that no point lies on either side.
+    VpcPlaneDef(const VpcPoint3D& p1, const VpcPoint3D& p2, const VpcPoint3D& p3);
+
+    /// Whether the point lies strictly on the side away from the normal.
+    bool IsBehind(double x, double y, double z) const {
+        return coefficients[0] * x + coefficients[1] * y + coefficients[2] * z < -coefficients[3];
+    }
+};

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <vector>
+
+#include "core/geometry/VpcCoordinate3D.h"
+#include "core/geometry/VpcPoint3D.h"
+#include "core/geometry/VpcVector3D.h"
+
+/// Statistics over lists of points, and conversions between coordinate systems.
+class VpcSimplePointTools {
+public:
+    using PointList = std::vector<VpcPoint3D>;
+    using IndexList = std::vector<unsigned long long>;
+
+    /// Smallest and largest coordinates, (0, 0, 0) for an empty list. Attributes stay as they are.
+    static void DeterminePointsMinMaxPoints(const PointList& list, VpcPoint3D& min,
+                                            VpcPoint3D& max);
+    /// The smallest distance of two points, 1e26 for fewer. Always true. Takes a time that grows
+    /// with the square of the number of points.
+    static bool DetermineMinPointsDistance(const PointList& list, double& d);
+    /// Ranges of the attributes; 100000 to -100000 for an empty list.
+    static void GetColorRanges(const PointList& list, double& intensityMin, double& intensityMax,
+                               double& redMin, double& redMax, double& greenMin, double& greenMax,
+                               double& blueMin, double& blueMax);
+    /// The indices of the points in the order of their x, y and z. The order of equal coordinates
+    /// is not specified.
+    static void SortIndices(const PointList& list, IndexList& byX, IndexList& byY, IndexList& byZ);
+    /// Counts every point once: with a NaN coordinate, else an infinite one, else at the origin,
+    /// else regular. Always true.
+    static bool GetInvalidPointCounts(const PointList& list, unsigned long long& zeroCount,
+                                      unsigned long long& infiniteCount,
+                                      unsigned long long& nanCount,
+                                      unsigned long long& regularCount);
+
+    // Angles in radians. Spherical: (radius, azimuth in (-pi, pi], polar angle from +z); the origin
+    // has no polar angle (NaN). Cylindrical: (radius, azimuth, z). A returned point has default
+    // attributes, not those of the argument.
+
+    static VpcCoordinate3D CartesianToSpherical(const VpcCoordinate3D& c);
+    static VpcVector3D CartesianToSpherical(const VpcVector3D& v);
+    static VpcPoint3D CartesianToSpherical(const VpcPoint3D& p);
+    static VpcCoordinate3D SphericalToCartesian(const VpcCoordinate3D& c);
+    static VpcVector3D SphericalToCartesian(const VpcVector3D& v);
+    static VpcPoint3D SphericalToCartesian(const VpcPoint3D& p);
+    static VpcCoordinate3D CartesianToCylindrical(const VpcCoordinate3D& c);
+    static VpcVector3D CartesianToCylindrical(const VpcVector3D& v);
+    static VpcPoint3D CartesianToCylindrical(const VpcPoint3D& p);
+    static VpcCoordinate3D CylindricalToCartesian(const VpcCoordinate3D& c);
+    static VpcVector3D CylindricalToCartesian(const VpcVector3D& v);
+    static VpcPoint3D CylindricalToCartesian(const VpcPoint3D& p);
+};

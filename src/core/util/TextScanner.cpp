@@ -1,0 +1,273 @@
+#include "core/util/TextScanner.h"
+
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+#include <locale.h>
+
+namespace vpc {
+namespace {
+
+constexpr std::size_t blockSize = std::size_t{1} << 20;
+/// Characters that are ahead before the fast path starts; longer numbers take the slow one.
+constexpr std::size_t fastLookAhead = 128;
+/// As many decimal digits always fit an unsigned 64-bit integer.
+constexpr std::ptrdiff_t maxExactDigits = 19;
+constexpr std::uint64_t maxExactInteger = std::uint64_t{1} << 53;
+
+/// The powers of ten that a double holds exactly.
+constexpr double exactPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int maxExactPower = 22;
+
+bool isDigit(int c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isHexDigit(int c) {
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+int toLower(int c) {
+    return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
+}
+
+bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
+/// Reads "e", a sign and up to four digits at `p`. False where that is not what is there.
+bool readExponent(const char*& p, int& exponent) {
+    const char* q = p + 1;
+    const bool negative = *q == '-';
+    if (negative || *q == '+') ++q;
+    const char* digits = q;
+    int magnitude = 0;
+    for (; isDigit(*q) && q - digits < 4; ++q) magnitude = magnitude * 10 + (*q - '0');
+    if (q == digits || isDigit(*q)) return false;
+    exponent = negative ? -magnitude : magnitude;
+    p = q;
+    return true;
+}
+
+}  // namespace
+
+void TextScanner::Attach(std::FILE* file) {
+    file_ = file;
+    if (buffer_ == nullptr) buffer_ = std::make_unique_for_overwrite<char[]>(blockSize + 1);
+    cursor_ = end_ = buffer_.get();
+    buffer_[0] = '\0';
+    atEnd_ = file == nullptr;
+    charactersRead_ = 0;
+}
+
+bool TextScanner::Refill() {
+    if (atEnd_) return false;
+    const auto left = static_cast<std::size_t>(end_ - cursor_);
+    std::memmove(buffer_.get(), cursor_, left);
+    const std::size_t wanted = blockSize - left;
+    const std::size_t got = std::fread(buffer_.get() + left, 1, wanted, file_);
+    atEnd_ = got < wanted;
+    charactersRead_ += got;
+    cursor_ = buffer_.get();
+    end_ = cursor_ + left + got;
+    buffer_[left + got] = '\0';
+    return got != 0;
+}
+
+bool TextScanner::SkipWhiteSpace() {
+    for (;;) {
+        while (isSpace(*cursor_)) ++cursor_;  // stops at the zero after the text at the latest
+        if (cursor_ != end_) return true;
+        if (!Refill()) return false;
+    }
+}
+
+std::string_view TextScanner::Peek(std::size_t count) {
+    const std::size_t wanted = count < maxPeek ? count : maxPeek;
+    EnsureAhead(wanted);
+    const auto ahead = static_cast<std::size_t>(end_ - cursor_);
+    return {cursor_, ahead < wanted ? ahead : wanted};
+}
+
+bool TextScanner::ScanInteger(Integer& integer) {
+    if (!SkipWhiteSpace()) return false;
+    int c = Get();
+    integer.negative = c == '-';
+    if (c == '-' || c == '+') c = Get();
+    if (!isDigit(c)) {
+        Unget(c);
+        return false;
+    }
+    constexpr auto most = std::numeric_limits<unsigned long long>::max();
+    for (; isDigit(c); c = Get()) {
+        const auto digit = static_cast<unsigned long long>(c - '0');
+        if (integer.magnitude > (most - digit) / 10) integer.overflow = true;
+        integer.magnitude = integer.overflow ? most : integer.magnitude * 10 + digit;
+    }
+    Unget(c);
+    return true;
+}
+
+bool TextScanner::ScanInt(int& value) {
+    Integer integer;
+    if (!ScanInteger(integer)) return false;
+    // The C library converts to a 64-bit integer, whose range saturates, and keeps the low bits.
+    using Limits = std::numeric_limits<long long>;
+    const auto most =
+        static_cast<unsigned long long>(Limits::max()) + (integer.negative ? 1ULL : 0ULL);
+    const unsigned long long magnitude = integer.magnitude < most ? integer.magnitude : most;
+    value = static_cast<int>(integer.negative ? 0ULL - magnitude : magnitude);
+    return true;
+}
+
+bool TextScanner::ScanUnsigned(unsigned long long& value) {
+    Integer integer;
+    if (!ScanInteger(integer)) return false;
+    const bool wraps = integer.negative && !integer.overflow;
+    value = wraps ? 0ULL - integer.magnitude : integer.magnitude;
+    return true;
+}
+
+bool TextScanner::ScanDouble(double& value) {
+    if (!SkipWhiteSpace()) return false;
+    EnsureAhead(fastLookAhead);
+    return ScanPlainDecimal(value) || ScanAnyDouble(value);
+}
+
+/// Converts a number in plain decimal notation; false, with nothing consumed, where it takes the
+/// general way.
+bool TextScanner::ScanPlainDecimal(double& value) {
+    const char* p = cursor_;
+    const bool negative = *p == '-';
+    if (negative || *p == '+') ++p;
+    const char* const start = p;
+    std::uint64_t mantissa = 0;  // wraps on long numbers, which then do not use it
+    for (; isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+    std::ptrdiff_t digits = p - start;
+    std::ptrdiff_t decimals = 0;
+    if (*p == '.') {
+        const char* const point = ++p;
+        for (; isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<std::uint64_t>(*p - '0');
+        decimals = p - point;
+        digits += decimals;
+    }
+    int exponent = 0;
+    const int next = toLower(*p);
+    if (digits == 0 || next == 'x') return false;
+    if (next == 'e' && !readExponent(p, exponent)) return false;
+    if (p == end_ && !atEnd_) return false;  // the number may go on in the next block
+
+    double magnitude = 0;
+    const std::ptrdiff_t power = exponent - decimals;
+    if (digits <= maxExactDigits && mantissa <= maxExactInteger && power <= maxExactPower &&
+        power >= -maxExactPower) {
+        // Both operands are exact, so the one operation rounds correctly.
+        magnitude = static_cast<double>(mantissa);
+        if (power < 0)
+            magnitude /= exactPowers[-power];
+        else
+            magnitude *= exactPowers[power];
+    } else {
+        const auto result = std::from_chars(start, p, magnitude);
+        if (result.ec != std::errc{} || result.ptr != p) return false;
+    }
+    value = negative ? -magnitude : magnitude;
+    cursor_ = p;
+    return true;
+}
+
+/// Collects the characters that the C library takes for a number, which may be more than make
+/// up a valid one, and converts them.
+bool TextScanner::ScanAnyDouble(double& value) {
+    token_.clear();
+    int c = Get();
+    if (c == '-' || c == '+') {
+        token_ += static_cast<char>(c);
+        c = Get();
+        if (c == endOfText) return false;
+    }
+    const std::size_t signLength = token_.size();
+    if (toLower(c) == 'n') {
+        token_ += 'n';
+        return CollectWord("an") && ConvertToken(value);
+    }
+    if (toLower(c) == 'i') {
+        token_ += 'i';
+        if (!CollectWord("nf")) return false;
+        c = Get();
+        if (toLower(c) != 'i') {
+            Unget(c);
+        } else {
+            token_ += 'i';
+            if (!CollectWord("nity")) return false;
+        }
+        return ConvertToken(value);
+    }
+    const std::size_t prefixLength = CollectDigits(c) ? signLength + 2 : signLength;
+    return token_.size() != prefixLength && ConvertToken(value);
+}
+
+/// Collects the rest of a word; the first character that differs is consumed as well.
+bool TextScanner::CollectWord(std::string_view rest) {
+    for (const char expected : rest) {
+        if (toLower(Get()) != expected) return false;
+        token_ += expected;
+    }
+    return true;
+}
+
+/// Collects digits, point and exponent from `c` on. True for a hexadecimal number.
+bool TextScanner::CollectDigits(int c) {
+    bool hex = false;
+    bool hasDigit = false;
+    if (c == '0') {
+        token_ += '0';
+        c = Get();
+        hex = toLower(c) == 'x';
+        hasDigit = !hex;
+        if (hex) {
+            token_ += 'x';
+            c = Get();
+        }
+    }
+    const char exponentMark = hex ? 'p' : 'e';
+    bool hasExponent = false;
+    bool hasPoint = false;
+    for (;; c = Get()) {
+        if (isDigit(c) || (hex && !hasExponent && isHexDigit(c))) {
+            hasDigit = true;
+        } else if (hasExponent && token_.back() == exponentMark && (c == '-' || c == '+')) {
+            // The sign belongs to the exponent.
+        } else if (hasDigit && !hasExponent && toLower(c) == exponentMark) {
+            hasExponent = hasPoint = true;
+            c = exponentMark;
+        } else if (c == '.' && !hasPoint) {
+            hasPoint = true;
+        } else {
+            Unget(c);
+            break;
+        }
+        token_ += static_cast<char>(c);
+    }
+    return hex;
+}
+
+bool TextScanner::ConvertToken(double& value) const {
+    char* end = nullptr;
+    const double converted = strtod_l(token_.c_str(), &end, cLocale());
+    if (end == token_.c_str()) return false;
+    value = converted;
+    return true;
+}
+
+}  // namespace vpc

@@ -1,0 +1,164 @@
+#include "io/FileIoFactory.h"
+
+#include <algorithm>
+#include <exception>
+
+#include <wx/filename.h>
+#include <wx/log.h>
+#include <wx/translation.h>
+
+#include "io/LasIO.h"
+#include "io/PtsIO.h"
+#include "io/PtxIO.h"
+
+namespace {
+
+void appendLine(wxString& text, const wxString& line) {
+    if (line.empty()) return;
+    if (!text.empty()) text += '\n';
+    text += line;
+}
+
+/// The points that the headers of LAS files claim, which are known before the files are read.
+/// Claims that cannot be true are left out.
+unsigned long long pointsInHeaders(const std::vector<wxString>& files, VpcDataFormat format) {
+    if (format != DataFormat_LAS) return 0;
+    constexpr unsigned long long believable = 1ULL << 48;
+    LasIO reader(0);
+    unsigned long long points = 0;
+    for (const wxString& file : files)
+        if (reader.readHeader(file, true) && reader.numberOfPoints < believable)
+            points += reader.numberOfPoints;
+    return points;
+}
+
+/// One pass over every point of a list of files.
+class BoundingBoxPass {
+public:
+    BoundingBoxPass(FileParentIO& fileReader, VpcBoundingBoxAxisAligned& commonBox,
+                    const ScanProgress& observer, unsigned long long pointsKnown)
+        : reader_(fileReader), box_(commonBox), progress_(observer), pointsKnown_(pointsKnown) {}
+
+    /// False when the file cannot be read or the observer asks to stop.
+    bool Read(const wxString& file);
+
+    ScanSummary summary;
+    wxString failure;
+    wxString warnings;
+
+private:
+    bool CountIsPossible(const wxString& file);
+    bool ReportProgress() const;
+    void AddToBox();
+
+    FileParentIO& reader_;
+    VpcBoundingBoxAxisAligned& box_;
+    const ScanProgress& progress_;
+    unsigned long long pointsKnown_;
+    bool hasBox_ = false;
+};
+
+bool BoundingBoxPass::Read(const wxString& file) {
+    if (reader_.initializeRead(file) == nullptr) {
+        failure = reader_.errorMessage;
+        return false;
+    }
+    unsigned long long delivered = 0;
+    bool goesOn = CountIsPossible(file);
+    while (goesOn && reader_.pointsRemaining != 0) {
+        const unsigned long long n = reader_.nextPointBatch();
+        delivered += n;
+        summary.points += n;
+        goesOn = CountIsPossible(file) && ReportProgress();
+    }
+    reader_.closeRead();
+    summary.nonFinitePoints += reader_.nonFinitePoints;
+    summary.pointsWithoutValues += reader_.pointsWithoutValues;
+    summary.missingRecords += reader_.missingRecords;
+    if (!goesOn) return false;
+    appendLine(warnings, reader_.errorMessage);
+    if (delivered != 0 && reader_.HasExtent()) AddToBox();
+    return true;
+}
+
+bool BoundingBoxPass::CountIsPossible(const wxString& file) {
+    if (reader_.impossibleCount == 0) return true;
+    failure = wxString::Format(
+        wxGetTranslation("%s: the point count %llu cannot be true, the file has fewer bytes"), file,
+        reader_.impossibleCount);
+    return false;
+}
+
+bool BoundingBoxPass::ReportProgress() const {
+    if (!progress_) return true;
+    return progress_(summary.points,
+                     std::max(pointsKnown_, summary.points + reader_.pointsRemaining));
+}
+
+void BoundingBoxPass::AddToBox() {
+    const auto& low = reader_.extentMin;
+    const auto& high = reader_.extentMax;
+    VpcBoundingBoxAxisAligned fileBox;
+    fileBox.SetNewBoundaries(low.x, low.y, low.z, high.x, high.y, high.z);
+    box_ = hasBox_ ? box_.MergeWith(fileBox) : fileBox;
+    hasBox_ = true;
+}
+
+}  // namespace
+
+VpcDataFormat FileIoFactory::GetDataFormat(const wxString& fileName) {
+    const wxString extension = wxFileName(fileName).GetExt();
+    if (extension == "las" || extension == "LAS") return DataFormat_LAS;
+    if (extension == "ptx" || extension == "PTX") return DataFormat_PTX;
+    if (extension == "pts" || extension == "PTS") return DataFormat_PTS;
+    return DataFormat_Unknown;
+}
+
+std::unique_ptr<FileParentIO> FileIoFactory::Create(VpcDataFormat format,
+                                                    unsigned long long batchCapacity) {
+    switch (format) {
+        case DataFormat_LAS:
+            return std::make_unique<LasIO>(batchCapacity);
+        case DataFormat_PTS:
+            return std::make_unique<PtsIO>(batchCapacity);
+        case DataFormat_PTX:
+            return std::make_unique<PtxIO>(batchCapacity);
+        default:
+            return nullptr;
+    }
+}
+
+bool FileIoFactory::DetermineIs16bitColor(const std::vector<wxString>& files, VpcDataFormat format,
+                                          wxString& /*message*/) {
+    const wxLogNull noPopUps;
+    const auto reader = Create(format, defaultBatchCapacity);
+    if (reader == nullptr || files.empty()) return false;
+    if (reader->initializeRead(files.front()) == nullptr) return false;
+    reader->nextPointBatch();
+    reader->closeRead();
+    return (reader->maxRed | reader->maxGreen | reader->maxBlue) >= 256;
+}
+
+bool FileIoFactory::DetermineMultipleBoundingBox(const std::vector<wxString>& files,
+                                                 VpcDataFormat format,
+                                                 VpcBoundingBoxAxisAligned& box, wxString& message,
+                                                 ScanSummary* summary,
+                                                 const ScanProgress& progress) {
+    const wxLogNull noPopUps;
+    try {
+        const auto reader = Create(format, defaultBatchCapacity);
+        if (reader == nullptr) return false;
+        BoundingBoxPass pass(*reader, box, progress, progress ? pointsInHeaders(files, format) : 0);
+        const bool done = std::all_of(files.begin(), files.end(),
+                                      [&](const wxString& file) { return pass.Read(file); });
+        if (summary != nullptr) *summary = pass.summary;
+        const wxString& text = done ? pass.warnings : pass.failure;
+        if (!text.empty()) message = text;
+        return done;
+    } catch (const std::exception& error) {
+        message = wxString::FromUTF8(error.what());
+        return false;
+    } catch (...) {
+        return false;
+    }
+}

@@ -1,0 +1,57 @@
+#include "io/FileParentIO.h"
+
+#include <filesystem>
+#include <limits>
+#include <system_error>
+
+#include "core/util/FileTools.h"
+
+namespace {
+
+/// Beyond every coordinate: the corners of the empty box, which grows without a special case.
+constexpr double beyond = 1e65;
+
+/// The size of a file in bytes; the largest number where it cannot be told.
+unsigned long long sizeOfFile(const wxString& path) {
+    std::error_code error;
+    const auto size = std::filesystem::file_size(FileTools::ToNativePath(path), error);
+    return error ? std::numeric_limits<unsigned long long>::max() : size;
+}
+
+}  // namespace
+
+FileParentIO::FileParentIO(unsigned long long capacity)
+    : batchCapacity(capacity), points_(capacity) {
+    pointBuffer = points_.data();
+    EmptyExtent();
+}
+
+void FileParentIO::EmptyExtent() {
+    extentMin = {beyond, beyond, beyond};
+    extentMax = {-beyond, -beyond, -beyond};
+}
+
+void FileParentIO::InitializeExtent(double x, double y, double z) {
+    EmptyExtent();
+    if (IsFinite(x, y, z)) extentMin = extentMax = {x, y, z};
+}
+
+void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, double intensity) {
+    if (r > maxRed) maxRed = ToUint16(r);
+    if (g > maxGreen) maxGreen = ToUint16(g);
+    if (b > maxBlue) maxBlue = ToUint16(b);
+    if (intensity > maxIntensity) maxIntensity = intensity;
+}
+
+void FileParentIO::BeginFile(const wxString& path) {
+    fileName = path;
+    errorMessage.clear();
+    fileBytes_ = sizeOfFile(path);
+    EmptyExtent();
+    nonFinitePoints = pointsWithoutValues = missingRecords = impossibleCount = 0;
+}
+
+unsigned long long FileParentIO::BatchesOf(unsigned long long points) const {
+    if (batchCapacity == 0) return 0;
+    return points / batchCapacity + (points % batchCapacity != 0 ? 1 : 0);
+}

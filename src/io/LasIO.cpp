@@ -1,0 +1,301 @@
+#include "io/LasIO.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include <wx/translation.h>
+
+namespace {
+
+/// The part of the file that is read to get at its header.
+constexpr unsigned long long headerBlockBytes = 100000;
+/// What the header fields that are read take: up to the bounds, and up to the 64-bit count.
+constexpr unsigned long long legacyHeaderBytes = 227;
+constexpr unsigned long long header14Bytes = 255;
+/// What coordinates and intensity take at the start of every record.
+constexpr unsigned long long plainRecordBytes = 14;
+constexpr int colourBytes = 6;
+/// Room for every field that is read of a record.
+constexpr std::size_t mostRecordBytes = 36;
+constexpr int highestFormat = 10;
+
+template <class T>
+T valueAt(const char* bytes) {
+    T value;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+}
+
+/// Text of a fixed width, in the C library's encoding.
+wxString textAt(const char* bytes, std::size_t width) {
+    return {bytes, wxConvLibc, strnlen(bytes, width)};
+}
+
+FileParentIO::Corner cornerAt(const char* bytes) {
+    return {valueAt<double>(bytes), valueAt<double>(bytes + 8), valueAt<double>(bytes + 16)};
+}
+
+int colourOffsetOf(int format) {
+    switch (format) {
+        case 2:
+            return 20;
+        case 3:
+        case 5:
+            return 28;
+        case 7:
+        case 8:
+        case 10:
+            return 30;
+        default:
+            return 0;
+    }
+}
+
+/// The fields of a record that are read.
+struct Record {
+    double x, y, z;
+    std::uint16_t red, green, blue;
+    /// Read as signed, so that 32768 and above are negative: the rest of the system expects it.
+    std::int16_t intensity;
+};
+
+template <bool hasColour>
+Record decode(const char* bytes, const FileParentIO::Corner& scale,
+              const FileParentIO::Corner& offset, int colourOffset) {
+    Record record;
+    record.x = valueAt<std::int32_t>(bytes) * scale.x + offset.x;
+    record.y = valueAt<std::int32_t>(bytes + 4) * scale.y + offset.y;
+    record.z = valueAt<std::int32_t>(bytes + 8) * scale.z + offset.z;
+    record.intensity = valueAt<std::int16_t>(bytes + 12);
+    if (hasColour) {
+        record.red = valueAt<std::uint16_t>(bytes + colourOffset);
+        record.green = valueAt<std::uint16_t>(bytes + colourOffset + 2);
+        record.blue = valueAt<std::uint16_t>(bytes + colourOffset + 4);
+    } else {
+        record.red = record.green = record.blue = static_cast<std::uint16_t>(record.intensity);
+    }
+    return record;
+}
+
+}  // namespace
+
+bool LasIO::Fail(const wxString& text) {
+    errorMessage = text;
+    return false;
+}
+
+bool LasIO::readHeader(wxString path, bool closeAfterHeader) {
+    stream.StreamClose();
+    const bool valid = ReadHeaderBlock(path) && CheckVersion() && CheckPointFormat();
+    if (!valid || closeAfterHeader) stream.StreamClose();
+    return valid;
+}
+
+bool LasIO::ReadHeaderBlock(const wxString& path) {
+    if (!stream.StreamOpen(path, FileModeRead))
+        return Fail(wxString::Format(wxGetTranslation("ERROR: cannot open las file %s"), path));
+    stream.ReadFileBlock2Buffer(0, headerBlockBytes);
+    stream.StreamClearState();  // most files are shorter than the block, or may be
+    if (stream.LastBlockSize() < 4 || std::memcmp(stream.bufferStart, "LASF", 4) != 0)
+        return Fail(wxGetTranslation("\n input file is not a las file!"));
+    return true;
+}
+
+bool LasIO::CheckVersion() {
+    const char* const header = stream.bufferStart;
+    const unsigned long long size = stream.LastBlockSize();
+    versionMajor = size > 24 ? valueAt<std::uint8_t>(header + 24) : 0;
+    versionMinor = size > 25 ? valueAt<std::uint8_t>(header + 25) : 0;
+    if (size > 24 && versionMajor != 1)
+        return Fail(wxGetTranslation("ERROR: invalid las major version number ") +
+                    wxString::Format("%d", versionMajor));
+    if (versionMinor >= 5)
+        return Fail(wxGetTranslation("ERROR: invalid las minor version number ") +
+                    wxString::Format("%d", versionMinor));
+    if (size < (versionMinor >= 4 ? header14Bytes : legacyHeaderBytes))
+        return Fail(wxString::Format(
+            wxGetTranslation("ERROR: las header is cut short, the file has only %llu bytes"),
+            size));
+    ReadHeaderFields();
+    return true;
+}
+
+void LasIO::ReadHeaderFields() {
+    const char* const header = stream.bufferStart;
+    systemIdentifier = textAt(header + 26, 32);
+    generatingSoftware = textAt(header + 58, 32);
+    fileCreationDayOfYear = valueAt<std::uint16_t>(header + 90);
+    fileCreationYear = valueAt<std::uint16_t>(header + 92);
+    headerSize = valueAt<std::uint16_t>(header + 94);
+    offsetToPointData = valueAt<std::uint32_t>(header + 96);
+    numberOfVariableLengthRecords = valueAt<std::uint32_t>(header + 100);
+    pointDataFormat = valueAt<std::uint8_t>(header + 104);
+    pointDataRecordLength = valueAt<std::uint16_t>(header + 105);
+    numberOfPoints = valueAt<std::uint32_t>(header + 107);
+    scale = cornerAt(header + 131);
+    offset = cornerAt(header + 155);
+    headerMax = {valueAt<double>(header + 179), valueAt<double>(header + 195),
+                 valueAt<double>(header + 211)};
+    headerMin = {valueAt<double>(header + 187), valueAt<double>(header + 203),
+                 valueAt<double>(header + 219)};
+    if (versionMajor > 1 || versionMinor >= 4)
+        numberOfPoints = valueAt<unsigned long long>(header + 247);
+}
+
+bool LasIO::CheckPointFormat() {
+    // Only this format's length is checked: short records of the others are read as they are.
+    if (pointDataFormat == 7 && pointDataRecordLength <= 35)
+        return Fail(wxString::Format(
+            wxGetTranslation("\n => in las file, point data record format (%d) and record length "
+                             "(%d) are conflicting: expected length is 36"),
+            pointDataFormat, static_cast<int>(pointDataRecordLength)));
+    // The statistics restart with every file.
+    maxRed = maxGreen = maxBlue = 0;
+    maxIntensity = 0;
+    colorOffset = colourOffsetOf(pointDataFormat);
+    if (pointDataFormat > highestFormat)
+        return Fail(wxGetTranslation("ERROR: invalid point format ") +
+                    wxString::Format("%d", pointDataFormat));
+    return true;
+}
+
+VpcPoint3D* LasIO::initializeRead(wxString path) {
+    BeginFile(path);
+    if (!readHeader(path, false)) {
+        stream.StreamClose();
+        return nullptr;
+    }
+    bytesPerBatch = pointDataRecordLength * batchCapacity;
+    // A file that is smaller than one batch needs no more room than it has bytes.
+    const unsigned long long fileBytes = stream.StreamSize();
+    const unsigned long long pointBytes =
+        fileBytes > offsetToPointData ? fileBytes - offsetToPointData : 0;
+    blockBytes_ = std::min(bytesPerBatch, pointBytes);
+    stream.CreateInternalBuffer(blockBytes_);
+    numberOfBatches = BatchesOf(numberOfPoints);
+    pointsRead = 0;
+    pointsRemaining = numberOfPoints;
+    batchIndex = 0;
+    return pointBuffer;
+}
+
+unsigned long long LasIO::nextPointBatch() {
+    const unsigned long long recordsInBlock = ReadBlock();
+    const unsigned long long expected = std::min(pointsRemaining, batchCapacity);
+    const unsigned long long n = std::min(expected, recordsInBlock);
+    if (batchIndex == 0 && batchCapacity != 0) {
+        // Read even where there is no point, and then not counted; pointsRead therefore stays one
+        // less than the points delivered.
+        ReadPoint(0, pointBuffer[0]);
+        InitializeExtent(pointBuffer[0].x, pointBuffer[0].y, pointBuffer[0].z);
+        if (n == 0) nonFinitePoints = 0;
+    }
+    const unsigned long long first = batchIndex == 0 ? std::min(n, 1ULL) : 0;
+    ReadPoints(first, n);
+    pointsRead += n - first;
+    pointsRemaining -= n;
+    ++batchIndex;
+    if (n < expected) ReportMissingRecords(pointsRemaining);
+    return n;
+}
+
+/// Reads the next block of the file; returns the whole records that came.
+unsigned long long LasIO::ReadBlock() {
+    stream.ReadFileBlock2Buffer(offsetToPointData + batchIndex * bytesPerBatch, blockBytes_);
+    stream.StreamClearState();  // the last block is mostly a short one
+    return pointDataRecordLength == 0 ? 0 : stream.LastBlockSize() / pointDataRecordLength;
+}
+
+void LasIO::ReportMissingRecords(unsigned long long missing) {
+    missingRecords = missing;
+    pointsRemaining = 0;
+    errorMessage = wxString::Format(
+        wxGetTranslation("%s: %llu of the %llu points that the las header claims are missing"),
+        fileName, missing, numberOfPoints);
+}
+
+/// The bytes that a record must have for all its fields to be there.
+unsigned long long LasIO::NeededRecordLength() const {
+    return colorOffset == 0 ? plainRecordBytes
+                            : static_cast<unsigned long long>(colorOffset + colourBytes);
+}
+
+/// True when every raw coordinate gives a finite one.
+bool LasIO::CoordinatesAreFinite() const {
+    const auto axisIsFinite = [](double axisScale, double axisOffset) {
+        constexpr double largest = 2147483648.0;
+        return std::isfinite(largest * axisScale + axisOffset) &&
+               std::isfinite(-largest * axisScale + axisOffset);
+    };
+    return axisIsFinite(scale.x, offset.x) && axisIsFinite(scale.y, offset.y) &&
+           axisIsFinite(scale.z, offset.z);
+}
+
+/// Reads the whole records `first` to `last` - 1 of the block.
+void LasIO::ReadPoints(unsigned long long first, unsigned long long last) {
+    const bool regular = pointDataRecordLength >= NeededRecordLength() && CoordinatesAreFinite();
+    if (!regular) {
+        for (unsigned long long i = first; i < last; ++i) ReadPoint(i, pointBuffer[i]);
+    } else if (colorOffset != 0) {
+        DecodePoints<true>(first, last);
+    } else {
+        DecodePoints<false>(first, last);
+    }
+}
+
+/// The same as ReadPoint for many records, with everything that grows kept out of memory: a file
+/// is read twice, and this loop is most of the time that the first pass takes.
+template <bool hasColour>
+void LasIO::DecodePoints(unsigned long long first, unsigned long long last) {
+    if (first == last) return;
+    const Corner recordScale = scale;
+    const Corner recordOffset = offset;
+    const int source = scanIndex;
+    const int colour = colorOffset;
+    const std::size_t step = pointDataRecordLength;
+    const char* bytes = stream.bufferStart + first * step;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Corner low{infinity, infinity, infinity};
+    Corner high{-infinity, -infinity, -infinity};
+    std::uint16_t red = 0, green = 0, blue = 0;
+    int intensity = std::numeric_limits<std::int16_t>::min();
+    for (VpcPoint3D *p = pointBuffer + first, *end = pointBuffer + last; p != end; ++p) {
+        const Record record = decode<hasColour>(bytes, recordScale, recordOffset, colour);
+        bytes += step;
+        p->SetValues(record.x, record.y, record.z, record.red, record.green, record.blue,
+                     record.intensity, source, 1.0);
+        low = {std::min(low.x, record.x), std::min(low.y, record.y), std::min(low.z, record.z)};
+        high = {std::max(high.x, record.x), std::max(high.y, record.y), std::max(high.z, record.z)};
+        red = std::max(red, record.red);
+        green = std::max(green, record.green);
+        blue = std::max(blue, record.blue);
+        intensity = std::max<int>(intensity, record.intensity);
+    }
+    UpdateExtent(low.x, low.y, low.z);
+    UpdateExtent(high.x, high.y, high.z);
+    UpdateColorIntensityRanges(red, green, blue, intensity);
+}
+
+void LasIO::ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point) {
+    // A copy with zeros behind it stands for a record that ends early.
+    std::array<char, mostRecordBytes> bytes{};
+    const unsigned long long start = indexInBatch * pointDataRecordLength;
+    const unsigned long long blockSize = stream.LastBlockSize();
+    if (start < blockSize) {
+        const unsigned long long there = std::min<unsigned long long>(
+            {pointDataRecordLength, blockSize - start, mostRecordBytes});
+        std::memcpy(bytes.data(), stream.bufferStart + start, there);
+    }
+    const Record record = colorOffset != 0 ? decode<true>(bytes.data(), scale, offset, colorOffset)
+                                           : decode<false>(bytes.data(), scale, offset, 0);
+    setPointValues(point, record.x, record.y, record.z, record.red, record.green, record.blue,
+                   record.intensity, scanIndex, 1.0);
+}
+
+bool LasIO::closeRead() {
+    stream.StreamClose();
+    return true;
+}

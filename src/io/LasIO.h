@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/util/FileBufferStream.h"
+#include "io/FileParentIO.h"
+
+/// Reads LAS files, versions 1.0 to 1.4, point record formats 0 to 10: coordinates, intensity and,
+/// where the format has one, the colour. Formats without colour give a grey of the intensity.
+class LasIO : public FileParentIO {
+public:
+    explicit LasIO(unsigned long long capacity) : FileParentIO(capacity) {}
+
+    VpcPoint3D* initializeRead(wxString path) override;
+    /// Reads and checks the header. On failure errorMessage says what is wrong with it.
+    bool readHeader(wxString path, bool closeAfterHeader) override;
+    unsigned long long nextPointBatch() override;
+    bool closeRead() override;
+    /// Decodes record `indexInBatch` of the current block. Fields that lie beyond the record or
+    /// beyond what the file holds are 0.
+    void ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point);
+    void writeMetaInfoToLogfile() const {}
+
+    int versionMajor = 0;
+    int versionMinor = 0;
+    std::uint16_t fileCreationYear = 0;
+    std::uint16_t fileCreationDayOfYear = 0;
+    std::uint16_t headerSize = 0;
+    std::uint32_t offsetToPointData = 0;
+    std::uint32_t numberOfVariableLengthRecords = 0;
+    int pointDataFormat = 0;
+    std::uint16_t pointDataRecordLength = 0;
+    wxString generatingSoftware;
+    wxString systemIdentifier;
+    /// The bounds that the header claims; kept, not used.
+    Corner headerMin{};
+    Corner headerMax{};
+    Corner scale{};
+    Corner offset{};
+    /// The open file and its current block.
+    FileBufferStream stream;
+    unsigned long long bytesPerBatch = 0;
+    /// Where red, green and blue are in a record; 0 when the format has no colour.
+    int colorOffset = 0;
+
+private:
+    bool ReadHeaderBlock(const wxString& path);
+    bool CheckVersion();
+    void ReadHeaderFields();
+    bool CheckPointFormat();
+    bool Fail(const wxString& text);
+
+    unsigned long long ReadBlock();
+    void ReadPoints(unsigned long long first, unsigned long long last);
+    template <bool hasColour>
+    void DecodePoints(unsigned long long first, unsigned long long last);
+    unsigned long long NeededRecordLength() const;
+    bool CoordinatesAreFinite() const;
+    void ReportMissingRecords(unsigned long long missing);
+
+    /// Bytes that one block read asks for: bytesPerBatch, or less in a small file.
+    unsigned long long blockBytes_ = 0;
+};

@@ -1,0 +1,139 @@
+#include "io/PtsIO.h"
+
+#include <algorithm>
+
+#include "core/geometry/VpcSimplePointTools.h"
+#include "core/util/FileTools.h"
+#include "core/util/VpcColorTools.h"
+#include "io/TextFileWriter.h"
+
+VpcPoint3D* PtsIO::initializeRead(wxString path) {
+    BeginFile(path);
+    numberOfPoints = 0;
+    tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(path, 1));
+    hasMoreBlocks = false;
+    // One point stays to be asked for when the text has no count, and it is delivered.
+    pointsRemaining = 1;
+    if (OpenStream()) InitializeView();
+    return pointBuffer;
+}
+
+bool PtsIO::InitializeView() {
+    hasMoreBlocks = false;
+    blockPointCount = 0;
+    batchIndex = 0;
+    unsigned long long count = 0;
+    if (!scanner_.ScanUnsigned(count) || count == 0) return false;
+    CheckCount(count);
+    blockPointCount = count;
+    hasMoreBlocks = true;
+    numberOfBatches = BatchesOf(count);
+    pointsRead = 0;
+    pointsRemaining = count;
+    return true;
+}
+
+unsigned long long PtsIO::nextPointBatch() {
+    if (stream == nullptr) {
+        pointsRemaining = 0;
+        return 0;
+    }
+    const unsigned long long n = std::min(pointsRemaining, batchCapacity);
+    if (const PointReader addPoint = ReaderOfLayout()) {
+        ReadPoints(addPoint, n);
+    } else {
+        DeliverBufferAsItIs(n);
+    }
+    pointsRemaining -= n;
+    if (pointsRemaining == 0) InitializeView();
+    // After the count of a following block as well, whose points only widen the extent.
+    ++batchIndex;
+    return n;
+}
+
+PtsIO::PointReader PtsIO::ReaderOfLayout() const {
+    switch (tokensPerLine) {
+        case 3:
+            return &PtsIO::AddPoint3Tokens;
+        case 4:
+            return &PtsIO::AddPoint4Tokens;
+        case 6:
+            return &PtsIO::AddPoint6Tokens;
+        case 7:
+            return &PtsIO::AddPoint7Tokens;
+        default:
+            return nullptr;
+    }
+}
+
+void PtsIO::ReadPoints(PointReader addPoint, unsigned long long count) {
+    for (unsigned long long i = 0; i < count; ++i) {
+        VpcPoint3D& point = pointBuffer[i];
+        (this->*addPoint)(point);
+        if (i == 0 && batchIndex == 0) InitializeExtent(point.x, point.y, point.z);
+    }
+}
+
+void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
+    pointsWithoutValues += count;
+    for (unsigned long long i = 0; i < count; ++i) {
+        const VpcPoint3D& point = pointBuffer[i];
+        if (!IsFinite(point.x, point.y, point.z)) ++nonFinitePoints;
+        if (i == 0 && batchIndex == 0) InitializeExtent(point.x, point.y, point.z);
+        UpdateExtent(point.x, point.y, point.z);
+    }
+}
+
+/// The next values of the text, up to the first one that is no number; the others are 0. Line
+/// ends are white space like any other.
+template <std::size_t count>
+std::array<double, count> PtsIO::ScanValues() {
+    std::array<double, count> values{};
+    std::size_t scanned = 0;
+    while (scanned < count && scanner_.ScanDouble(values[scanned])) ++scanned;
+    if (scanned == 0) ++pointsWithoutValues;
+    return values;
+}
+
+void PtsIO::AddPoint3Tokens(VpcPoint3D& point) {
+    const auto v = ScanValues<3>();
+    setPointValues(point, v[0], v[1], v[2], 0, 0, 0, 0, scanIndex, 1.0);
+}
+
+void PtsIO::AddPoint4Tokens(VpcPoint3D& point) {
+    const auto v = ScanValues<4>();
+    setPointValues(point, v[0], v[1], v[2], 0, 0, 0, v[3], scanIndex, 1.0);
+}
+
+void PtsIO::AddPoint6Tokens(VpcPoint3D& point) {
+    const auto v = ScanValues<6>();
+    const double intensity = (v[3] + v[4] + v[5]) / 3.0;
+    setPointValues(point, v[0], v[1], v[2], v[3], v[4], v[5], intensity, scanIndex, 1.0);
+}
+
+void PtsIO::AddPoint7Tokens(VpcPoint3D& point) {
+    const auto v = ScanValues<7>();
+    setPointValues(point, v[0], v[1], v[2], v[4], v[5], v[6], v[3], scanIndex, 1.0);
+}
+
+void PtsIO::Write(std::vector<VpcPoint3D> points, wxString path, bool colorByElevation) {
+    // A reader of the finished file cannot tell that its lines were written many at a time.
+    vpc::TextFileWriter file(path);
+    file << static_cast<unsigned long long>(points.size()) << "\n";
+    VpcPoint3D low, high;
+    if (colorByElevation) VpcSimplePointTools::DeterminePointsMinMaxPoints(points, low, high);
+    for (const VpcPoint3D& p : points) {
+        file << p.x << " " << p.y << " " << p.z << " ";
+        if (colorByElevation) {
+            double red = 0, green = 0, blue = 0;
+            VpcColorTools::ApplyColorScheme(p.z, low.z, high.z, VPC_ColorScheme_Spectrum, red,
+                                            green, blue);
+            file << (p.z - low.z) * 255.0 / (high.z - low.z) << " ";
+            file << red << " " << green << " " << blue << "\n";
+        } else {
+            file << static_cast<unsigned long long>(p.red) << " "
+                 << static_cast<unsigned long long>(p.green) << " "
+                 << static_cast<unsigned long long>(p.blue) << "\n";
+        }
+    }
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "io/TextScanIO.h"
+
+/// Reads PTS text scans: blocks of a count line and as many point lines of 3, 4, 6 or 7 values
+/// (x y z, intensity where there are 4 or 7, red green blue where there are 6 or 7). Writes them.
+class PtsIO : public TextScanIO {
+public:
+    using TextScanIO::TextScanIO;
+
+    /// Opens the file and reads the first count line. Returns pointBuffer even when the file
+    /// cannot be opened; it then delivers no points.
+    VpcPoint3D* initializeRead(wxString path) override;
+    /// Reads the next count line and prepares the counters for its block; false when there is no
+    /// further block.
+    bool InitializeView();
+    unsigned long long nextPointBatch() override;
+
+    // Each reads one point of that many values; values that the text does not hold are 0.
+    void AddPoint3Tokens(VpcPoint3D& point);
+    void AddPoint4Tokens(VpcPoint3D& point);
+    void AddPoint6Tokens(VpcPoint3D& point);
+    void AddPoint7Tokens(VpcPoint3D& point);
+
+    /// Writes `points` as one block of six columns, or, with `colorByElevation`, of seven columns
+    /// with the scaled elevation as intensity and as colour. Failures are not reported.
+    static void Write(std::vector<VpcPoint3D> points, wxString path, bool colorByElevation);
+
+    /// True while a block with points is being read.
+    bool hasMoreBlocks = false;
+    /// The count of the current block's count line.
+    unsigned long long blockPointCount = 0;
+    /// Lines of the file, where they stand in for a count.
+    unsigned long long countedLines = 0;
+    /// Values on each point line, as the file's second line has them.
+    long long tokensPerLine = 0;
+
+private:
+    template <std::size_t count>
+    std::array<double, count> ScanValues();
+    using PointReader = void (PtsIO::*)(VpcPoint3D&);
+    PointReader ReaderOfLayout() const;
+    void ReadPoints(PointReader addPoint, unsigned long long count);
+    /// Point lines of a layout that is not known: the points are delivered as the buffer holds
+    /// them, and the extent covers what is delivered.
+    void DeliverBufferAsItIs(unsigned long long count);
+};

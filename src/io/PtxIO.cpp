@@ -1,0 +1,172 @@
+#include "io/PtxIO.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/geometry/VpcSimplePointTools.h"
+#include "core/util/VpcColorTools.h"
+#include "io/TextFileWriter.h"
+
+namespace {
+
+constexpr std::array<double, 12> identity{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
+constexpr std::size_t valuesWithoutColour = 4;
+
+/// Fills a row of numbers up to the first that does not scan.
+template <std::size_t count>
+void scanRow(vpc::TextScanner& scanner, std::array<double, count>& row) {
+    for (double& value : row)
+        if (!scanner.ScanDouble(value)) return;
+}
+
+/// 256 where a colour is greater than 256, otherwise 1. The limit is not that of the readers'
+/// 16-bit test, and is kept.
+double colourDivisorOf(const std::vector<VpcPoint3D>& points) {
+    const bool wide = std::any_of(points.begin(), points.end(), [](const VpcPoint3D& p) {
+        return p.red > 256 || p.green > 256 || p.blue > 256;
+    });
+    return wide ? 256.0 : 1.0;
+}
+
+}  // namespace
+
+VpcPoint3D* PtxIO::initializeRead(wxString path) {
+    BeginFile(path);
+    hasMoreScans = false;
+    pointsInBatch = 0;
+    pointsRemaining = 1;
+    if (OpenStream()) InitializeView();
+    return pointBuffer;
+}
+
+bool PtxIO::InitializeView() {
+    hasMoreScans = false;
+    if (ScanGridSize()) {
+        CheckCount(scanPointCount);
+        ScanPose();
+        hasNoColour_ = ValuesOnNextLine() == valuesWithoutColour;
+        hasMoreScans = true;
+        isIdentity = IsIdentityTransform();
+        numberOfBatches = BatchesOf(scanPointCount);
+        pointsRead = 0;
+        pointsRemaining = scanPointCount;
+    }
+    batchIndex = 0;
+    return hasMoreScans;
+}
+
+/// Reads columns and rows; false where there are none, or more cells than can be counted.
+bool PtxIO::ScanGridSize() {
+    scanPointCount = 0;
+    unsigned long long columns = 0, rows = 0;
+    const bool hasColumns = scanner_.ScanUnsigned(columns);
+    const bool hasRows = scanner_.ScanUnsigned(rows);
+    if (!hasColumns || !hasRows) return false;
+    if (__builtin_mul_overflow(columns, rows, &scanPointCount)) scanPointCount = 0;
+    return scanPointCount != 0;
+}
+
+/// Reads the scanner's position and axes, which are not used, and the registration matrix.
+void PtxIO::ScanPose() {
+    std::array<double, 3> unused{};
+    for (int row = 0; row < 4; ++row) scanRow(scanner_, unused);
+    for (std::size_t row = 0; row < 4; ++row) {
+        double* const target = &transform[3 * row];
+        std::array<double, 4> values{target[0], target[1], target[2], 0};
+        scanRow(scanner_, values);
+        std::copy_n(values.begin(), 3, target);
+    }
+}
+
+/// Counts the values on the first line ahead that is not blank, up to one more than a line
+/// without colour has; consumes the white space before it.
+std::size_t PtxIO::ValuesOnNextLine() {
+    if (!scanner_.SkipWhiteSpace()) return 0;
+    std::size_t values = 0;
+    bool inValue = false;
+    for (const char c : scanner_.Peek(vpc::TextScanner::maxPeek)) {
+        if (c == '\n' || c == '\r' || values > valuesWithoutColour) break;
+        const bool blank = c == ' ' || c == '\t' || c == '\v' || c == '\f';
+        if (!blank && !inValue) ++values;
+        inValue = !blank;
+    }
+    return values;
+}
+
+bool PtxIO::IsIdentityTransform() const {
+    return transform == identity;
+}
+
+PtxIO::Line PtxIO::ScanLine() {
+    Line line;
+    if (!scanner_.ScanDouble(line.x)) {
+        ++pointsWithoutValues;
+        return line;
+    }
+    if (!scanner_.ScanDouble(line.y) || !scanner_.ScanDouble(line.z)) return line;
+    if (!scanner_.ScanDouble(line.intensity) || hasNoColour_) return line;
+    if (!scanner_.ScanInt(line.red) || !scanner_.ScanInt(line.green)) return line;
+    scanner_.ScanInt(line.blue);
+    return line;
+}
+
+unsigned long long PtxIO::ReadPointValues(bool skipEmpty) {
+    const Line p = ScanLine();
+    if (skipEmpty && p.x == 0 && p.y == 0 && p.z == 0) return 0;
+    const auto& m = transform;
+    const double x = p.x * m[0] + p.y * m[3] + p.z * m[6] + m[9];
+    const double y = p.x * m[1] + p.y * m[4] + p.z * m[7] + m[10];
+    const double z = p.x * m[2] + p.y * m[5] + p.z * m[8] + m[11];
+    const double distance = isIdentity ? 1.0 : std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z);
+    if (pointsInBatch == 0 && batchIndex == 0) InitializeExtent(x, y, z);
+    setPointValues(pointBuffer[pointsInBatch], x, y, z, p.red, p.green, p.blue, p.intensity,
+                   scanIndex, distance);
+    ++pointsInBatch;
+    return 1;
+}
+
+unsigned long long PtxIO::nextPointBatch() {
+    if (!hasMoreScans) {
+        if (pointsRemaining == 0) return pointsInBatch;
+        // Nothing could be read of this file: ends the caller's loop.
+        pointsRemaining = pointsInBatch = 0;
+        return 0;
+    }
+    const unsigned long long n = std::min(pointsRemaining, batchCapacity);
+    pointsInBatch = 0;
+    for (unsigned long long i = 0; i < n; ++i) ReadPointValues(true);
+    pointsRemaining -= n;
+    if (pointsRemaining == 0) InitializeView();
+    // After the header of a following scan as well, whose points only widen the extent.
+    ++batchIndex;
+    return pointsInBatch;
+}
+
+void PtxIO::Write(std::vector<VpcPoint3D>& points, wxString path, VpcStylizationType stylization) {
+    // A reader of the finished file cannot tell that its lines were written many at a time.
+    vpc::TextFileWriter file(path);
+    file << static_cast<unsigned long long>(points.size()) << "\n";
+    file << "1\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n1 0 0 0\n0 1 0 0\n0 0 1 0\n0 0 0 1\n";
+    VpcPoint3D low, high;
+    VpcSimplePointTools::DeterminePointsMinMaxPoints(points, low, high);
+    const VpcBoundingBoxAxisAligned box(low, high);
+    const double colourDivisor = colourDivisorOf(points);
+    const double intensityDivisor = 3.0 * colourDivisor * 256.0;
+    const bool showsElevation =
+        stylization == VPC_Stylization_ELEVATION || stylization == VPC_Stylization_INTENSITY;
+    const auto rounded = [](double channel) -> unsigned long long {
+        return ToUint16(channel + 0.5);
+    };
+    for (const VpcPoint3D& p : points) {
+        double red = p.red / colourDivisor;
+        double green = p.green / colourDivisor;
+        double blue = p.blue / colourDivisor;
+        if (showsElevation)
+            VpcColorTools::ApplyColorScheme(p.z, box.minPoint.z, box.maxPoint.z,
+                                            VPC_ColorScheme_Spectrum, red, green, blue);
+        file << p.x << " " << p.y << " " << p.z << " ";
+        file << (red + green + blue) / intensityDivisor << " ";
+        file << rounded(red) << " " << rounded(green) << " " << rounded(blue) << "\n";
+    }
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+
+#include "core/util/TextScanner.h"
+#include "io/FileParentIO.h"
+
+/// What the readers of text scans share: the open file and the scanner over it.
+class TextScanIO : public FileParentIO {
+public:
+    using FileParentIO::FileParentIO;
+
+    /// Text scans have no header of their own: does nothing and returns false.
+    bool readHeader(wxString, bool) override { return false; }
+    bool closeRead() override;
+
+    struct FileCloser {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    /// The open file; null when closed. Its position is ahead of what was read from it.
+    std::unique_ptr<std::FILE, FileCloser> stream;
+
+protected:
+    /// Opens fileName for reading and update; false when that fails.
+    bool OpenStream();
+
+    vpc::TextScanner scanner_;
+};

@@ -1,0 +1,88 @@
+#include "tree/construct/SpillFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace vpc {
+
+namespace {
+
+/// The most parts that one call of the system takes.
+constexpr std::size_t partsPerCall = 1024;
+
+std::runtime_error failure(const std::string& what, const std::string& path) {
+    return std::runtime_error(what + " " + path + ": " + std::strerror(errno));
+}
+
+/// Writes all parts, going on after calls that took less than all; false when nothing is taken.
+bool writeAll(int descriptor, iovec* parts, std::size_t count, off_t position) {
+    while (count != 0) {
+        const ssize_t written =
+            pwritev(descriptor, parts, static_cast<int>(std::min(count, partsPerCall)), position);
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        position += written;
+        auto left = static_cast<std::size_t>(written);
+        for (; count != 0 && left >= parts->iov_len; ++parts, --count) left -= parts->iov_len;
+        if (left == 0) continue;
+        parts->iov_base = static_cast<char*>(parts->iov_base) + left;
+        parts->iov_len -= left;
+    }
+    return true;
+}
+
+}  // namespace
+
+SpillFile::SpillFile(const std::string& path)
+    : path_(path), descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
+    if (descriptor_ < 0) throw failure("cannot create the temporary file", path_);
+    unlink(path_.c_str());
+}
+
+SpillFile::~SpillFile() {
+    close(descriptor_);
+}
+
+SpillFile::Piece SpillFile::Write(std::vector<iovec>& parts) {
+    unsigned long long size = 0;
+    for (const iovec& part : parts) size += part.iov_len;
+    const Piece piece = Allocate(size);
+    if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(piece.position)))
+        throw failure("cannot write the temporary file", path_);
+    return piece;
+}
+
+bool SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
+    while (size != 0) {
+        const ssize_t got = pread(descriptor_, data, size, static_cast<off_t>(position));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        data += got;
+        position += static_cast<unsigned long long>(got);
+        size -= static_cast<unsigned long long>(got);
+    }
+    return true;
+}
+
+void SpillFile::Free(const Piece& piece) {
+    if (piece.size != 0) free_.emplace(piece.size, piece.position);
+}
+
+SpillFile::Piece SpillFile::Allocate(unsigned long long size) {
+    const auto fitting = free_.lower_bound(size);
+    if (fitting == free_.end()) {
+        end_ += size;
+        return {end_ - size, size};
+    }
+    const Piece whole{fitting->second, fitting->first};
+    free_.erase(fitting);
+    Free({whole.position + size, whole.size - size});
+    return {whole.position, size};
+}
+
+}  // namespace vpc

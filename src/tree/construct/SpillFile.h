@@ -1,0 +1,46 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <sys/uio.h>
+
+namespace vpc {
+
+/// One temporary file for the points of all nodes, in pieces that are handed out and taken back.
+///
+/// The file has no name any more once it is open: it goes with the process, however that ends.
+class SpillFile {
+public:
+    /// A run of bytes in the file.
+    struct Piece {
+        unsigned long long position = 0;
+        unsigned long long size = 0;
+    };
+
+    /// Creates the file. Throws std::runtime_error when that fails.
+    explicit SpillFile(const std::string& path);
+    ~SpillFile();
+    SpillFile(const SpillFile&) = delete;
+    SpillFile& operator=(const SpillFile&) = delete;
+
+    /// Writes the parts one after the other into a piece of their total size. Throws
+    /// std::runtime_error when the disk takes less.
+    Piece Write(std::vector<iovec>& parts);
+    /// Reads `size` bytes from `position`; false when they do not all come.
+    bool Read(unsigned long long position, char* data, unsigned long long size) const;
+    /// Takes a piece back, to be handed out again.
+    void Free(const Piece& piece);
+
+private:
+    Piece Allocate(unsigned long long size);
+
+    std::string path_;
+    int descriptor_;
+    unsigned long long end_ = 0;
+    /// Free pieces by size.
+    std::multimap<unsigned long long, unsigned long long> free_;
+};
+
+}  // namespace vpc
