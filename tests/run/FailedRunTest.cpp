@@ -235,7 +235,7 @@ TEST_F(FailedRun, TellsItsObserverWhatTheScansLack) {
     EXPECT_EQ(observer.summary.nonFinitePoints, 1u);
     EXPECT_EQ(observer.summary.pointsWithoutValues, 6u);
     const std::string las = smallScan(100);
-    std::filesystem::resize_file(las, 227 + 10 + 30 * 34);
+    std::filesystem::resize_file(las, 227 + lasGap + 30 * 34);
     EXPECT_TRUE(prepare({las}, folder_.work(), folder_.output(), settings_, &observer).success);
     EXPECT_EQ(observer.summary.points, 30u);
     EXPECT_EQ(observer.summary.missingRecords, 70u);
