@@ -30,7 +30,8 @@ public:
 
     /// The whole list.
     operator VpcNodeIndex() const {
-        VpcNodeIndex list(VpcNodeIndex::Path(size_));
+        VpcNodeIndex list;
+        list.resize(size_);
         for (const NodePath* path = this; path != nullptr; path = path->parent_)
             list[path->size_ - 1] = path->own_;
         return list;

@@ -25,7 +25,8 @@ bool VpcTree::verifyPointWrtSections(double x, double y, double z) const {
 }
 
 void VpcTree::SetLocalClippings(const std::vector<GiPcClipConfig>& configs) {
-    clippings_.assign(configs.begin(), configs.end());
+    clippings_.clear();
+    for (const GiPcClipConfig& config : configs) clippings_.emplace_back(config);
 }
 
 bool VpcTree::verifyPointWrtClippings(double x, double y, double z) const {
