@@ -249,6 +249,7 @@ TEST(TextScanner, AgreesWithFscanfOnRandomText) {
 /// Random numbers in the notations that scanners write, many to a file, so that they also cross
 /// the borders of the scanner's blocks.
 TEST(TextScanner, AgreesWithFscanfOnNumbersAcrossBlocks) {
+    const ScopedCLocale locale;
     std::mt19937_64 random(7);
     std::string text;
     while (text.size() < 5'000'000) {
@@ -269,7 +270,6 @@ TEST(TextScanner, AgreesWithFscanfOnNumbersAcrossBlocks) {
         text += number;
         text += random() % 7 == 0 ? "\r\n" : " ";
     }
-    const ScopedCLocale locale;
     const FilePointer ours = openText(text);
     const FilePointer theirs = openText(text);
     vpc::TextScanner scanner(ours.get());
