@@ -92,6 +92,15 @@ unsigned long long availableIn(const std::string& folder) {
     return static_cast<unsigned long long>(system.f_bavail) * system.f_frsize;
 }
 
+/// Tries it, since rights do not tell all: the file system may be read-only, or none at all.
+void requireNewFiles(const std::string& folder) {
+    std::string probe = folder + "/vpc-probe-XXXXXX";
+    if (mkdtemp(probe.data()) == nullptr)
+        refuse(folder, "takes no new files (" + reason() +
+                           "); change its rights or name another folder with -o or --work");
+    rmdir(probe.c_str());
+}
+
 void requireRoom(const std::string& folder, unsigned long long needed) {
     const unsigned long long available = availableIn(folder);
     if (available >= needed) return;
@@ -180,12 +189,8 @@ void PrepareChecks::CheckFolders() const {
         const auto status = statusOf(folder);
         if (!status || !S_ISDIR(status->st_mode))
             refuse(folder, "is no folder; create it or name another one");
+        requireNewFiles(folder);
     }
-    // The output appears under a temporary name first, so its folder must take new files.
-    std::string probe = outputFolder + "/vpc-probe-XXXXXX";
-    if (mkdtemp(probe.data()) == nullptr)
-        refuse(outputFolder, "takes no new files (" + reason() + "); choose another output folder");
-    rmdir(probe.c_str());
 }
 
 void PrepareChecks::CheckRoom() const {

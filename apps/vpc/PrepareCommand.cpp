@@ -13,9 +13,11 @@
 #include "PrepareChecks.h"
 #include "ProgressDisplay.h"
 #include "WorkFolder.h"
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "core/util/VpcLogger.h"
+#include "io/FileIoFactory.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
 
@@ -114,7 +116,7 @@ int PrepareCommand::Run() {
     const TreePrepareResult result = Prepare(display);
     display.Clear();
     log(result.success ? wxString("Prepared") : "Failed: " + result.message);
-    CheckResult(result, display);
+    CheckResult(result, display, checks.Format());
     if (!result.message.empty()) display.Warn(result.message);
     PrintSummary(result);
     return exitDone;
@@ -131,15 +133,20 @@ TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
         options_.maxLevel, display);
 }
 
-void PrepareCommand::CheckResult(const TreePrepareResult& result,
-                                 const ProgressDisplay& display) const {
+void PrepareCommand::CheckResult(const TreePrepareResult& result, const ProgressDisplay& display,
+                                 VpcDataFormat format) const {
     if (result.success) return;
     const std::string unchanged = "; '" + options_.output + "' was not touched";
-    if (!display.Objection().empty())
-        throw CommandError(display.Objection() + " ('" + options_.scans.front() + "'" +
-                           (options_.scans.size() > 1 ? " and others" : "") +
-                           "); check whether the files are complete, or take them as they are "
-                           "with --allow-incomplete" +
+    if (display.Objected() == ProgressDisplay::Objection::NoPoints)
+        throw CommandError("'" + options_.scans.front() +
+                           "' and the other scans, if any, hold no points that could be "
+                           "prepared; get complete copies" +
+                           unchanged);
+    if (display.Objected() == ProgressDisplay::Objection::PointsWithoutValues)
+        throw CommandError("'" + FirstIncomplete(format) + "' is not complete: of all points " +
+                           "claimed, " + std::to_string(display.PointsWithoutValues()) +
+                           " have no values; get a complete copy, or take it as it is with "
+                           "--allow-incomplete" +
                            unchanged);
     if (Interrupt::Requested())
         throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
@@ -147,6 +154,18 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result,
     message.Trim(true).Trim(false);
     if (message.empty()) message = "the tree file could not be written; is the disk full?";
     throw CommandError(FileTools::ToNativePath(message) + unchanged);
+}
+
+std::string PrepareCommand::FirstIncomplete(VpcDataFormat format) const {
+    for (const std::string& scan : options_.scans) {
+        VpcBoundingBoxAxisAligned box;
+        wxString message;
+        ScanSummary summary;
+        FileIoFactory::DetermineMultipleBoundingBox({fullPath(scan)}, format, box, message,
+                                                    &summary);
+        if (summary.pointsWithoutValues > 0) return scan;
+    }
+    return options_.scans.front();
 }
 
 void PrepareCommand::LogStart() const {

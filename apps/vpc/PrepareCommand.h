@@ -2,6 +2,7 @@
 
 #include "Command.h"
 #include "PrepareOptions.h"
+#include "core/util/VpcDefinitions.h"
 
 struct TreePrepareResult;
 
@@ -18,7 +19,10 @@ public:
 
 private:
     TreePrepareResult Prepare(ProgressDisplay& display) const;
-    void CheckResult(const TreePrepareResult& result, const ProgressDisplay& display) const;
+    void CheckResult(const TreePrepareResult& result, const ProgressDisplay& display,
+                     VpcDataFormat format) const;
+    /// The first scan that claims points without values.
+    std::string FirstIncomplete(VpcDataFormat format) const;
     void LogStart() const;
     void PrintSummary(const TreePrepareResult& result) const;
 

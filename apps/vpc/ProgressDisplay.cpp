@@ -28,8 +28,8 @@ constexpr std::size_t stages = 4;
 constexpr std::array<const char*, stages> stageNames = {"measuring scans", "sorting points",
                                                         "building levels", "writing file"};
 /// The share of a run's time that each stage takes, for binary scans and for text.
-constexpr std::array<double, stages> binaryShares = {0.10, 0.45, 0.25, 0.20};
-constexpr std::array<double, stages> textShares = {0.35, 0.45, 0.11, 0.09};
+constexpr std::array<double, stages> binaryShares = {0.05, 0.65, 0.03, 0.27};
+constexpr std::array<double, stages> textShares = {0.25, 0.40, 0.03, 0.32};
 
 double secondsBetween(std::chrono::steady_clock::time_point a,
                       std::chrono::steady_clock::time_point b) {
@@ -75,11 +75,11 @@ bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString
         Warn(wxString::Format("the scans hold %llu points fewer than their headers claim",
                               summary.missingRecords));
     if (summary.pointsWithoutValues > 0 && !settings_.allowIncomplete)
-        objection_ = "of the points that the scans' count lines claim, " +
-                     std::to_string(summary.pointsWithoutValues) + " have no values";
+        objection_ = Objection::PointsWithoutValues;
     else if (summary.points <= summary.nonFinitePoints)
-        objection_ = "the scans hold no points that could be prepared";
-    return objection_.empty() && !Interrupt::Requested();
+        objection_ = Objection::NoPoints;
+    pointsWithoutValues_ = summary.pointsWithoutValues;
+    return objection_ == Objection::None && !Interrupt::Requested();
 }
 
 void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {

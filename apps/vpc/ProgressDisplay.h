@@ -31,8 +31,11 @@ public:
     void Clear();
     /// Prints a warning on standard error, once however often it is given.
     void Warn(const wxString& text);
-    /// Why this object ended the run, in a sentence; empty when it did not.
-    const std::string& Objection() const { return objection_; }
+    /// Why this object ended the run, other than because the user wished it.
+    enum class Objection { None, PointsWithoutValues, NoPoints };
+    Objection Objected() const { return objection_; }
+    /// Points that the scans claim and have no values for; known once they have been measured.
+    unsigned long long PointsWithoutValues() const { return pointsWithoutValues_; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -49,7 +52,8 @@ private:
     Clock::time_point start_;
     Clock::time_point stageStart_;
     Clock::time_point lastShown_;
-    std::string objection_;
+    Objection objection_ = Objection::None;
+    unsigned long long pointsWithoutValues_ = 0;
     wxString lastWarning_;
 };
 

@@ -44,13 +44,17 @@ std::uint64_t mixed(std::uint64_t value) {
     return value ^ (value >> 31);
 }
 
+/// The number of the cell that `value` lies in. Places stay far within the integers' range, and
+/// without std::floor the compiler can keep this in line.
 std::int64_t cellOf(double value, double length) {
-    return static_cast<std::int64_t>(std::floor(value / length));
+    const double cells = value / length;
+    const auto whole = static_cast<std::int64_t>(cells);
+    return static_cast<double>(whole) > cells ? whole - 1 : whole;
 }
 
 /// The part of `value` beyond the last multiple of `length`.
 double within(double value, double length) {
-    return value - std::floor(value / length) * length;
+    return value - static_cast<double>(cellOf(value, length)) * length;
 }
 
 bool isStreet(double x, double y) {

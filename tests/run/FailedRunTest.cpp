@@ -235,7 +235,7 @@ TEST_F(FailedRun, TellsItsObserverWhatTheScansLack) {
     EXPECT_EQ(observer.summary.nonFinitePoints, 1u);
     EXPECT_EQ(observer.summary.pointsWithoutValues, 6u);
     const std::string las = smallScan(100);
-    std::filesystem::resize_file(las, 227 + 10 + 30 * 34);
+    std::filesystem::resize_file(las, 227 + lasGap + 30 * 34);
     EXPECT_TRUE(prepare({las}, folder_.work(), folder_.output(), settings_, &observer).success);
     EXPECT_EQ(observer.summary.points, 30u);
     EXPECT_EQ(observer.summary.missingRecords, 70u);
@@ -321,7 +321,7 @@ TEST_F(FailedRun, FailsCleanlyOnAFullDisk) {
 TEST_F(FailedRun, LeavesTheOlderOutputWhenItIsKilled) {
     const std::string scan = bigScan();
     for (const PrepareStage stage : allStages) {
-        for (const int calls : {1, 2, 20}) {
+        for (const int calls : {1, 20}) {
             SCOPED_TRACE("stage " + std::to_string(static_cast<int>(stage)) + ", call " +
                          std::to_string(calls));
             Observer observer;

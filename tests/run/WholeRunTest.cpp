@@ -305,7 +305,7 @@ TEST(WholeRun, DeliversTheRecordsThatATruncatedLasFileHolds) {
     input.files = {folder.scan("a.las")};
     input.points = {writeLas(input.files[0], {}, makeCloud({CloudShape::Uniform, 1000, 1}))};
     // Ten records and a half.
-    std::filesystem::resize_file(input.files[0], 227 + 10 + 10 * 34 + 17);
+    std::filesystem::resize_file(input.files[0], 227 + lasGap + 10 * 34 + 17);
     input.points[0].resize(10);
     expectRightTree(folder, input, {0, false, 4, 5});
     const auto result = prepare(input.files, folder.work(), folder.output());

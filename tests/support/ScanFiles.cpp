@@ -4,6 +4,7 @@
 #include <cmath>
 #include <random>
 
+#include "support/LasBuilder.h"
 #include "support/TempFolder.h"
 
 namespace vpc::test {
@@ -25,49 +26,6 @@ public:
     }
     std::string text;
 };
-
-class Binary {
-public:
-    template <class T>
-    void put(std::size_t position, T value) {
-        if (bytes.size() < position + sizeof value) bytes.resize(position + sizeof value);
-        std::memcpy(bytes.data() + position, &value, sizeof value);
-    }
-    std::string bytes;
-};
-
-struct LasFormat {
-    int length;
-    int colourOffset;
-};
-
-/// Record lengths and colour positions of point formats 0 to 10.
-constexpr LasFormat lasFormats[] = {{20, 0}, {28, 0},  {26, 20}, {34, 28}, {57, 0}, {63, 28},
-                                    {30, 0}, {36, 30}, {38, 30}, {59, 0},  {67, 30}};
-
-void putLasHeader(Binary& file, const LasLayout& layout, int recordLength, std::size_t points) {
-    const auto headerSize = static_cast<std::uint16_t>(layout.minorVersion == 4   ? 375
-                                                       : layout.minorVersion == 3 ? 235
-                                                                                  : 227);
-    file.bytes = "LASF";
-    file.put<char>(24, 1);
-    file.put(25, static_cast<char>(layout.minorVersion));
-    file.put<std::uint16_t>(94, headerSize);
-    // A gap stands for the variable-length records, which readers skip.
-    file.put<std::uint32_t>(96, headerSize + 10u);
-    file.put(104, static_cast<char>(layout.format));
-    file.put(105, static_cast<std::uint16_t>(recordLength));
-    file.put(107, layout.minorVersion == 4 ? 0u : static_cast<std::uint32_t>(points));
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        file.put(131 + 8 * axis, layout.scale);
-        file.put(155 + 8 * axis, layout.offset);
-        // Bounds that are wrong, as those of many files are: nothing may believe them.
-        file.put(179 + 16 * axis, -1.0);
-        file.put(187 + 16 * axis, 1.0);
-    }
-    if (layout.minorVersion == 4) file.put<unsigned long long>(247, points);
-    file.put<char>(headerSize + 9u, 0);
-}
 
 }  // namespace
 
@@ -113,36 +71,32 @@ std::vector<PointRecord> makeCloud(const Cloud& cloud) {
 
 std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLayout& layout,
                                   const std::vector<PointRecord>& points, int sourceIndex) {
-    const LasFormat& format = lasFormats[layout.format];
-    Binary file;
-    putLasHeader(file, layout, format.length + layout.extraBytes, points.size());
+    LasBuilder file;
+    file.versionMinor = layout.minorVersion;
+    file.format = layout.format;
+    file.recordLength = LasBuilder::lengthOfFormat(layout.format) + layout.extraBytes;
+    file.scale.fill(layout.scale);
+    file.offset.fill(layout.offset);
+    file.gap = lasGap;
+    const bool hasColour = LasBuilder::colourOffset(layout.format) != 0;
+    const auto toGrid = [&](double value) {
+        return static_cast<std::int32_t>(std::lround((value - layout.offset) / layout.scale));
+    };
+    const auto fromGrid = [&](std::int32_t steps) { return steps * layout.scale + layout.offset; };
     std::vector<PointRecord> delivered = points;
     for (PointRecord& p : delivered) {
-        const std::size_t start = file.bytes.size();
-        file.put<char>(start + static_cast<std::size_t>(format.length + layout.extraBytes) - 1, 7);
-        std::size_t position = start;
-        for (double* value : {&p.x, &p.y, &p.z}) {
-            const auto steps =
-                static_cast<std::int32_t>(std::lround((*value - layout.offset) / layout.scale));
-            file.put(position, steps);
-            position += sizeof steps;
-            *value = steps * layout.scale + layout.offset;
-        }
         const auto intensity = static_cast<std::int16_t>(std::lround(p.intensity));
-        file.put(start + 12, intensity);
-        if (format.colourOffset == 0) {
-            p.red = p.green = p.blue = static_cast<std::uint16_t>(intensity);
-        } else {
-            const std::size_t colour = start + static_cast<std::size_t>(format.colourOffset);
-            file.put(colour, p.red);
-            file.put(colour + 2, p.green);
-            file.put(colour + 4, p.blue);
-        }
+        const auto grey = static_cast<std::uint16_t>(intensity);
+        const LasBuilder::Point raw{toGrid(p.x), toGrid(p.y), toGrid(p.z), grey,
+                                    p.red,       p.green,     p.blue};
+        file.points.push_back(raw);
+        p.x = fromGrid(raw.x), p.y = fromGrid(raw.y), p.z = fromGrid(raw.z);
+        if (!hasColour) p.red = p.green = p.blue = grey;
         p.intensity = intensity;
         p.scannerDistance = 1;
         p.sourceIndex = sourceIndex;
     }
-    writeBytes(path, file.bytes);
+    writeBytes(path, file.bytes());
     return delivered;
 }
 

@@ -36,6 +36,9 @@ struct LasLayout {
     double offset = -1234.5;
 };
 
+/// Bytes between header and points of every LAS scan that writeLas writes.
+inline constexpr std::uint32_t lasGap = 10;
+
 /// Coordinates are rounded to the layout's grid, intensities to 16 bits; source and marker are as
 /// readers set them.
 std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLayout& layout,

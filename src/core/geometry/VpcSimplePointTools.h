@@ -22,8 +22,8 @@ public:
     static void GetColorRanges(const PointList& list, double& intensityMin, double& intensityMax,
                                double& redMin, double& redMax, double& greenMin, double& greenMax,
                                double& blueMin, double& blueMax);
-    /// The indices of the points in the order of their x, y and z. The order of equal coordinates
-    /// is not specified.
+    /// The indices of the points in the order of their x, y and z, none of which may be NaN. The
+    /// order of equal coordinates is not specified.
     static void SortIndices(const PointList& list, IndexList& byX, IndexList& byY, IndexList& byZ);
     /// Counts every point once: with a NaN coordinate, else an infinite one, else at the origin,
     /// else regular. Always true.

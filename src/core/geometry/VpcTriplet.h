@@ -1,6 +1,7 @@
 #pragma once
 
 #include <concepts>
+#include <initializer_list>
 #include <string>
 #include <utility>
 
@@ -22,8 +23,11 @@ public:
     /// "-first-second-third--". The width is part of the interface but numbers are never padded.
     wxString ToString([[maybe_unused]] unsigned long long width)
         const requires std::same_as<T, unsigned long long> {
-        return wxString::FromAscii(("-" + std::to_string(first) + "-" + std::to_string(second) +
-                                    "-" + std::to_string(third) + "--")
-                                       .c_str());
+        std::string text;
+        for (const unsigned long long number : {first, second, third}) {
+            text += '-';
+            text += std::to_string(number);
+        }
+        return wxString::FromAscii((text += "--").c_str());
     }
 };

@@ -1,5 +1,6 @@
 #include "core/util/VpcColorTools.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/geometry/VpcNumMathTools.h"
@@ -15,8 +16,8 @@ constexpr double darkest = 38;
 
 /// A hump of Jet around `centre`, both on the scale 0 to 255.
 double jetChannel(double t, double centre) {
-    // fmax takes the 0 for a NaN.
-    return std::fmin(std::fmax(1.5 - std::abs((t - centre) * 0.015625), 0.0), 1.0) * 255;
+    // The 0 comes first so that it wins over a NaN.
+    return std::min(std::max(0.0, 1.5 - std::abs((t - centre) * 0.015625)), 1.0) * 255;
 }
 
 }  // namespace

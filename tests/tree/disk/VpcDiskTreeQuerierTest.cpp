@@ -190,7 +190,7 @@ TEST_F(VpcDiskTreeQuerierTest, DamagedBytesLeadNowhere) {
     std::mt19937 random(7);
     const std::array<unsigned long long, 6> words = {
         0, 1, ~0ULL, 1ULL << 63, 0x5555555555555556ULL, 0x100000001ULL};
-    for (int round = 0; round < 4000; ++round) {
+    for (int round = 0; round < 1500; ++round) {
         TreeImage damaged = image;
         const auto last = static_cast<unsigned>(image.pointData());
         for (unsigned change = 0; change <= random() % 3; ++change) {

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/TempFolder.h"
+
+namespace vpc::test {
+
+/// What became of a run of the program.
+struct ProgramResult {
+    /// The exit status; minus the signal's number where one ended the program.
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+/// One run of the program with the given arguments, in a folder; it starts at once.
+class ProgramRun {
+public:
+    ProgramRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+               rlim_t largestFile = RLIM_INFINITY) {
+        std::vector<std::string> words = {VPC_PROGRAM};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::vector<char*> argv;
+        for (std::string& word : words) argv.push_back(word.data());
+        argv.push_back(nullptr);
+        child_ = fork();
+        if (child_ != 0) return;
+        // Only calls that are allowed between fork and exec.
+        redirect(output_.file("out"), STDOUT_FILENO);
+        redirect(output_.file("err"), STDERR_FILENO);
+        const rlimit limit{largestFile, largestFile};
+        if (chdir(folder.c_str()) != 0 || setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    ProgramRun(const ProgramRun&) = delete;
+    ProgramRun& operator=(const ProgramRun&) = delete;
+    ~ProgramRun() {
+        if (child_ > 0) wait();
+    }
+
+    void send(int signal) const { kill(child_, signal); }
+    /// Waits until `condition` holds, up to half a minute; false where it never does.
+    template <class Condition>
+    static bool waitUntil(const Condition& condition) {
+        for (int i = 0; i < 30000; ++i) {
+            if (condition()) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return false;
+    }
+    ProgramResult wait() {
+        int status = 0;
+        waitpid(child_, &status, 0);
+        child_ = -1;
+        const int result = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+        return {result, readBytes(output_.file("out")), readBytes(output_.file("err"))};
+    }
+
+private:
+    static void redirect(const std::string& file, int descriptor) {
+        dup2(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), descriptor);
+    }
+
+    TempFolder output_;
+    pid_t child_ = -1;
+};
+
+inline ProgramResult runProgram(const std::vector<std::string>& arguments,
+                                const std::filesystem::path& folder) {
+    return ProgramRun(arguments, folder).wait();
+}
+
+}  // namespace vpc::test
