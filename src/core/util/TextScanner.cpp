@@ -302,7 +302,7 @@ bool TextScanner::CollectDigits(int c) {
             c = Get();
         }
     }
-    const int exponentMark = hex ? 'p' : 'e';
+    const int exponentMark = hex ? int{'p'} : int{'e'};
     bool hasExponent = false;
     bool hasPoint = false;
     for (;; c = Get()) {
