@@ -1,5 +1,4 @@
 #pragma once
-#include "platform/OdGePoint2d.h"
 
 /// Stand-in for the host SDK's point.
 class OdGePoint3d {
@@ -11,7 +10,5 @@ public:
     OdGePoint3d() = default;
     OdGePoint3d(double x0, double y0, double z0) : x(x0), y(y0), z(z0) {}
 
-
-    OdGePoint2d convert2d(const class OdGePlane&) const { return {x, y}; }
     bool operator==(const OdGePoint3d&) const = default;
 };
