@@ -8,15 +8,16 @@
 
 /// A clipping region as the host describes it. What the flags and matrices mean is the host's; the
 /// library keeps the inside where exactly one of the second and the third flag is set.
-struct GiPcClipConfig {
+class GiPcClipConfig {
+public:
     /// 0 is a circle, anything else a polygon.
-    OdInt32 type = 0;
-    bool firstFlag = false;
-    bool secondFlag = true;
-    bool thirdFlag = false;
+    OdUInt32 type = 0;
+    bool flag1 = false;
+    bool flag2 = false;
+    bool flag3 = false;
     OdGePlane plane;
-    OdGeMatrix3d firstMatrix;
-    OdGeMatrix3d secondMatrix;
+    OdGeMatrix3d matrix1;
+    OdGeMatrix3d matrix2;
     /// In the plane's two coordinates: the polygon's corners, or a circle's centre and a point on
     /// it.
     OdArray<OdGePoint2d> vertices;
