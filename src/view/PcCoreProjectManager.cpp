@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr double sameSectionTolerance = 1e-6;
+
 VpcPoint3D toVpcPoint(const OdGePoint3d& p) {
     return {p.x, p.y, p.z};
 }
@@ -58,8 +60,8 @@ void PcCoreProjectManager::SetDataBounds() {
     constexpr double margin = 1.05;
     dataMin_ = OdGePoint3d(1e80, 1e80, 1e80);
     dataMax_ = OdGePoint3d(-1e80, -1e80, -1e80);
-    if (tree_->root() == nullptr) return;
-    VpcBoundingBoxAxisAligned box = tree_->root()->box;
+    if (tree_->GetRootNode() == nullptr) return;
+    VpcBoundingBoxAxisAligned box = tree_->GetRootNode()->box;
     box.Scale(margin);
     dataMin_ = OdGePoint3d(box.minPoint.x, box.minPoint.y, box.minPoint.z);
     dataMax_ = OdGePoint3d(box.maxPoint.x, box.maxPoint.y, box.maxPoint.z);
@@ -106,7 +108,10 @@ unsigned long long PcCoreProjectManager::updateVisiblePoints(
 void PcCoreProjectManager::FillBuffers(const VpcTransform3D& toTree) {
     visibleNodeManager_.clear();
     if (tree_ == nullptr) return;
-    tree_->SetSectionPlanes(sectionsEnabled ? sections_ : std::vector<Section>(), toTree);
+    if (sectionsEnabled)
+        tree_->SetSectionPlanes(sections_, toTree);
+    else
+        tree_->ClearSectionPlanes();
     tree_->SetLocalClippings(clippings_);
     if (!lastView_.SpansSpace()) return;
     if (useFlatView)
@@ -121,16 +126,16 @@ double PcCoreProjectManager::DistanceToRootCentre(const OdGePoint3d& camera) con
 }
 
 VpcDiskNode* PcCoreProjectManager::Root() const {
-    return tree_ == nullptr ? nullptr : tree_->root();
+    return tree_ == nullptr ? nullptr : tree_->GetRootNode();
 }
 
-const std::vector<VpcDiskNode*>& PcCoreProjectManager::Level(unsigned long long level) const {
-    static const NodeList none;
-    return level < NrLevels() ? tree_->levels()[level] : none;
+std::span<VpcDiskNode* const> PcCoreProjectManager::Level(unsigned long long level) const {
+    if (level >= NrLevels()) return {};
+    return tree_->GetLevels()[level];
 }
 
 unsigned long long PcCoreProjectManager::NrLevels() const {
-    return tree_ == nullptr ? 0 : tree_->levels().size();
+    return tree_ == nullptr ? 0 : tree_->GetLevels().size();
 }
 
 PcCoreProjectManager::NodeList PcCoreProjectManager::flatNodeSelection(
@@ -241,7 +246,6 @@ bool PcCoreProjectManager::addSection(const OdString& name, const OdGePoint3d& p
 
 bool PcCoreProjectManager::hasSameSections(
     const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& planes) const {
-    constexpr double tolerance = 1e-6;
     return std::equal(planes.begin(), planes.end(), sections_.begin(), sections_.end(),
                       [](const auto& plane, const Section& section) {
                           // The point holds the normal and the vector the point: hosts pass them
@@ -249,7 +253,7 @@ bool PcCoreProjectManager::hasSameSections(
                           const auto& [normal, point] = plane;
                           return VpcPlaneDef({point.x, point.y, point.z},
                                              {normal.x, normal.y, normal.z})
-                              .IsSame(section.second, tolerance);
+                              .IsSame(section.second, sameSectionTolerance);
                       });
 }
 

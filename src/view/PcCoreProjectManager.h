@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -43,10 +44,10 @@ public:
 
     // --- Settings; each update reads them anew -------------------------------------------------
 
-    GiPcColorScheme colorScheme = static_cast<GiPcColorScheme>(0);
-    GiPcStylizationType stylizationType = static_cast<GiPcStylizationType>(3);
-    /// 0 lowers the budget of the flat selection to a fifth.
-    GiPcDrawDensity drawDensity = static_cast<GiPcDrawDensity>(1);
+    GiPcColorScheme colorScheme = GiPc_ColorScheme_ScanColors;
+    GiPcStylizationType stylizationType = GiPc_Stylization_NONE;
+    /// Low density lowers the budget of the flat selection to a fifth.
+    GiPcDrawDensity drawDensity = GiPc_DrawDensity_Full;
     /// Whether updates write the files of exportView; every update and pick sets it to false.
     bool drawGeometry = false;
     /// Whether updates show one level throughout; every update sets it to true.
@@ -175,7 +176,7 @@ private:
     VpcDiskNode* Root() const;
     unsigned long long NrLevels() const;
     /// Empty where there is none.
-    const NodeList& Level(unsigned long long level) const;
+    std::span<VpcDiskNode* const> Level(unsigned long long level) const;
     /// Empties the buffers and fills them for the last view. `toTree` leads from the world into the
     /// tree's frame.
     void FillBuffers(const VpcTransform3D& toTree);

@@ -31,12 +31,10 @@ void PcCoreVisibleNodeManager::clear() {
 }
 
 unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
-    // Callers see to it that the node fits by `capacity`, but after a failed resize the buffers
-    // have fewer slots than that.
-    const unsigned long long room = buffers_.slots() - nextSlot;
-    if (room == 0) return 0;
+    // Callers see to it that the node fits: the budget is all of `capacity`, not what is left of
+    // it. After a failed resize, though, the buffers have fewer slots than that.
     const unsigned long long added = node->AddPointsFromDisk(nextSlot, coordinates(), colours(),
-                                                             sizes(), std::min(capacity, room));
+                                                             sizes(), capacity, buffers_.slots());
     if (added == 0) return 0;
     visibleNodes_.push_back({nrPointsInBuffer, nrPointsInBuffer + added - 1, node});
     nextSlot += added;

@@ -1,5 +1,6 @@
 // The exports of PcCoreVisibleNodeManager.
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -20,19 +21,20 @@ class ParameterText {
 public:
     template <class Point>
     ParameterText& Point3(std::string_view name, const Point& p) {
-        return Line(name, "(" + vpc::fixedText(p.x) + ", " + vpc::fixedText(p.y) + ", " +
-                              vpc::fixedText(p.z) + ")");
+        return Line({name, "(", vpc::fixedText(p.x), ", ", vpc::fixedText(p.y), ", ",
+                     vpc::fixedText(p.z), ")"});
     }
     ParameterText& Bounds(const OdGeExtents3d& bounds) {
         return Point3("Bounding box : min ", bounds.minPoint())
             .Point3("Bounding box : max ", bounds.maxPoint());
     }
     ParameterText& World(double width, double height) {
-        return Line("World width ",
-                    vpc::fixedText(width) + ", worldHeight = " + vpc::fixedText(height));
+        return Line(
+            {"World width ", vpc::fixedText(width), ", worldHeight = ", vpc::fixedText(height)});
     }
-    ParameterText& Line(std::string_view name, std::string_view value) {
-        text_.append(name).append(value).append("\r\n");
+    ParameterText& Line(std::initializer_list<std::string_view> parts) {
+        for (const std::string_view part : parts) text_ += part;
+        text_ += "\r\n";
         return *this;
     }
     void WriteTo(const wxString& path) const { vpc::TextFileWriter(path) << text_; }
@@ -69,10 +71,10 @@ void PcCoreVisibleNodeManager::exportVisibleNodesAsPly(
         .World(worldWidth, worldHeight)
         .Point3("View near center: ", viewFrustum.GetNearCenter())
         .Point3("View far center:  ", viewFrustum.GetFarCenter())
-        .Line(" => so size of a pixel in world units is ", vpc::fixedText(pixelSize))
-        .Line("Current view mode => ",
-              flatView ? "flat pyramid level selection "
-                       : "dynamic pyramid node selection (increase closer to camera) ")
+        .Line({" => so size of a pixel in world units is ", vpc::fixedText(pixelSize)})
+        .Line({"Current view mode => ",
+               flatView ? "flat pyramid level selection "
+                        : "dynamic pyramid node selection (increase closer to camera) "})
         .WriteTo(inFolder(folder, "CameraParameters.txt"));
     PlyIO::WriteAxisAlignedBoundingBoxes({boxOf(dataBounds)},
                                          inFolder(folder, "DataBoundaries.ply"));
