@@ -7,6 +7,9 @@
 
 PcDbPointCloudDefPE* vpcCreatePointCloudExtension() {
     // Found by its plain name, hence called like a C function: nothing may be thrown out of it.
-    return std::unique_ptr<PcDbPointCloudDefPE>(new (std::nothrow) PcDbPointCloudDefImplPE)
-        .release();
+    try {
+        return std::make_unique<PcDbPointCloudDefImplPE>().release();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
