@@ -25,7 +25,8 @@ namespace vpc {
 
 namespace {
 
-/// Deeper trees than this one would need file names longer than the system allows.
+/// Far deeper than any scan needs. Where points coincide every level is built, and costs memory
+/// and time.
 constexpr unsigned long long deepestLevel = 60;
 
 wxString fullPath(const std::string& native) {

@@ -43,6 +43,10 @@ void VpcConstructTree::setSubsampleType(VpcSubsampleType type, bool seedFromDevi
 void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     constexpr double margin = 0.0001;
     box.AddMargin(margin);
+    // A second root starts anew: the lists must not lead to nodes that go with the first.
+    levels_.clear();
+    endNodes_.clear();
+    awaitingFlush_.clear();
     lastLeaf_ = nullptr;
     root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
