@@ -1,0 +1,110 @@
+#include "view/PointColouring.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "core/util/VpcColorTools.h"
+
+namespace vpc {
+namespace {
+
+/// The smallest and largest value seen; a NaN is neither.
+struct Range {
+    double min = std::numeric_limits<double>::infinity();
+    double max = -std::numeric_limits<double>::infinity();
+
+    void Include(double value) {
+        min = std::min(min, value);
+        max = std::max(max, value);
+    }
+};
+
+/// A channel on the scale 0 to 255 as a byte. The ramps run past the scale, and an empty range
+/// gives a NaN, which becomes 0.
+std::uint32_t channelByte(double value) {
+    return static_cast<std::uint32_t>(std::min(std::max(0.0, value), 255.0));
+}
+
+using Ramp = void (*)(double value, double min, double max, double& red, double& green,
+                      double& blue);
+
+/// What VpcColorTools::ApplyColorScheme would choose for every point anew; null for a scheme
+/// without a ramp.
+Ramp rampOf(VpcColorScheme scheme) {
+    switch (scheme) {
+        case VPC_ColorScheme_Spectrum:
+            return VpcColorTools::ApplyColorSchemeJet;
+        case VPC_ColorScheme_Earth:
+            return VpcColorTools::ApplyColorSchemeEarth;
+        case VPC_ColorScheme_Hydro:
+            return VpcColorTools::ApplyColorSchemeHydro;
+        case VPC_ColorScheme_Gray:
+            return VpcColorTools::ApplyColorSchemeGray;
+        case VPC_ColorScheme_Reds:
+            return VpcColorTools::ApplyColorSchemeReds;
+        case VPC_ColorScheme_Greens:
+            return VpcColorTools::ApplyColorSchemeGreens;
+        case VPC_ColorScheme_Blues:
+            return VpcColorTools::ApplyColorSchemeBlues;
+        case VPC_ColorScheme_ScanColors:
+            break;
+    }
+    return nullptr;
+}
+
+/// Colours every slot by its value; the colour method stays. Without a ramp, so does the colour.
+template <class ValueOf>
+void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
+            VpcColorScheme scheme, const ValueOf& valueOf) {
+    const Ramp ramp = rampOf(scheme);
+    if (ramp == nullptr) return;
+    OdCmEntityColor* const colours = buffers.colours();
+    for (unsigned long long slot = 0; slot < count; ++slot) {
+        double red = 0;
+        double green = 0;
+        double blue = 0;
+        ramp(valueOf(slot), range.min, range.max, red, green, blue);
+        const std::uint32_t method = colours[slot].color() & 0xFF000000U;
+        colours[slot].setColor(method | channelByte(red) << 16U | channelByte(green) << 8U |
+                               channelByte(blue));
+    }
+}
+
+double luminance(const OdCmEntityColor& colour) {
+    return 0.2125 * colour.red() + 0.7154 * colour.green() + 0.0721 * colour.blue();
+}
+
+}  // namespace
+
+void movePoints(const PointBuffers& buffers, unsigned long long count, const OdGeMatrix3d& matrix) {
+    OdGePoint3d* const points = buffers.coordinates();
+    for (unsigned long long slot = 0; slot < count; ++slot) points[slot].transformBy(matrix);
+}
+
+void colourByElevation(const PointBuffers& buffers, unsigned long long count,
+                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+    OdGePoint3d* const points = buffers.coordinates();
+    Range range;
+    for (unsigned long long slot = 0; slot < count; ++slot)
+        range.Include(points[slot].transformBy(matrix).z);
+    colour(buffers, count, range, scheme,
+           [points](unsigned long long slot) { return points[slot].z; });
+}
+
+void colourByIntensity(const PointBuffers& buffers, unsigned long long count,
+                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+    OdGePoint3d* const points = buffers.coordinates();
+    const OdCmEntityColor* const colours = buffers.colours();
+    double* const intensities = buffers.intensities();
+    Range range;
+    for (unsigned long long slot = 0; slot < count; ++slot) {
+        intensities[slot] = luminance(colours[slot]);
+        points[slot].transformBy(matrix);
+        range.Include(intensities[slot]);
+    }
+    colour(buffers, count, range, scheme,
+           [intensities](unsigned long long slot) { return intensities[slot]; });
+}
+
+}  // namespace vpc
