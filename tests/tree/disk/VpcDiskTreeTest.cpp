@@ -128,8 +128,10 @@ void expectNode(const VpcDiskNode& node, const TreeNode& expected) {
     const auto margin = [&](std::size_t axis) {
         return expected.level > 0 ? 0 : 0.0001 * (expected.boxMax[axis] - expected.boxMin[axis]);
     };
-    const VpcPoint3D& low = node.box.minPoint;
-    const VpcPoint3D& high = node.box.maxPoint;
+    const VpcBoundingBoxAxisAligned box = node.box;
+    const VpcPoint3D& low = box.minPoint;
+    const VpcPoint3D& high = box.maxPoint;
+    EXPECT_EQ(node.box.Centre(), box.centre);
     EXPECT_THAT((std::array{low.x, low.y, low.z}),
                 ElementsAre(expected.boxMin[0] - margin(0), expected.boxMin[1] - margin(1),
                             expected.boxMin[2] - margin(2)));
@@ -159,7 +161,8 @@ void expectNode(const VpcDiskNode& node, const TreeNode& expected) {
     EXPECT_EQ(node.parentPointBlock, expected.parentBlockPosition);
     ASSERT_EQ(node.childEntries.size(), expected.children.size());
     for (std::size_t i = 0; i < expected.children.size(); ++i)
-        EXPECT_THAT(node.childEntries[i], Pair(expected.children[i][0], expected.children[i][1]));
+        EXPECT_THAT((std::array{node.childEntries[i].record, node.childEntries[i].pointBlock}),
+                    testing::ElementsAreArray(expected.children[i]));
 }
 
 /// Every child is in its parent's list and found by its path, from the root and from the parent.
