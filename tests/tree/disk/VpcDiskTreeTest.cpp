@@ -414,7 +414,7 @@ TEST_F(VpcDiskTreeTest, ComesThroughRandomDamage) {
     std::mt19937 engine(11);
     Buffers buffers(64);
     int loaded = 0;
-    constexpr int rounds = 6000;
+    constexpr int rounds = 3000;
     for (int round = 0; round < rounds; ++round) {
         std::string bytes = image.bytes;
         for (unsigned changes = 1 + engine() % 4; changes > 0; --changes)
