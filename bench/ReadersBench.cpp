@@ -65,7 +65,7 @@ private:
 class LineMaker {
 public:
     void write(std::FILE* file, const char* intensityFormat) {
-        const auto thousandth = [this](unsigned range) {
+        const auto thousandth = [this](std::uint64_t range) {
             return static_cast<double>(engine_() % (range * 1000)) / 1000;
         };
         const auto channel = [this] { return static_cast<int>(engine_() % 256); };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 /// Stand-in for the host SDK's vector.
 class OdGeVector3d {
 public:
@@ -9,6 +11,22 @@ public:
 
     OdGeVector3d() = default;
     OdGeVector3d(double x0, double y0, double z0) : x(x0), y(y0), z(z0) {}
+
+    double length() const { return std::sqrt(dotProduct(*this)); }
+    double dotProduct(const OdGeVector3d& v) const { return x * v.x + y * v.y + z * v.z; }
+    OdGeVector3d crossProduct(const OdGeVector3d& v) const {
+        return {y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x};
+    }
+    /// This direction with length 1; a vector without length stays as it is.
+    OdGeVector3d normal() const {
+        const double size = length();
+        return size > 0.0 ? OdGeVector3d(x / size, y / size, z / size) : *this;
+    }
+
+    OdGeVector3d operator-() const { return {-x, -y, -z}; }
+    OdGeVector3d operator+(const OdGeVector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
+    OdGeVector3d operator-(const OdGeVector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
+    OdGeVector3d operator*(double factor) const { return {x * factor, y * factor, z * factor}; }
 
     bool operator==(const OdGeVector3d&) const = default;
 };

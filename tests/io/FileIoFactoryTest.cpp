@@ -52,7 +52,8 @@ TEST_F(FileIoFactoryTest, TellsFormatsByTheirExtension) {
 TEST_F(FileIoFactoryTest, CreatesTheReaderOfAFormat) {
     const auto isA = [](VpcDataFormat format, const std::type_info& type) {
         const auto reader = FileIoFactory::Create(format, 5);
-        return reader->batchCapacity == 5 && typeid(*reader) == type;
+        const FileParentIO& created = *reader;
+        return created.batchCapacity == 5 && typeid(created) == type;
     };
     EXPECT_TRUE(isA(DataFormat_LAS, typeid(LasIO)));
     EXPECT_TRUE(isA(DataFormat_PTS, typeid(PtsIO)));

@@ -116,7 +116,7 @@ TEST_F(FailedRun, SaysWhatIsWrongWithItsInput) {
          "\n => in las file, point data record format (7) and record length (34) are conflicting: "
          "expected length is 36"},
         {"a.las", lasWith(107, "\0\0\0\0"s), noPoints},
-        {"a.las", lasWith(0, "").substr(0, 237), noPoints},
+        {"a.las", lasWith(0, "").substr(0, 227 + lasGap), noPoints},
         {"a.ptx", "", noPoints},
         {"a.ptx", "0\n4\n" + pose, noPoints},
         {"a.ptx", "2\nmany\n" + pose, noPoints},

@@ -39,7 +39,8 @@ TEST(SpilledTree, IsTheModelWhateverTheMemory) {
             const ReferenceSettings settings{77, isKdTree, 150, isKdTree ? 20u : 8u};
             const ReferenceStatistics statistics = statisticsOf({cloud}, cloud.size(), false);
             const std::string modelled = referenceTreeFile({cloud}, statistics, settings);
-            for (const unsigned long long memory : {0, 1, 5000, 50000, 400000, 100000000}) {
+            for (const unsigned long long memory :
+                 {0ULL, 1ULL, 5000ULL, 50000ULL, 400000ULL, 100000000ULL}) {
                 SCOPED_TRACE("kd " + std::to_string(isKdTree) + ", shape " +
                              std::to_string(static_cast<int>(shape)) + ", memory " +
                              std::to_string(memory));

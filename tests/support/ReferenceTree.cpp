@@ -157,7 +157,6 @@ bool Model::split(Node& node) {
         for (Word i = 0; i < grid[axis]; ++i)
             bounds[axis].push_back(node.box.min[axis] + static_cast<double>(i) * cell[axis]);
         bounds[axis].push_back(node.box.max[axis]);
-        if (grid[axis] == 1) continue;
         for (std::size_t i = 1; i < bounds[axis].size(); ++i)
             if (!(bounds[axis][i - 1] < bounds[axis][i])) return false;
     }

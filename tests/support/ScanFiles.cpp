@@ -3,6 +3,8 @@
 #include <charconv>
 #include <cmath>
 #include <random>
+#include <string_view>
+#include <type_traits>
 
 #include "support/LasBuilder.h"
 #include "support/TempFolder.h"
@@ -14,12 +16,12 @@ namespace {
 /// Text whose numbers come back as the very same doubles, whatever the locale.
 class Text {
 public:
-    Text& operator<<(const char* words) {
-        text += words;
+    Text& operator<<(std::string_view words) {
+        for (const char c : words) text.push_back(c);
         return *this;
     }
     template <class T>
-    Text& operator<<(T number) {
+    requires std::is_arithmetic_v<T> Text& operator<<(T number) {
         char digits[64];
         text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
         return *this;

@@ -118,7 +118,7 @@ bool isToBeDeleted(const wxString& name, VpcCleanFolderMode mode,
 }  // namespace
 
 std::string FileTools::ToNativePath(const wxString& path) {
-    const std::wstring wide = path.ToStdWstring();
+    const std::wstring& wide = path.ToStdWstring();
     constexpr auto failed = static_cast<std::size_t>(-1);
     const std::size_t size = std::wcstombs(nullptr, wide.c_str(), 0);
     if (size == failed) return path.ToStdString(wxConvUTF8);

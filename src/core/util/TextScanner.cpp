@@ -104,8 +104,8 @@ const char* readPlainDecimal(const char* p, double& value) {
     }
     if (digits == 0) return nullptr;
     int exponent = 0;
-    if (*p > '9') {
-        const int next = toLower(*p);
+    if (const int after = static_cast<unsigned char>(*p); after > '9') {
+        const int next = toLower(after);
         if (next == 'x' || (next == 'e' && !readExponent(p, exponent))) return nullptr;
     }
     double magnitude = 0;
@@ -302,7 +302,7 @@ bool TextScanner::CollectDigits(int c) {
             c = Get();
         }
     }
-    const char exponentMark = hex ? 'p' : 'e';
+    const int exponentMark = hex ? int{'p'} : int{'e'};
     bool hasExponent = false;
     bool hasPoint = false;
     for (;; c = Get()) {

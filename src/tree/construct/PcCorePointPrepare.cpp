@@ -204,7 +204,7 @@ TreePrepareResult PcCorePointPrepare::preparePointData(unsigned long long header
                                                        unsigned long long maxPointsPerNode,
                                                        unsigned long long maxLevel) {
     Unobserved nobody;
-    return preparePointData(headerValue, workingFolder, inputFiles, std::move(outputFile), treeType,
+    return preparePointData(headerValue, workingFolder, inputFiles, outputFile, treeType,
                             maxPointsPerNode, maxLevel, nobody);
 }
 

@@ -16,24 +16,23 @@ constexpr unsigned long long collectionCapacity = 4096;
 
 PointBlock::PointBlock(FileBufferStream& stream, const VpcConstructNode& node, PointBlock* parent,
                        SamplePattern* pattern)
-    : stream_(stream),
-      node_(node),
-      parent_(parent),
-      pattern_(pattern),
-      position_(node.blockPosition) {
+    : stream_(stream), node_(node), parent_(parent), pattern_(pattern) {
 }
 
-void PointBlock::WriteHeader() {
-    stream_.StreamSeek(position_);
+void PointBlock::GoOn() {
+    if (written_ != 0) {
+        stream_.StreamSeek(node_.blockPosition + PointTreeLayout::pointBlockHeaderSize +
+                           written_ * recordSize);
+        return;
+    }
+    stream_.StreamSeek(node_.blockPosition);
     stream_.StreamWriteUint64(node_.Level());
     stream_.StreamWriteUint64(node_.PointsOnDisk());
-    position_ += PointTreeLayout::pointBlockHeaderSize;
 }
 
 void PointBlock::Write(const char* records, unsigned long long count) {
-    stream_.StreamSeek(position_);
+    GoOn();
     stream_.WriteCharArray2File(records, count * recordSize);
-    position_ += count * recordSize;
     const unsigned long long begin = written_;
     written_ += count;
     if (parent_ == nullptr) return;
@@ -55,6 +54,11 @@ void PointBlock::Collect(const char* record) {
 void PointBlock::WriteCollected() {
     const unsigned long long count = std::exchange(collected_, 0);
     if (count != 0) Write(collection_.get(), count);
+}
+
+void PointBlock::Finish() {
+    WriteCollected();
+    if (written_ == 0) GoOn();
 }
 
 }  // namespace vpc

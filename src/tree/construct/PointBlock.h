@@ -17,23 +17,24 @@ public:
     PointBlock(FileBufferStream& stream, const VpcConstructNode& node, PointBlock* parent,
                SamplePattern* pattern);
 
-    /// Writes the block's two words; the records follow in order.
-    void WriteHeader();
     /// Writes the next `count` records and passes on the samples among them.
     void Write(const char* records, unsigned long long count);
     /// Takes one record, to be written with others.
     void Collect(const char* record);
-    /// Writes what Collect has taken.
-    void WriteCollected();
+    /// Writes what Collect has taken, and the block's two words where no point came.
+    void Finish();
     /// Whether as many points came as the node counts.
     bool IsComplete() const { return written_ == node_.PointsOnDisk(); }
 
 private:
+    void WriteCollected();
+    /// Moves the stream to where the next records go, which the block's two words precede.
+    void GoOn();
+
     FileBufferStream& stream_;
     const VpcConstructNode& node_;
     PointBlock* parent_;
     SamplePattern* pattern_;
-    unsigned long long position_;
     unsigned long long written_ = 0;
     unsigned long long collected_ = 0;
     std::unique_ptr<char[]> collection_;

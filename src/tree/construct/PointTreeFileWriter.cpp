@@ -156,7 +156,6 @@ bool PointTreeFileWriter::WritePointBlocks() {
     for (const auto& level : tree_.Levels()) {
         for (VpcConstructNode* node : level) {
             PointBlock block(stream_, *node, nullptr, nullptr);
-            block.WriteHeader();
             if (!WriteOwnPoints(*node, block)) return false;
         }
     }
@@ -165,11 +164,10 @@ bool PointTreeFileWriter::WritePointBlocks() {
 
 bool PointTreeFileWriter::WriteSubtree(VpcConstructNode& node, PointBlock* parent) {
     PointBlock block(stream_, node, parent, &tree_.SamplePatternOfTree());
-    block.WriteHeader();
     if (node.Children().empty()) return WriteOwnPoints(node, block);
     for (const auto& child : node.Children())
         if (!WriteSubtree(*child, &block)) return false;
-    block.WriteCollected();
+    block.Finish();
     ReportNode(node);
     return block.IsComplete();
 }
@@ -179,6 +177,7 @@ bool PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& blo
         if (tree_.is16bitColor) keepHighBytes(records, count);
         block.Write(records, count);
     });
+    block.Finish();
     ReportNode(node);
     node.RemoveDiskFile();
     return whole && stream_.IsStreamGood();

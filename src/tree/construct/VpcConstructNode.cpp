@@ -177,7 +177,6 @@ void VpcConstructNode::ComputeNumberOfChildrenOct() {
 bool VpcConstructNode::CanSplit() const {
     const auto counts = countsOf(SplitGrid());
     for (unsigned axis = 0; axis < 3; ++axis) {
-        if (counts[axis] == 1) continue;
         const double cellSize = Extent(axis) / static_cast<double>(counts[axis]);
         double begin = minimum_[axis];
         for (unsigned long long cell = 1; cell <= counts[axis]; ++cell) {

@@ -140,7 +140,8 @@ public:
 private:
     unsigned long long BufferedPoints() const { return points_.Count() - pointsOnDisk_; }
     void LeafHasGrown();
-    /// False where a coordinate's precision cannot tell the cells of a split apart.
+    /// False where a coordinate's precision cannot tell the cells of a split apart, or where the
+    /// children would have no extent along an axis and so take no point.
     bool CanSplit() const;
     /// The grid that a split of this node would make.
     Triplet SplitGrid() const;

@@ -4,13 +4,13 @@
 
 #include <wx/string.h>
 
+#include "platform/OdGePoint3d.h"
 #include "platform/OdString.h"
 #include "tree/disk/PointTreeHeader.h"
 #include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/offsetHeaderMemberType.h"
 
 class FileBufferStream;
-class OdGePoint3d;
 
 /// Answers single questions about a point tree file without loading the tree.
 ///

@@ -27,8 +27,8 @@ TEST(SamplePatternTest, KeepsWhatAPlainDrawForEachNodeKeeps) {
     for (const double fraction : {0.25, 0.5}) {
         vpc::SamplePattern pattern(fraction);
         // Large first: a pattern that has grown serves smaller nodes as well.
-        for (const unsigned long long count : {10007ULL, 0ULL, 1ULL, 2ULL, 3ULL, 4ULL, 5ULL, 63ULL,
-                                               64ULL, 65ULL, 128ULL, 1000ULL}) {
+        for (const unsigned long long count :
+             {10007ULL, 0ULL, 1ULL, 2ULL, 3ULL, 4ULL, 5ULL, 63ULL, 64ULL, 65ULL, 128ULL, 1000ULL}) {
             const auto expected = keptPlainly(count, fraction);
             EXPECT_EQ(pattern.KeptOf(count), expected.size()) << count;
             std::vector<unsigned long long> kept;
@@ -55,8 +55,8 @@ TEST(PointGridTest, KeepsThePointNearestToEachCellsCentre) {
     EXPECT_EQ(grid.Count(1), 2U);
     EXPECT_EQ(grid.Count(2), 1U);
     std::vector<VpcPoint3D> points(6);
-    points[0].SetCoordinates(0.9, 0.5, 0.5);   // displaced by the next
-    points[1].SetCoordinates(0.4, 0.5, 0.5);   // as near as the one after it, and earlier
+    points[0].SetCoordinates(0.9, 0.5, 0.5);  // displaced by the next
+    points[1].SetCoordinates(0.4, 0.5, 0.5);  // as near as the one after it, and earlier
     points[2].SetCoordinates(0.6, 0.5, 0.5);
     points[3].SetCoordinates(4.0, 2.0, 1.0);   // on the far corner: the last cell
     points[4].SetCoordinates(-3.0, 1.5, 0.5);  // outside: the nearest cell below

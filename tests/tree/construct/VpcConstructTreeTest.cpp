@@ -76,11 +76,10 @@ TEST_F(ConstructTreeTest, RootGridFollowsTheAspectOfTheData) {
     const struct {
         double x, y, z;
         VpcTriplet<unsigned long long> ratios;
-    } cases[] = {{5, 5, 5, {2, 2, 2}},        {100, 10, 1, {100, 10, 1}},
-                 {1, 1, 2, {1, 1, 2}},        {3, 2, 1, {3, 2, 1}},
-                 {1, 1.5, 1, {2, 2, 2}},      {1, 1.50015, 1, {1, 2, 1}},
-                 {1.50005, 1, 1.2, {2, 2, 2}}, {1.50005, 1.2, 1, {2, 1, 1}},
-                 {4, 1, 2, {4, 1, 2}}};
+    } cases[] = {
+        {5, 5, 5, {2, 2, 2}},         {100, 10, 1, {100, 10, 1}},   {1, 1, 2, {1, 1, 2}},
+        {3, 2, 1, {3, 2, 1}},         {1, 1.5, 1, {2, 2, 2}},       {1, 1.50015, 1, {1, 2, 1}},
+        {1.50005, 1, 1.2, {2, 2, 2}}, {1.50005, 1.2, 1, {2, 1, 1}}, {4, 1, 2, {4, 1, 2}}};
     VpcConstructTree tree(WorkingFolder(), Tree_Octree, 10, 5, false);
     for (const auto& c : cases) {
         tree.InitializeDimensionRatios(c.x, c.y, c.z);
@@ -96,7 +95,8 @@ TEST_F(ConstructTreeTest, NodeFilesHoldWhatTheNodesHaveWritten) {
     VpcConstructTree tree(WorkingFolder(), Tree_Octree, 10, 5, false);
     tree.InitializeRootNode(cube);
     std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 10; ++i) points.push_back(pointAt(i % 2 == 0 ? 1.0 : 7.0, 1, 0.5 + i / 20.0));
+    for (int i = 0; i < 10; ++i)
+        points.push_back(pointAt(i % 2 == 0 ? 1.0 : 7.0, 1, 0.5 + i / 20.0));
 
     tree.AddPoints(points.data(), 4);
     EXPECT_EQ(NodeFiles(tree), NodeFileList{});
@@ -122,7 +122,7 @@ TEST_F(ConstructTreeTest, FinishingPushesLeavesDownAndSamplesUpwards) {
     tree.setSubsampleType(Subsample_Random, false);
     tree.InitializeRootNode(cube);
     // Two points in one corner stay a level above the four that split once more.
-    const std::vector<VpcPoint3D> points{pointAt(1, 1, 1), pointAt(7, 7, 7), pointAt(1, 1, 1.5),
+    const std::vector<VpcPoint3D> points{pointAt(1, 1, 1),   pointAt(7, 7, 7), pointAt(1, 1, 1.5),
                                          pointAt(7, 7, 7.5), pointAt(3, 1, 1), pointAt(1, 3, 1)};
     tree.AddPoints(points.data(), points.size());
     ASSERT_EQ(tree.Levels().size(), 3U);

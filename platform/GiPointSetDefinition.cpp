@@ -1,0 +1,3 @@
+#include "platform/GiPointSetDefinition.h"
+
+GiPointSetDefinition::~GiPointSetDefinition() = default;

@@ -1,0 +1,3 @@
+#include "platform/OdRxObject.h"
+
+OdRxObject::~OdRxObject() = default;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/OdPlatform.h"
+#include "platform/OdString.h"
+
+/// Stand-in for the host's system variables, as far as they are whole numbers.
+class OdSystemVariables {
+public:
+    /// The variable's value; 0 where there is none of that name.
+    OdInt32 getInt(const OdString& name) const;
+    void setInt(const OdString& name, OdInt32 value);
+
+private:
+    std::map<std::wstring, OdInt32> values_{{L"POINTCLOUDPOINTMAX", 5000000}};
+};
+
+/// The host's one set of variables.
+OdSystemVariables& odSystemVariables();

@@ -1,0 +1,3 @@
+#include "platform/PcDbPointCloudDefPE.h"
+
+PcDbPointCloudDefPE::~PcDbPointCloudDefPE() = default;
