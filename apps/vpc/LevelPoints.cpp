@@ -27,8 +27,7 @@ std::vector<VpcPoint3D> LevelPoints::Read(const wxString& file, const PointTreeH
         if (record.level < level || record.points == 0) continue;
         Interrupt::Check();
         if (record.points > header.fileSize / VpcPoint3D::recordSize) refuseDamaged(file);
-        const char* bytes =
-            blocks.Bytes(record.pointList, record.points * VpcPoint3D::recordSize);
+        const char* bytes = blocks.Bytes(record.pointList, record.points * VpcPoint3D::recordSize);
         if (bytes == nullptr) refuseDamaged(file);
         for (unsigned long long i = 0; i < record.points; ++i)
             points.emplace_back().FromRecord(bytes + i * VpcPoint3D::recordSize);

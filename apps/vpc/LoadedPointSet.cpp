@@ -11,6 +11,7 @@
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "platform/OdError.h"
+#include "platform/OdSystemVariables.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace vpc {
@@ -121,9 +122,9 @@ std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
     OdGePoint3d found;
     unsigned short red = 0, green = 0, blue = 0;
     const bool hit = Core().projectManager()->pickPointFast(
-        matrix, toPoint(camera.eye), toPoint(camera.target), toVector(camera.up),
-        camera.fieldWidth, camera.fieldHeight, camera.viewport.width, camera.viewport.height,
-        camera.perspective, at, pixels, found, red, green, blue);
+        matrix, toPoint(camera.eye), toPoint(camera.target), toVector(camera.up), camera.fieldWidth,
+        camera.fieldHeight, camera.viewport.width, camera.viewport.height, camera.perspective, at,
+        pixels, found, red, green, blue);
     if (!hit) return std::nullopt;
     return found;
 }

@@ -35,7 +35,8 @@ OdGeMatrix3d MatrixOption::Parse(const std::vector<std::string>& texts) {
     OdGeMatrix3d matrix;
     std::vector<double> values;
     for (const std::string& text : texts)
-        values.push_back(NumberList::Require(text, 1, "--matrix", "16 numbers, row by row").front());
+        values.push_back(
+            NumberList::Require(text, 1, "--matrix", "16 numbers, row by row").front());
     for (int i = 0; i < static_cast<int>(values.size()); ++i)
         matrix[i / 4][i % 4] = values[static_cast<std::size_t>(i)];
     if (!isRigid(matrix))

@@ -46,7 +46,8 @@ std::vector<double> NumberList::Require(const std::string& text, std::size_t cou
     const auto numbers = Parse(text);
     if (!numbers || numbers->size() != count)
         throw CommandUsageError(option + " takes " + form +
-                                ", finite numbers with a decimal point; '" + text + "' is not that");
+                                ", finite numbers with a decimal point; '" + text +
+                                "' is not that");
     return *numbers;
 }
 

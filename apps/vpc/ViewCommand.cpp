@@ -76,9 +76,7 @@ void ViewCommand::DeclareSelection() {
         ->check(CLI::IsMember(ViewNames::Stylizations(), CLI::ignore_case))
         ->capture_default_str()
         ->type_name("WHAT");
-    options
-        .add_option("--scheme", options_.scheme,
-                    "Colour ramp for elevation and intensity")
+    options.add_option("--scheme", options_.scheme, "Colour ramp for elevation and intensity")
         ->check(CLI::IsMember(ViewNames::Schemes(), CLI::ignore_case))
         ->capture_default_str()
         ->type_name("NAME");
@@ -194,9 +192,8 @@ void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& c
     const std::vector<char> png = image.Png();
     file.Write(png.data(), png.size());
     file.Commit();
-    TellWritten(options_.image,
-                std::to_string(size_.width) + " x " + std::to_string(size_.height) + " pixels of " +
-                    std::to_string(points) + " points");
+    TellWritten(options_.image, std::to_string(size_.width) + " x " + std::to_string(size_.height) +
+                                    " pixels of " + std::to_string(points) + " points");
 }
 
 void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {

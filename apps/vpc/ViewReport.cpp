@@ -28,9 +28,8 @@ std::string line(const std::string& name, const std::string& value) {
 std::string ViewReport::ToJson() const {
     Json list = Json::array();
     for (std::size_t level = 0; level < levels.size(); ++level)
-        list.push_back({{"level", level},
-                        {"nodes", levels[level].first},
-                        {"points", levels[level].second}});
+        list.push_back(
+            {{"level", level}, {"nodes", levels[level].first}, {"points", levels[level].second}});
     const Json json = {{"visiblePoints", visiblePoints},
                        {"visibleNodes", visibleNodes},
                        {"selectedLevel", selectedLevel},
@@ -45,9 +44,8 @@ std::string ViewReport::ToJson() const {
 std::string ViewReport::ToText() const {
     return line("visible", std::to_string(visiblePoints) + " points of " +
                                std::to_string(visibleNodes) + " nodes") +
-           line("level",
-                std::to_string(selectedLevel) + " of " + std::to_string(levels.size()) +
-                    " (0 is the coarsest)") +
+           line("level", std::to_string(selectedLevel) + " of " + std::to_string(levels.size()) +
+                             " (0 is the coarsest)") +
            line("in all", std::to_string(totalPoints) + " points") +
            line("capacity", std::to_string(capacity) + " points") +
            line("bounds min", text(minimum)) + line("bounds max", text(maximum)) +

@@ -81,7 +81,8 @@ private:
     }
 
     CLI::App app_{
-        "Turns laser scans (LAS, PTS, PTX) into point tree files (vpt), checks and shows them", "vpc"};
+        "Turns laser scans (LAS, PTS, PTX) into point tree files (vpt), checks and shows them",
+        "vpc"};
     vpc::PrepareCommand prepare_{app_};
     vpc::InfoCommand info_{app_};
     vpc::VerifyCommand verify_{app_};

@@ -133,8 +133,7 @@ TEST_F(ExportCommandTest, RefusesWhatCannotBe) {
              {{"o.pts", "--coloured-by", "smell"}, 2, "elevation"},
              {{"none/o.pts"}, 1, "'none/o.pts' cannot be written"},
              {{"."}, 2, ""}}) {
-        const ProgramResult result =
-            exportTo(options[0], {options.begin() + 1, options.end()});
+        const ProgramResult result = exportTo(options[0], {options.begin() + 1, options.end()});
         EXPECT_EQ(result.status, status) << options[0];
         EXPECT_THAT(result.err, HasSubstr(text));
     }

@@ -17,9 +17,25 @@ public:
     /// The plane through three points; its normal points to where they are seen counter-clockwise.
     /// Points on one line span no plane: everything is NaN, so that no point lies on either side.
     VpcPlaneDef(const VpcPoint3D& p1, const VpcPoint3D& p2, const VpcPoint3D& p3);
+    /// The plane through a point with this normal, which need not be of length 1. A zero normal
+    /// spans no plane either.
+    VpcPlaneDef(const VpcPoint3D& point, const VpcVector3D& direction);
 
     /// Whether the point lies strictly on the side away from the normal.
     bool IsBehind(double x, double y, double z) const {
         return coefficients[0] * x + coefficients[1] * y + coefficients[2] * z < -coefficients[3];
     }
+    /// How far the point lies from the plane, negative on the side away from the normal.
+    double SignedDistance(double x, double y, double z) const {
+        return coefficients[0] * x + coefficients[1] * y + coefficients[2] * z + coefficients[3];
+    }
+    /// The foot of the origin's perpendicular.
+    VpcPoint3D ClosestPointToOrigin() const;
+    /// Whether every coefficient differs by less than `tolerance`, so that a plane and the same
+    /// plane seen from its other side are two.
+    bool IsSame(const VpcPlaneDef& other, double tolerance) const;
+
+private:
+    /// Sets everything from the unit normal and a point.
+    void Set(const VpcVector3D& unitNormal, const VpcPoint3D& point);
 };

@@ -1,0 +1,119 @@
+#include "tree/disk/VpcDiskNode.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "platform/OdCmEntityColor.h"
+#include "platform/OdGePoint3d.h"
+#include "tree/disk/VpcDiskTree.h"
+
+namespace {
+
+double pointDensity(const VpcBoundingBoxAxisAligned& box, unsigned long long points) {
+    const double squaredDiagonal =
+        box.sideX * box.sideX + box.sideY * box.sideY + box.sideZ * box.sideZ;
+    return static_cast<double>(points) / squaredDiagonal;
+}
+
+template <class T>
+T valueAt(const char* place) {
+    T value;
+    std::memcpy(&value, place, sizeof value);
+    return value;
+}
+
+/// The three arrays from the first free slot on.
+struct Slots {
+    OdGePoint3d* coords;
+    OdCmEntityColor* colors;
+    double* sizes;
+};
+
+/// The low byte of every channel below the colour method that the slot has already.
+std::uint32_t packedColour(const char* record, std::uint32_t slot) {
+    const auto channel = [record](unsigned offset) {
+        return static_cast<std::uint32_t>(valueAt<std::uint16_t>(record + offset) & 0xFF);
+    };
+    return (slot & 0xFF000000U) | channel(VpcPoint3D::recordOffsetRed) << 16 |
+           channel(VpcPoint3D::recordOffsetGreen) << 8 | channel(VpcPoint3D::recordOffsetBlue);
+}
+
+/// Takes from every record what is drawn, without building the whole point. `passes` is asked for
+/// every point. Returns how many slots were filled, `room` at most.
+template <class Filter>
+unsigned long long decode(std::span<const char> records, const Slots& slots,
+                          unsigned long long room, const Filter& passes) {
+    unsigned long long kept = 0;
+    const char* const end = records.data() + records.size();
+    for (const char* record = records.data(); record != end && kept < room;
+         record += VpcPoint3D::recordSize) {
+        const auto x = valueAt<double>(record + VpcPoint3D::recordOffsetX);
+        const auto y = valueAt<double>(record + VpcPoint3D::recordOffsetY);
+        const auto z = valueAt<double>(record + VpcPoint3D::recordOffsetZ);
+        if (!passes(x, y, z)) continue;
+        OdGePoint3d& point = slots.coords[kept];
+        point.x = x;
+        point.y = y;
+        point.z = z;
+        OdCmEntityColor& colour = slots.colors[kept];
+        colour.setColor(packedColour(record, colour.color()));
+        const auto distance = valueAt<double>(record + VpcPoint3D::recordOffsetScannerDistance);
+        slots.sizes[kept] = distance >= 1.0 ? distance : 1.0;
+        ++kept;
+    }
+    return kept;
+}
+
+}  // namespace
+
+VpcDiskNode::VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const Triplet& index,
+                         const Triplet& grid, const VpcBoundingBoxAxisAligned& nodeBox,
+                         unsigned long long record, unsigned long long block,
+                         unsigned long long pointsPosition, unsigned long long pointCount)
+    : box(nodeBox),
+      density(pointDensity(nodeBox, pointCount)),
+      recordPosition(record),
+      pointBlock(block),
+      pointsOffset(pointsPosition),
+      tree(ownerTree),
+      parent(parentNode),
+      hNodeIndex(parentNode == nullptr ? nullptr : &parentNode->hNodeIndex, index),
+      hNrNodes(parentNode == nullptr ? nullptr : &parentNode->hNrNodes, grid),
+      nrPoints(pointCount) {
+    tree->AddToLevel(*this);
+}
+
+std::span<const double> VpcDiskNode::SplitCoordinates(int axis) const {
+    const std::span<const double> all(splitCoordinates);
+    if (axis == 0) return all.subspan(0, childGrid.x);
+    if (axis == 1) return all.subspan(childGrid.x, childGrid.y);
+    return all.subspan(childGrid.x + childGrid.y, childGrid.z);
+}
+
+VpcDiskNode* VpcDiskNode::GetNodeFromIndex(const VpcNodeIndex& path) {
+    unsigned long long level = hNodeIndex.size();
+    if (path.size() < level) return nullptr;
+    VpcDiskNode* node = this;
+    for (; level < path.size() && node != nullptr; ++level) {
+        const Triplet& step = path[level];
+        node = node->GetChildNodeFromTriplet(step.first, step.second, step.third);
+    }
+    return node;
+}
+
+unsigned long long VpcDiskNode::AddPointsFromDisk(unsigned long long firstSlot, OdGePoint3d* coords,
+                                                  OdCmEntityColor* colors, double* sizes,
+                                                  unsigned long long maxCount,
+                                                  unsigned long long capacity) {
+    if (nrPoints == 0 || firstSlot >= capacity) return 0;
+    const unsigned long long room = std::min(maxCount, capacity - firstSlot);
+    if (room == 0) return 0;
+    const std::span<const char> records = tree->ReadPointRecords(pointsOffset, nrPoints);
+    const Slots slots{coords + firstSlot, colors + firstSlot, sizes + firstSlot};
+    if (!tree->FiltersPoints())
+        return decode(records, slots, room, [](double, double, double) { return true; });
+    return decode(records, slots, room, [this](double x, double y, double z) {
+        return tree->verifyPointWrtSections(x, y, z) && tree->verifyPointWrtClippings(x, y, z);
+    });
+}

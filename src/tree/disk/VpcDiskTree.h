@@ -1,0 +1,103 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "core/geometry/VpcNodeIndex.h"
+#include "tree/disk/PointTreeHeader.h"
+#include "tree/disk/VpcTree.h"
+
+class FileBufferStream;
+class VpcDiskNode;
+class VpcPoint3D;
+
+namespace vpc {
+struct NodeRecord;
+}
+
+/// A point tree file whose hierarchy is in memory; its points are read node by node from the file,
+/// which stays open. One thread at a time.
+class VpcDiskTree : public VpcTree {
+public:
+    using NodeList = std::vector<VpcDiskNode*>;
+
+    VpcDiskTree();
+    ~VpcDiskTree() override;
+
+    /// The version of the loaded file. Loading does not judge it.
+    unsigned long long vptVersion = 0;
+
+    /// The version of a point tree file; 0 where it cannot be read.
+    static unsigned long long ReadFileVersion(const wxString& fileName);
+
+    /// Loads the hierarchy. False, and no change, when levels are loaded already; false, a line in
+    /// the log and an empty tree, when the file cannot be read or does not hold together: sizes
+    /// and positions that lead out of it, point records of another size, nodes without a parent
+    /// or in another place than their path tells. A file without levels gives a tree without root.
+    bool CreateFromFile(const wxString& fileName);
+
+    /// Sets the root's children per axis so that they are about cubes.
+    void InitializeDimensionRatios(double dx, double dy, double dz);
+    /// Makes the root, with a box that is a little larger than the corners tell.
+    /// \param record, block positions in the file, of the root's record and of its point block
+    void InitiateRootNode(const VpcPoint3D& min, const VpcPoint3D& max, unsigned long long record,
+                          unsigned long long block, unsigned long long pointsOffset,
+                          unsigned long long nrPoints);
+
+    /// (nodes, points) of every level, the root's first.
+    std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
+    /// The points of the deepest level, which holds each point once.
+    unsigned long long totalNrPoints() const;
+    /// The point spacing of `level`, which must be one of the tree's; 0 where it has no nodes.
+    double GetLevelMinDistance(unsigned long long level) const;
+    /// Writes what the hierarchy holds as text, with every node when `detailed`. False when the
+    /// file cannot be opened or written.
+    bool WriteSummary(const wxString& fileName, bool detailed) const;
+
+    const wxString& GetFileName() const { return fileName_; }
+    const vpc::PointTreeHeader& GetHeader() const { return header_; }
+    unsigned long long GetNrLevels() const { return header_.levels; }
+    /// The nodes of every level, in the file's order, which the tree owns.
+    const std::vector<NodeList>& GetLevels() const { return levels_; }
+    /// Null in an empty tree.
+    VpcDiskNode* GetRootNode() const { return rootNode_; }
+    /// Children per axis of the root's grid.
+    const VpcTriplet<unsigned long long>& GetDimensionRatios() const { return dimensionRatios_; }
+
+    /// Reads point records with one seek and one read: those that the file really has, whole ones
+    /// only. They are valid until the next call.
+    std::span<const char> ReadPointRecords(unsigned long long position, unsigned long long count);
+
+private:
+    friend class VpcDiskNode;
+
+    /// What a node does when it is built. The node belongs to the tree from then on.
+    void AddToLevel(VpcDiskNode& node);
+
+    // These return what is wrong with the file, in words that may follow its name.
+
+    wxString Load();
+    wxString LoadHeader();
+    wxString LoadNodes();
+    wxString LoadNode(const vpc::NodeRecord& record);
+
+    bool HasRoomForPoints(const vpc::NodeRecord& record) const;
+    VpcDiskNode* FindParent(const vpc::NodeRecord& record);
+    VpcDiskNode& AddChild(VpcDiskNode& parent, const VpcTriplet<unsigned long long>& cell,
+                          const vpc::NodeRecord& record);
+    void Clear();
+
+    vpc::PointTreeHeader header_;
+    VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
+    VpcDiskNode* rootNode_ = nullptr;
+    wxString fileName_;
+    std::vector<NodeList> levels_;
+    /// For FindParent, which is called for every node.
+    VpcNodeIndex parentPath_;
+    /// Its buffer holds the points of one node.
+    std::unique_ptr<FileBufferStream> stream_;
+};
