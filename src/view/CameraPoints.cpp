@@ -1,0 +1,4 @@
+#include "view/CameraPoints.h"
+
+VpcPoint3D camPointVpc;
+OdGePoint3d camPointOda;

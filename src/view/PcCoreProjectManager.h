@@ -1,0 +1,188 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <wx/string.h>
+
+#include "core/geometry/VpcFrustumDef.h"
+#include "core/geometry/VpcPlaneDef.h"
+#include "platform/GiPcClipConfig.h"
+#include "platform/GiPcColorScheme.h"
+#include "platform/GiPcDrawDensity.h"
+#include "platform/GiPcStylizationType.h"
+#include "platform/OdArray.h"
+#include "platform/OdGeMatrix3d.h"
+#include "platform/OdGePoint3d.h"
+#include "platform/OdGeVector3d.h"
+#include "platform/OdString.h"
+#include "view/CameraView.h"
+#include "view/PcCoreVisibleNodeManager.h"
+
+class VpcDiskNode;
+class VpcDiskTree;
+
+/// One loaded point tree and everything that depends on the view: chooses for a camera the nodes
+/// to show within the point budget, and has their points read into the buffers.
+///
+/// The budget is the buffers' capacity. Before a tree is loaded, and with a tree without nodes,
+/// every view is empty. One thread at a time.
+class PcCoreProjectManager {
+public:
+    using Section = std::pair<OdString, VpcPlaneDef>;
+    using NodeList = std::vector<VpcDiskNode*>;
+
+    /// Allocates the buffers; throws std::bad_alloc.
+    PcCoreProjectManager();
+    ~PcCoreProjectManager();
+    PcCoreProjectManager(const PcCoreProjectManager&) = delete;
+    PcCoreProjectManager& operator=(const PcCoreProjectManager&) = delete;
+
+    // --- Settings; each update reads them anew -------------------------------------------------
+
+    GiPcColorScheme colorScheme = static_cast<GiPcColorScheme>(0);
+    GiPcStylizationType stylizationType = static_cast<GiPcStylizationType>(3);
+    /// 0 lowers the budget of the flat selection to a fifth.
+    GiPcDrawDensity drawDensity = static_cast<GiPcDrawDensity>(1);
+    /// Whether updates write the files of exportView; every update and pick sets it to false.
+    bool drawGeometry = false;
+    /// Whether updates show one level throughout; every update sets it to true.
+    bool useFlatView = false;
+    /// Whether updates cut at the sections.
+    bool sectionsEnabled = false;
+
+    // --- Results -------------------------------------------------------------------------------
+
+    /// From the camera of the last view or pick to the centre of the root's box; 0 without root.
+    double cameraDistance = 0.0;
+    /// Size of a pixel of the last view in world units.
+    double pixelSize = 0.0001;
+    /// The level that the last flat selection chose; 1 after loading.
+    unsigned long long selectedLevel = 1;
+    /// Points of the loaded tree's deepest level: all of the scans' points.
+    unsigned long long totalNrPoints = 0;
+
+    /// The value that the host gave to preprocessing.
+    std::uint32_t pointModelUnit() const { return pointModelUnit_; }
+    /// Null before a load succeeds.
+    VpcDiskTree* tree() const { return tree_.get(); }
+    /// The folder of the loaded file, with a separator at its end.
+    const wxString& workingFolder() const { return workingFolder_; }
+    /// The root's box, a little enlarged; 1e80 and -1e80 where there is none.
+    const OdGePoint3d& dataMin() const { return dataMin_; }
+    const OdGePoint3d& dataMax() const { return dataMax_; }
+    const vpc::CameraView& lastView() const { return lastView_; }
+    const VpcFrustumDef& viewFrustum() const { return viewFrustum_; }
+    const VpcFrustumDef& pickFrustum() const { return pickFrustum_; }
+    const std::vector<Section>& sections() const { return sections_; }
+    PcCoreVisibleNodeManager& visibleNodeManager() { return visibleNodeManager_; }
+    const PcCoreVisibleNodeManager& visibleNodeManager() const { return visibleNodeManager_; }
+
+    // --- Loading -------------------------------------------------------------------------------
+
+    /// Loads the hierarchy of a point tree file of version 9. False, and nothing changed, when it
+    /// is missing, of another version or damaged.
+    bool loadProjectFromFile(const wxString& fileName);
+    /// The root's box of a file, without loading the file. False, and nothing assigned, where
+    /// there is none.
+    static bool readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max);
+
+    // --- Views ---------------------------------------------------------------------------------
+
+    // The host's nine arguments. `matrix` takes the tree's points into the world that the other
+    // arguments are in; `viewVector` is the camera's up vector.
+
+    /// Whether the view differs noticeably from that of the last update. A value that was exactly
+    /// 0 there counts as changed; matrix and viewport do not count.
+    bool hasViewGeometryChanged(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                                const OdGePoint3d& target, const OdGeVector3d& viewVector,
+                                double fieldWidth, double fieldHeight, int viewportWidth,
+                                int viewportHeight, bool perspective) const;
+    /// Fills the buffers for a view and colours them. A view without extent or direction selects
+    /// nothing.
+    /// \return how many points are in the buffers now
+    unsigned long long updateVisiblePoints(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                                           const OdGePoint3d& target,
+                                           const OdGeVector3d& viewVector, double fieldWidth,
+                                           double fieldHeight, int viewportWidth,
+                                           int viewportHeight, bool perspective);
+
+    // Selections: they add the points of what they select to the buffers.
+
+    /// The nodes in the frustum of the deepest level whose points there stay below the budget.
+    NodeList flatNodeSelection(const VpcFrustumDef& frustum);
+    /// Starts with the root and replaces nodes by their visible children, the sparsest first, as
+    /// long as the budget allows.
+    NodeList dynamicNodeSelection(const VpcFrustumDef& frustum);
+
+    /// Points of the level's nodes whose boxes meet the frustum; 0 for a level that is not there.
+    unsigned long long getNrPointsInFrustumLOD(const VpcFrustumDef& frustum,
+                                               unsigned long long level) const;
+    /// Sets `out` to the children that the frustum meets and that hold points or children.
+    /// \return the points of `parent` and those of all its children
+    std::pair<unsigned long long, unsigned long long> checkReplaceParentByVisibleChildren(
+        const VpcFrustumDef& frustum, const VpcDiskNode* parent, NodeList& out) const;
+    unsigned long long getNrPointsInSelectedNodes(const NodeList& nodes) const;
+
+    /// Writes the files of PcCoreVisibleNodeManager's view export for the last view.
+    void exportView(const wxString& folder) const;
+    /// The same for the pick export and the last pick.
+    void exportPick(const wxString& folder) const;
+
+    // --- Sections and clippings; the next update applies them ----------------------------------
+
+    /// Adds a section that keeps what lies on the normal's side, and enables all sections. Always
+    /// true; the flag is not used.
+    bool addSection(const OdString& name, const OdGePoint3d& point, const OdGeVector3d& normal,
+                    bool flag);
+    /// Whether the sections are these, in this order. The point of each pair holds the plane's
+    /// normal and the vector holds its point: that is how hosts call it.
+    bool hasSameSections(const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& planes) const;
+    /// Always true.
+    bool toggleEnableDisableSections();
+    /// Always true; the flag is not used.
+    bool deleteSections(bool flag);
+
+    const std::vector<GiPcClipConfig>& clippings() const { return clippings_; }
+    void addClipping(const GiPcClipConfig& clipping);
+    /// Does nothing where there is none.
+    void removeLastClipping();
+    void clearClippings();
+
+    // --- Picking -------------------------------------------------------------------------------
+
+    /// Finds a point of the buffers within a box of `pickBoxPixels` around `pickPoint`, as the
+    /// given view shows it. `result` is assigned only when there is one; the colours never are.
+    bool pickPointFast(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                       const OdGePoint3d& target, const OdGeVector3d& viewVector, double fieldWidth,
+                       double fieldHeight, int viewportWidth, int viewportHeight, bool perspective,
+                       OdGePoint3d pickPoint, int pickBoxPixels, OdGePoint3d& result,
+                       unsigned short& red, unsigned short& green, unsigned short& blue);
+    /// Appends the point that a pick of 5 pixels in the last view finds, if any. The second point
+    /// and matrix are not used.
+    void getOsnapPoints(const OdGePoint3d& pickPoint, const OdGePoint3d& second,
+                        const OdGeMatrix3d& matrix, const OdGeMatrix3d& secondMatrix,
+                        OdArray<OdGePoint3d>& snapPoints);
+
+private:
+    void SetDataBounds();
+    double DistanceToRootCentre(const OdGePoint3d& camera) const;
+    void ApplySectionsAndClippings(const OdGeMatrix3d& inverseMatrix);
+    bool Pick(const OdGeMatrix3d& matrix, const vpc::CameraView& view, const OdGePoint3d& pickPoint,
+              int pickBoxPixels, OdGePoint3d& result);
+
+    std::uint32_t pointModelUnit_ = 0;
+    std::unique_ptr<VpcDiskTree> tree_;
+    wxString workingFolder_;
+    vpc::CameraView lastView_;
+    VpcFrustumDef viewFrustum_;
+    VpcFrustumDef pickFrustum_;
+    OdGePoint3d lastPickPoint_;
+    PcCoreVisibleNodeManager visibleNodeManager_;
+    OdGePoint3d dataMin_{1e80, 1e80, 1e80};
+    OdGePoint3d dataMax_{-1e80, -1e80, -1e80};
+    std::vector<Section> sections_;
+    std::vector<GiPcClipConfig> clippings_;
+};

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <vector>
+
+#include <wx/string.h>
+
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/geometry/VpcFrustumDef.h"
+#include "core/geometry/VpcPoint3D.h"
+#include "platform/GiPcColorScheme.h"
+#include "platform/GiPcStylizationType.h"
+#include "platform/OdGeExtents3d.h"
+#include "platform/OdGeMatrix3d.h"
+#include "platform/OdGePoint3d.h"
+#include "platform/OdGeVector3d.h"
+#include "view/PointBuffers.h"
+#include "view/VisiblePointsNode.h"
+
+class VpcDiskNode;
+
+/// The point buffers that the host draws from, and the nodes whose points are in them. Finds the
+/// point under a pick among them, and writes files that show them.
+///
+/// Nodes are not owned: whoever frees a tree empties the buffers first.
+class PcCoreVisibleNodeManager {
+public:
+    static constexpr unsigned long long defaultCapacity = 5'000'000;
+
+    /// Throws std::bad_alloc when there is no memory for `slots` slots.
+    explicit PcCoreVisibleNodeManager(unsigned long long slots = defaultCapacity);
+
+    unsigned long long nrPointsInBuffer = 0;
+    /// Slots of every buffer: the point budget. After a failed resize, what was asked for.
+    unsigned long long capacity = 0;
+    /// First free slot; equals nrPointsInBuffer.
+    unsigned long long nextSlot = 0;
+
+    // Pointers are good until the buffers are resized.
+
+    OdGePoint3d* coordinates() const { return buffers_.coordinates(); }
+    OdCmEntityColor* colours() const { return buffers_.colours(); }
+    double* sizes() const { return buffers_.sizes(); }
+    /// Luminance of the scan colours, where the buffer was last coloured by intensity.
+    double* intensities() const { return buffers_.intensities(); }
+    /// In the order in which they were added.
+    const std::vector<VisiblePointsNode>& visibleNodes() const { return visibleNodes_; }
+    /// The visible nodes that the last pick met, nearest first.
+    const std::vector<VisiblePointsNode>& pickNodes() const { return pickNodes_; }
+
+    /// Forgets all nodes and points; the buffers stay.
+    void clear();
+    /// Reads the node's points into the next free slots, which must be as many. A node of which
+    /// sections and clippings leave nothing is not recorded.
+    /// \return how many points were added
+    unsigned long long addNode(VpcDiskNode* node);
+    /// Replaces the buffers by empty ones of another size; 51 slots at least, otherwise nothing
+    /// changes. False when there is no memory: the old buffers remain, but `capacity` is the new
+    /// one.
+    bool resizePointBuffer(unsigned long long newCapacity);
+    /// Moves the points by `matrix`, in place, and colours them by what `type` says. Elevations
+    /// are taken after the move; an intensity is the luminance of the colour that the slot had.
+    void updateColormapForPointsInBuffer(const OdGeMatrix3d& matrix, GiPcColorScheme scheme,
+                                         GiPcStylizationType type);
+
+    /// Collects the visible nodes that `pickFrustum` meets, and makes `camera` the point that the
+    /// orders below measure from.
+    void updateNodesInPickFrustum(const VpcFrustumDef& pickFrustum, const VpcPoint3D& camera);
+    /// The first point in the pick frustum: by nodes from the nearest on, in a node by slots.
+    /// `matrix` takes the buffer's points into the frustum's frame; `result` is as in the buffer,
+    /// and assigned only when there is one. The last point of every node is never picked.
+    bool getPickPoint(const VpcFrustumDef& pickFrustum, OdGePoint3d& result,
+                      const OdGeMatrix3d& matrix) const;
+
+    /// Orders nodes by the distance of their boxes' centres from camPointVpc.
+    static bool sortVisibleNodesToCameraDistance(const VisiblePointsNode& a,
+                                                 const VisiblePointsNode& b);
+    /// Orders points by their distance from camPointOda.
+    static bool sortPointsInNodeToCameraDistance(const OdGePoint3d& a, const OdGePoint3d& b);
+
+    /// The boxes of the nodes, in the list's order.
+    static std::vector<VpcBoundingBoxAxisAligned> getNodeBoundingBoxes(
+        const std::vector<VisiblePointsNode>& nodes);
+
+    // Files for inspecting a view. A file that cannot be written is left out silently.
+
+    /// Writes CameraParameters.txt, DataBoundaries.ply, CameraViewFrustum.ply and
+    /// InViewFrustum.ply (the boxes of the visible nodes) into `folder`.
+    void exportVisibleNodesAsPly(const wxString& folder, bool flatView, const OdGePoint3d& camera,
+                                 const OdGePoint3d& target, const OdGeVector3d& upVector,
+                                 const OdGeExtents3d& dataBounds, double worldWidth,
+                                 double worldHeight, double pixelSize,
+                                 const VpcFrustumDef& viewFrustum) const;
+    /// Writes PickPointParameters.txt, PickPointFrustum.ply and InPickFrustum.ply (the boxes of
+    /// the pick nodes) into `folder`.
+    void exportPickNodesAsPly(const wxString& folder, const OdGePoint3d& camera,
+                              const OdGePoint3d& target, const OdGeVector3d& upVector,
+                              const OdGePoint3d& pickPoint, const OdGeExtents3d& dataBounds,
+                              double worldWidth, double worldHeight,
+                              const VpcFrustumDef& pickFrustum) const;
+
+private:
+    bool FindInNode(const VisiblePointsNode& visible, const VpcFrustumDef& pickFrustum,
+                    const OdGeMatrix3d& matrix, OdGePoint3d& result) const;
+
+    std::vector<VisiblePointsNode> visibleNodes_;
+    vpc::PointBuffers buffers_;
+    std::vector<VisiblePointsNode> pickNodes_;
+};
