@@ -69,8 +69,8 @@ GiPcClipConfig ClipRegion::ToConfig(const OdGeMatrix3d& matrix) const {
     const OdGePoint3d origin = place({0, 0, 0});
     GiPcClipConfig config;
     config.type = circle_ ? 0 : 1;
-    config.secondFlag = keepInside_;
-    config.thirdFlag = false;
+    config.flag2 = keepInside_;
+    config.flag3 = false;
     config.plane = OdGePlane(origin, place({0, 0, 1}) - origin);
     for (const VpcVector3D& vertex : vertices_)
         config.vertices.append(place(vertex).convert2d(config.plane));

@@ -80,7 +80,8 @@ TEST_F(ExportCommandTest, WritesEveryPointOfTheScanInEveryFormat) {
         const ProgramResult result = exportTo(name);
         EXPECT_EQ(result.status, 0) << result.err;
         EXPECT_EQ(result.out, std::string(name) + ": 3000 points\n");
-        if (std::string(name) != "o.ply") EXPECT_EQ(sorted(readScan(name)), expected) << name;
+        if (std::string(name) == "o.ply") continue;
+        EXPECT_EQ(sorted(readScan(name)), expected) << name;
     }
     EXPECT_EQ(sorted(readPly("o.ply")), expected);
 }
