@@ -84,18 +84,18 @@ void ViewCommand::DeclareSelection() {
         .add_option("--section", options_.sections,
                     "Keep what is on the side of a plane, given by a point of it, that its normal "
                     "points to; may be repeated")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->type_name("PX,PY,PZ,NX,NY,NZ");
     options
         .add_option("--clip-circle", options_.clipCircles,
                     "Keep what is within a circle in the world's XY plane, or with outside: in "
                     "front, what is not; may be repeated")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->type_name("[outside:]CX,CY,R");
     options
         .add_option("--clip-polygon", options_.clipPolygons,
                     "The same for a polygon; may be repeated")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->type_name("[outside:]X,Y;X,Y;...");
     options
         .add_option("--matrix", options_.matrix,

@@ -80,7 +80,8 @@ public:
     template <class Keep>
     std::vector<ShownPoint> stored(std::size_t level, const Keep& keep) const {
         std::vector<ShownPoint> points;
-        for (const TreeNode& node : tree().levels.at(level))
+        const TreeFile file = tree();
+        for (const TreeNode& node : file.levels.at(level))
             for (const PointRecord& p : node.points)
                 if (keep(p))
                     points.push_back({{p.x, p.y, p.z},
