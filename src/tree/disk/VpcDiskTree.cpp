@@ -104,7 +104,7 @@ wxString VpcDiskTree::LoadNodes() {
         mostPoints = std::max(mostPoints, record.points);
     }
     if (reader.Failed())
-        return wxString::Format("ends within the record of node %llu in level %llu", reader.Index(),
+        return wxString::Format("ends within the record of node %llu of level %llu", reader.Index(),
                                 reader.Level());
     levels_.resize(header_.levels);
     // Once for all nodes; no more than they need, whatever the header claims.
