@@ -22,7 +22,7 @@ public:
     virtual ~GiPointSetDefinition();
 
     /// The unit of the points' coordinates, as the host numbered it when the file was prepared.
-    virtual OdInt32 getPointModelUnit() const = 0;
+    virtual OdUInt32 getPointModelUnit() const = 0;
 
     /// Whether a view differs from the one of the last updateVisiblePoints.
     ///

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "platform/GiPcDrawDensity.h"
 #include "platform/GiPcStylizationType.h"
 #include "platform/OdArray.h"
+#include "platform/OdGeExtents3d.h"
 #include "platform/OdGeMatrix3d.h"
 #include "platform/OdGePoint3d.h"
 #include "platform/OdGeVector3d.h"
@@ -42,10 +44,10 @@ public:
 
     // --- Settings; each update reads them anew -------------------------------------------------
 
-    GiPcColorScheme colorScheme = static_cast<GiPcColorScheme>(0);
-    GiPcStylizationType stylizationType = static_cast<GiPcStylizationType>(3);
-    /// 0 lowers the budget of the flat selection to a fifth.
-    GiPcDrawDensity drawDensity = static_cast<GiPcDrawDensity>(1);
+    GiPcColorScheme colorScheme = GiPc_ColorScheme_ScanColors;
+    GiPcStylizationType stylizationType = GiPc_Stylization_NONE;
+    /// Low density lowers the budget of the flat selection to a fifth.
+    GiPcDrawDensity drawDensity = GiPc_DrawDensity_Full;
     /// Whether updates write the files of exportView; every update and pick sets it to false.
     bool drawGeometry = false;
     /// Whether updates show one level throughout; every update sets it to true.
@@ -168,8 +170,20 @@ public:
 
 private:
     void SetDataBounds();
+    OdGeExtents3d DataBounds() const;
     double DistanceToRootCentre(const OdGePoint3d& camera) const;
-    void ApplySectionsAndClippings(const OdGeMatrix3d& inverseMatrix);
+    /// Null where there is none.
+    VpcDiskNode* Root() const;
+    unsigned long long NrLevels() const;
+    /// Empty where there is none.
+    std::span<VpcDiskNode* const> Level(unsigned long long level) const;
+    /// Empties the buffers and fills them for the last view. `toTree` leads from the world into the
+    /// tree's frame.
+    void FillBuffers(const VpcTransform3D& toTree);
+    /// Replaces the first node, in the list's order, whose children the budget allows; `total` are
+    /// the points of all nodes. False when there is none.
+    bool RefineSparsestNode(const VpcFrustumDef& frustum, unsigned long long total,
+                            NodeList& selected) const;
     bool Pick(const OdGeMatrix3d& matrix, const vpc::CameraView& view, const OdGePoint3d& pickPoint,
               int pickBoxPixels, OdGePoint3d& result);
 
@@ -179,6 +193,7 @@ private:
     vpc::CameraView lastView_;
     VpcFrustumDef viewFrustum_;
     VpcFrustumDef pickFrustum_;
+    vpc::CameraView lastPickView_;
     OdGePoint3d lastPickPoint_;
     PcCoreVisibleNodeManager visibleNodeManager_;
     OdGePoint3d dataMin_{1e80, 1e80, 1e80};

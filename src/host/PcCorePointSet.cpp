@@ -1,0 +1,235 @@
+#include "host/PcCorePointSet.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <wx/string.h>
+#include <wx/translation.h>
+
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+#include "platform/OdError.h"
+#include "platform/OdSystemVariables.h"
+#include "platform/TreePreparePars.h"
+#include "tree/construct/PcCorePointPrepare.h"
+#include "tree/disk/PointTreeLayout.h"
+#include "tree/disk/VpcDiskTree.h"
+#include "tree/disk/VpcDiskTreeQuerier.h"
+#include "view/PcCoreProjectManager.h"
+
+namespace {
+
+bool treeFileExists(const wxString& fileName) {
+    return FileTools::FileExists(StringTools::ReplaceFileExtension(fileName, "vpt"));
+}
+
+/// A version that is no int must not be cut down to one that looks right.
+int forMessage(unsigned long long version) {
+    constexpr unsigned long long greatest = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(version, greatest));
+}
+
+OdError wrongVersion(const wxString& fileName, unsigned long long version) {
+    const wxString text =
+        wxString::Format(_(" vpt version is %d but software expects version %d"),
+                         forMessage(version), forMessage(PcCorePointSet::currentVptVersion()));
+    return OdError(StringTools::ToOdString(fileName + text));
+}
+
+}  // namespace
+
+PcCorePointSet::PcCorePointSet() = default;
+
+PcCorePointSet::~PcCorePointSet() = default;
+
+OdUInt32 PcCorePointSet::getPointModelUnit() const {
+    return manager_ ? manager_->pointModelUnit() : 0;
+}
+
+bool PcCorePointSet::hasViewGeometryChanged(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                                            const OdGePoint3d& target,
+                                            const OdGeVector3d& viewVector, double fieldWidth,
+                                            double fieldHeight, int viewportWidth,
+                                            int viewportHeight, bool perspective) {
+    return manager_ && manager_->hasViewGeometryChanged(matrix, camera, target, viewVector,
+                                                        fieldWidth, fieldHeight, viewportWidth,
+                                                        viewportHeight, perspective);
+}
+
+unsigned long long PcCorePointSet::updateVisiblePoints(
+    const OdGeMatrix3d& matrix, const OdGePoint3d& camera, const OdGePoint3d& target,
+    const OdGeVector3d& viewVector, double fieldWidth, double fieldHeight, int viewportWidth,
+    int viewportHeight, bool perspective) {
+    AdoptPointMax();
+    if (!manager_) return 0;
+    const unsigned long long count =
+        manager_->updateVisiblePoints(matrix, camera, target, viewVector, fieldWidth, fieldHeight,
+                                      viewportWidth, viewportHeight, perspective);
+    CopyDataBounds(*manager_);
+    return count;
+}
+
+void PcCorePointSet::AdoptPointMax() {
+    // A negative value is one of those too small to change anything.
+    const OdInt32 pointMax = std::max(odSystemVariables().getInt("POINTCLOUDPOINTMAX"), 0);
+    const auto wanted = static_cast<unsigned long long>(pointMax);
+    if (wanted != maxNrPointsInBuffer()) setMaxNrPointsInBuffer(wanted);
+}
+
+void PcCorePointSet::getOsnapPoints(const OdGePoint3d& pickPoint, const OdGePoint3d& second,
+                                    const OdGeMatrix3d& matrix, const OdGeMatrix3d& secondMatrix,
+                                    OdArray<OdGePoint3d>& snapPoints) {
+    if (manager_) manager_->getOsnapPoints(pickPoint, second, matrix, secondMatrix, snapPoints);
+}
+
+unsigned long long PcCorePointSet::getNrVisiblePoints() const {
+    return manager_ ? manager_->visibleNodeManager().nextSlot : 0;
+}
+
+const OdGePoint3d* PcCorePointSet::getPointCoordinates() const {
+    return manager_ ? manager_->visibleNodeManager().coordinates() : nullptr;
+}
+
+const OdCmEntityColor* PcCorePointSet::getPointColors() const {
+    return manager_ ? manager_->visibleNodeManager().colours() : nullptr;
+}
+
+const double* PcCorePointSet::getPointSizes() const {
+    return manager_ ? manager_->visibleNodeManager().sizes() : nullptr;
+}
+
+unsigned long long PcCorePointSet::getTotalNrPoints() const {
+    return manager_ ? manager_->totalNrPoints : 0;
+}
+
+GiPcDrawDensity PcCorePointSet::drawDensity() const {
+    return manager_ ? manager_->drawDensity : GiPcDrawDensity{};
+}
+
+void PcCorePointSet::setDrawDensity(GiPcDrawDensity density) {
+    if (manager_) manager_->drawDensity = density;
+}
+
+bool PcCorePointSet::useFlatView() const {
+    return manager_ && manager_->useFlatView;
+}
+
+void PcCorePointSet::setUseFlatView(bool flat) {
+    if (manager_) manager_->useFlatView = flat;
+}
+
+unsigned long long PcCorePointSet::maxNrPointsInBuffer() const {
+    return manager_ ? manager_->visibleNodeManager().capacity : 0;
+}
+
+void PcCorePointSet::setMaxNrPointsInBuffer(unsigned long long count) {
+    // Without memory for them the old buffers stay: there is nobody here to tell.
+    if (manager_) manager_->visibleNodeManager().resizePointBuffer(count);
+}
+
+GiPcStylizationType PcCorePointSet::stylizationType() const {
+    return manager_ ? manager_->stylizationType : GiPcStylizationType{};
+}
+
+void PcCorePointSet::setStylizationType(GiPcStylizationType type) {
+    if (manager_) manager_->stylizationType = type;
+}
+
+GiPcColorScheme PcCorePointSet::colorScheme() const {
+    return manager_ ? manager_->colorScheme : GiPcColorScheme{};
+}
+
+void PcCorePointSet::setColorScheme(GiPcColorScheme scheme) {
+    if (manager_) manager_->colorScheme = scheme;
+}
+
+bool PcCorePointSet::hasSameSections(
+    const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& sections) {
+    return manager_ && manager_->hasSameSections(sections);
+}
+
+bool PcCorePointSet::addSection(const OdString& name, const OdGePoint3d& point,
+                                const OdGeVector3d& normal, bool flag) {
+    return manager_ && manager_->addSection(name, point, normal, flag);
+}
+
+bool PcCorePointSet::clearSections(bool flag) {
+    return manager_ && manager_->deleteSections(flag);
+}
+
+bool PcCorePointSet::addClipping(const GiPcClipConfig& config) {
+    if (manager_) manager_->addClipping(config);
+    return true;
+}
+
+bool PcCorePointSet::removeLastClipping() {
+    if (manager_) manager_->removeLastClipping();
+    return true;
+}
+
+bool PcCorePointSet::clearClippings() {
+    if (manager_) manager_->clearClippings();
+    return true;
+}
+
+bool PcCorePointSet::loadProjectFromFile(const OdString& fileName) {
+    fileName_ = fileName;
+    const wxString name = StringTools::FromOdString(fileName);
+    if (!treeFileExists(name)) return false;
+    const unsigned long long version = VpcDiskTreeQuerier::vptVersion(fileName);
+    // The old manager goes first, so that two sets of buffers are never held at once.
+    manager_.reset();
+    if (version != currentVptVersion()) throw wrongVersion(name, version);
+    auto manager = std::make_unique<PcCoreProjectManager>();
+    const bool loaded = manager->loadProjectFromFile(name);
+    CopyDataBounds(*manager);
+    if (loaded) manager_ = std::move(manager);
+    return loaded;
+}
+
+void PcCorePointSet::CopyDataBounds(const PcCoreProjectManager& manager) {
+    dataMin_ = manager.dataMin();
+    dataMax_ = manager.dataMax();
+}
+
+bool PcCorePointSet::readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max) {
+    if (VpcDiskTreeQuerier::vptVersion(fileName) != currentVptVersion()) {
+        min = OdGePoint3d();
+        max = OdGePoint3d();
+        return false;
+    }
+    return PcCoreProjectManager::readDataMinMax(fileName, min, max);
+}
+
+unsigned long long PcCorePointSet::fileVptVersion(const OdString& fileName) {
+    return VpcDiskTree::ReadFileVersion(StringTools::FromOdString(fileName));
+}
+
+unsigned long long PcCorePointSet::currentVptVersion() {
+    return PointTreeLayout::version;
+}
+
+TreePrepareResult PcCorePointSet::preparePointData(const TreePreparePars& pars) {
+    const wxString outputFile = pars.outputFile;
+    return PcCorePointPrepare::preparePointData(pars.headerValue, pars.workingFolder,
+                                                pars.inputFiles, outputFile, pars.treeType,
+                                                pars.maxPointsPerNode, pars.maxLevel);
+}
+
+std::vector<std::pair<unsigned long long, unsigned long long>> PcCorePointSet::GetNodePointSummary()
+    const {
+    if (!manager_ || manager_->tree() == nullptr) return {};
+    return manager_->tree()->GetNodePointSummary();
+}
+
+bool PcCorePointSet::resizePointBuffer(unsigned long count) {
+    return manager_ && manager_->visibleNodeManager().resizePointBuffer(count);
+}
+
+void PcCorePointSet::setDrawGeometry(bool draw) {
+    if (manager_) manager_->drawGeometry = draw;
+}
+
+bool PcCorePointSet::toggleEnableDisableSections() {
+    return manager_ && manager_->toggleEnableDisableSections();
+}

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "host/VpcExport.h"
+#include "platform/GiPointSetDefinition.h"
+#include "platform/OdString.h"
+#include "tree/construct/TreePrepareResult.h"
+
+class PcCoreProjectManager;
+struct TreePreparePars;
+
+/// A point set as the host sees it: a thin cover over the project manager of one loaded file.
+///
+/// It may be asked anything before a load succeeds: results are then 0, false or null and settings
+/// are not kept. One thread at a time. Beside what the operations name, std::bad_alloc may leave
+/// them.
+class VPC_EXPORT PcCorePointSet final : public GiPointSetDefinition {
+public:
+    PcCorePointSet();
+    ~PcCorePointSet() override;
+    PcCorePointSet(const PcCorePointSet&) = delete;
+    PcCorePointSet& operator=(const PcCorePointSet&) = delete;
+
+    OdUInt32 getPointModelUnit() const override;
+
+    bool hasViewGeometryChanged(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                                const OdGePoint3d& target, const OdGeVector3d& viewVector,
+                                double fieldWidth, double fieldHeight, int viewportWidth,
+                                int viewportHeight, bool perspective) override;
+    /// Takes the host's POINTCLOUDPOINTMAX as the number of points to show at most.
+    unsigned long long updateVisiblePoints(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
+                                           const OdGePoint3d& target,
+                                           const OdGeVector3d& viewVector, double fieldWidth,
+                                           double fieldHeight, int viewportWidth,
+                                           int viewportHeight, bool perspective) override;
+    void getOsnapPoints(const OdGePoint3d& pickPoint, const OdGePoint3d& second,
+                        const OdGeMatrix3d& matrix, const OdGeMatrix3d& secondMatrix,
+                        OdArray<OdGePoint3d>& snapPoints) override;
+
+    unsigned long long getNrVisiblePoints() const override;
+    const OdGePoint3d* getPointCoordinates() const override;
+    const OdCmEntityColor* getPointColors() const override;
+    const double* getPointSizes() const override;
+    unsigned long long getTotalNrPoints() const override;
+
+    GiPcDrawDensity drawDensity() const override;
+    void setDrawDensity(GiPcDrawDensity density) override;
+    bool useFlatView() const override;
+    void setUseFlatView(bool flat) override;
+    unsigned long long maxNrPointsInBuffer() const override;
+    void setMaxNrPointsInBuffer(unsigned long long count) override;
+    GiPcStylizationType stylizationType() const override;
+    void setStylizationType(GiPcStylizationType type) override;
+    GiPcColorScheme colorScheme() const override;
+    void setColorScheme(GiPcColorScheme scheme) override;
+
+    bool hasSameSections(
+        const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& sections) override;
+    bool addSection(const OdString& name, const OdGePoint3d& point, const OdGeVector3d& normal,
+                    bool flag) override;
+    bool clearSections(bool flag) override;
+
+    // Always true, with nothing loaded and nothing to remove too.
+
+    bool addClipping(const GiPcClipConfig& config) override;
+    bool removeLastClipping() override;
+    bool clearClippings() override;
+
+    /// Loads a point tree file; the set then shows this file or, after a failure, none.
+    ///
+    /// False when the file of that name with the extension "vpt" is missing (what was loaded
+    /// before stays), or when the file is damaged. Throws OdError when it is of another version.
+    bool loadProjectFromFile(const OdString& fileName);
+    /// The box around a file's points, a little enlarged, whether or not a file is loaded. False
+    /// when it cannot be read; 0, 0, 0 both where the version is another.
+    static bool readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max);
+    /// 0 where the file cannot be read.
+    static unsigned long long fileVptVersion(const OdString& fileName);
+    /// The only version that is written and loaded.
+    static unsigned long long currentVptVersion();
+    /// Turns scans into a point tree file.
+    static TreePrepareResult preparePointData(const TreePreparePars& pars);
+
+    /// (nodes, points) of every level, the coarsest first.
+    std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
+    /// False without memory for so many points, or with nothing loaded; below 51 nothing changes.
+    bool resizePointBuffer(unsigned long count);
+    /// Whether the next update writes its diagnostic files; updates take it back.
+    void setDrawGeometry(bool draw);
+    bool toggleEnableDisableSections();
+
+    /// The file last asked for, loaded or not.
+    const OdString& fileName() const { return fileName_; }
+    /// The box around the points as of the last load or update; its minimum is above its maximum
+    /// where there is none.
+    const OdGePoint3d& dataMin() const { return dataMin_; }
+    const OdGePoint3d& dataMax() const { return dataMax_; }
+    /// Null until a load succeeds; this set's.
+    PcCoreProjectManager* projectManager() const { return manager_.get(); }
+
+private:
+    void CopyDataBounds(const PcCoreProjectManager& manager);
+    void AdoptPointMax();
+
+    OdGePoint3d dataMin_{1e80, 1e80, 1e80};
+    OdGePoint3d dataMax_{-1e80, -1e80, -1e80};
+    OdString fileName_;
+    std::unique_ptr<PcCoreProjectManager> manager_;
+};

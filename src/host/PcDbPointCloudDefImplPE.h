@@ -1,0 +1,21 @@
+#pragma once
+
+#include "host/VpcExport.h"
+#include "platform/PcDbPointCloudDefPE.h"
+
+/// Gives the host the point set of a point tree file.
+class VPC_EXPORT PcDbPointCloudDefImplPE final : public PcDbPointCloudDefPE {
+public:
+    PcDbPointCloudDefImplPE();
+    ~PcDbPointCloudDefImplPE() override;
+
+    /// A loaded point set, which the caller owns until it hands it to cleanPointSet; null when the
+    /// file is missing or damaged. Throws OdError when the file is of another version.
+    ///
+    /// \param def           not used
+    /// \param fileName      taken as it stands when it begins with "/"
+    /// \param referencePath a file beside which a relative name is looked for
+    GiPointSetDefinition* loadProject(PcDbPointCloudDef* def, const OdString& fileName,
+                                      const OdString& referencePath) override;
+    void cleanPointSet(GiPointSetDefinition* set) override;
+};

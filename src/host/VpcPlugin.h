@@ -1,0 +1,9 @@
+#pragma once
+
+#include "host/VpcExport.h"
+
+class PcDbPointCloudDefPE;
+
+/// Where a host begins that has loaded the plug-in: a new extension, which the caller deletes
+/// through its virtual destructor before it unloads the plug-in. Null without memory.
+extern "C" VPC_EXPORT PcDbPointCloudDefPE* vpcCreatePointCloudExtension();

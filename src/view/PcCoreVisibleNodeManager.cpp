@@ -1,0 +1,129 @@
+#include "view/PcCoreVisibleNodeManager.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <new>
+
+#include "core/util/VpcDefinitions.h"
+#include "tree/disk/VpcDiskNode.h"
+#include "view/CameraPoints.h"
+#include "view/PointColouring.h"
+
+namespace {
+
+/// Whether `a` comes before `b`; an undefined distance, as damaged files can give, comes last.
+bool isNearer(double a, double b) {
+    return a < b || (std::isnan(b) && !std::isnan(a));
+}
+
+}  // namespace
+
+PcCoreVisibleNodeManager::PcCoreVisibleNodeManager(unsigned long long slots)
+    : capacity(slots), buffers_(slots) {
+}
+
+void PcCoreVisibleNodeManager::clear() {
+    visibleNodes_.clear();
+    pickNodes_.clear();
+    nrPointsInBuffer = 0;
+    nextSlot = 0;
+}
+
+unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
+    // Callers see to it that the node fits: the budget is all of `capacity`, not what is left of
+    // it. After a failed resize, though, the buffers have fewer slots than that.
+    const unsigned long long added = node->AddPointsFromDisk(nextSlot, coordinates(), colours(),
+                                                             sizes(), capacity, buffers_.slots());
+    if (added == 0) return 0;
+    visibleNodes_.push_back({nrPointsInBuffer, nrPointsInBuffer + added - 1, node});
+    nextSlot += added;
+    nrPointsInBuffer += added;
+    return added;
+}
+
+bool PcCoreVisibleNodeManager::resizePointBuffer(unsigned long long newCapacity) {
+    constexpr unsigned long long smallest = 51;
+    if (newCapacity < smallest || newCapacity == capacity) return true;
+    // Both are set before memory is asked for: hosts take `capacity` for what they wanted last,
+    // also when they did not get it.
+    clear();
+    capacity = newCapacity;
+    try {
+        buffers_ = vpc::PointBuffers(newCapacity);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    return true;
+}
+
+void PcCoreVisibleNodeManager::updateColormapForPointsInBuffer(const OdGeMatrix3d& matrix,
+                                                               GiPcColorScheme scheme,
+                                                               GiPcStylizationType type) {
+    const auto ramp = static_cast<VpcColorScheme>(scheme);
+    switch (static_cast<VpcStylizationType>(type)) {
+        case VPC_Stylization_INTENSITY:
+            return vpc::colourByIntensity(buffers_, nrPointsInBuffer, matrix, ramp);
+        case VPC_Stylization_ELEVATION:
+            return vpc::colourByElevation(buffers_, nrPointsInBuffer, matrix, ramp);
+        default:
+            return vpc::movePoints(buffers_, nrPointsInBuffer, matrix);
+    }
+}
+
+// --- Picking -------------------------------------------------------------------------------------
+
+void PcCoreVisibleNodeManager::updateNodesInPickFrustum(const VpcFrustumDef& pickFrustum,
+                                                        const VpcPoint3D& camera) {
+    camPointVpc = camera;
+    camPointOda = OdGePoint3d(camera.x, camera.y, camera.z);
+    pickNodes_.clear();
+    std::copy_if(visibleNodes_.begin(), visibleNodes_.end(), std::back_inserter(pickNodes_),
+                 [&pickFrustum](const VisiblePointsNode& visible) {
+                     return pickFrustum.Intersects(visible.node->box);
+                 });
+    std::sort(pickNodes_.begin(), pickNodes_.end(), sortVisibleNodesToCameraDistance);
+}
+
+bool PcCoreVisibleNodeManager::getPickPoint(const VpcFrustumDef& pickFrustum, OdGePoint3d& result,
+                                            const OdGeMatrix3d& matrix) const {
+    for (const VisiblePointsNode& visible : pickNodes_) {
+        if (visible.firstSlot > visible.lastSlot) return false;
+        if (visible.firstSlot == visible.lastSlot) continue;
+        if (visible.firstSlot >= nextSlot || visible.lastSlot >= nextSlot) continue;
+        if (FindInNode(visible, pickFrustum, matrix, result)) return true;
+    }
+    return false;
+}
+
+bool PcCoreVisibleNodeManager::FindInNode(const VisiblePointsNode& visible,
+                                          const VpcFrustumDef& pickFrustum,
+                                          const OdGeMatrix3d& matrix, OdGePoint3d& result) const {
+    // Deliberately without the node's last point.
+    const OdGePoint3d* const first = coordinates() + visible.firstSlot;
+    const OdGePoint3d* const last = coordinates() + visible.lastSlot;
+
+    // Deliberately not what the search goes by: hosts expect a node's point in the lowest slot, and
+    // by distance another one would be found.
+    std::vector<OdGePoint3d> nearestFirst(first, last);
+    std::sort(nearestFirst.begin(), nearestFirst.end(), sortPointsInNodeToCameraDistance);
+
+    const OdGePoint3d* const found = std::find_if(first, last, [&](OdGePoint3d point) {
+        point.transformBy(matrix);
+        return pickFrustum.IsInside(point.x, point.y, point.z);
+    });
+    if (found == last) return false;
+    result = *found;
+    return true;
+}
+
+bool PcCoreVisibleNodeManager::sortVisibleNodesToCameraDistance(const VisiblePointsNode& a,
+                                                                const VisiblePointsNode& b) {
+    return isNearer(a.node->box.centre.DistanceTo(camPointVpc),
+                    b.node->box.centre.DistanceTo(camPointVpc));
+}
+
+bool PcCoreVisibleNodeManager::sortPointsInNodeToCameraDistance(const OdGePoint3d& a,
+                                                                const OdGePoint3d& b) {
+    return isNearer((a - camPointOda).length(), (b - camPointOda).length());
+}

@@ -1,0 +1,83 @@
+#include "view/PointColouring.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "core/util/VpcColorTools.h"
+
+namespace vpc {
+namespace {
+
+/// The smallest and largest value seen; a NaN is neither.
+struct Range {
+    double min = std::numeric_limits<double>::infinity();
+    double max = -std::numeric_limits<double>::infinity();
+
+    void Include(double value) {
+        min = std::min(min, value);
+        max = std::max(max, value);
+    }
+};
+
+/// A channel on the scale 0 to 255 as a byte. The ramps run past the scale, and an empty range
+/// gives a NaN, which becomes 0.
+std::uint32_t channelByte(double value) {
+    return static_cast<std::uint32_t>(std::min(std::max(0.0, value), 255.0));
+}
+
+/// Colours every slot by its value; the colour method stays.
+template <class ValueOf>
+void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
+            VpcColorScheme scheme, const ValueOf& valueOf) {
+    OdCmEntityColor* const colours = buffers.colours();
+    for (unsigned long long slot = 0; slot < count; ++slot) {
+        // A scheme without a ramp leaves the colour that is there.
+        double red = colours[slot].red();
+        double green = colours[slot].green();
+        double blue = colours[slot].blue();
+        VpcColorTools::ApplyColorScheme(valueOf(slot), range.min, range.max, scheme, red, green,
+                                        blue);
+        const std::uint32_t method = colours[slot].color() & 0xFF000000U;
+        colours[slot].setColor(method | channelByte(red) << 16U | channelByte(green) << 8U |
+                               channelByte(blue));
+    }
+}
+
+double luminance(const OdCmEntityColor& colour) {
+    return 0.2125 * colour.red() + 0.7154 * colour.green() + 0.0721 * colour.blue();
+}
+
+}  // namespace
+
+void movePoints(const PointBuffers& buffers, unsigned long long count, const OdGeMatrix3d& matrix) {
+    OdGePoint3d* const points = buffers.coordinates();
+    for (unsigned long long slot = 0; slot < count; ++slot) points[slot].transformBy(matrix);
+}
+
+void colourByElevation(const PointBuffers& buffers, unsigned long long count,
+                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+    OdGePoint3d* const points = buffers.coordinates();
+    Range range;
+    for (unsigned long long slot = 0; slot < count; ++slot)
+        range.Include(points[slot].transformBy(matrix).z);
+    colour(buffers, count, range, scheme,
+           [points](unsigned long long slot) { return points[slot].z; });
+}
+
+void colourByIntensity(const PointBuffers& buffers, unsigned long long count,
+                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+    OdGePoint3d* const points = buffers.coordinates();
+    const OdCmEntityColor* const colours = buffers.colours();
+    double* const intensities = buffers.intensities();
+    Range range;
+    for (unsigned long long slot = 0; slot < count; ++slot) {
+        intensities[slot] = luminance(colours[slot]);
+        points[slot].transformBy(matrix);
+        range.Include(intensities[slot]);
+    }
+    colour(buffers, count, range, scheme,
+           [intensities](unsigned long long slot) { return intensities[slot]; });
+}
+
+}  // namespace vpc
