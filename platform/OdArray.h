@@ -25,11 +25,13 @@ public:
 
     const T& operator[](size_type index) const { return (*items_)[index]; }
     T& operator[](size_type index) { return Own()[index]; }
+    // Neither is for an empty array.
+
     const T& last() const { return items_->back(); }
+    void removeLast() { Own().pop_back(); }
 
     void append(const T& item) { Own().push_back(item); }
     void push_back(const T& item) { append(item); }
-    void removeLast() { Own().pop_back(); }
     void clear() { items_.reset(); }
     void reserve(size_type count) { Own().reserve(count); }
 
