@@ -26,18 +26,45 @@ std::uint32_t channelByte(double value) {
     return static_cast<std::uint32_t>(std::min(std::max(0.0, value), 255.0));
 }
 
-/// Colours every slot by its value; the colour method stays.
+using Ramp = void (*)(double value, double min, double max, double& red, double& green,
+                      double& blue);
+
+/// What VpcColorTools::ApplyColorScheme would choose for every point anew; null for a scheme
+/// without a ramp.
+Ramp rampOf(VpcColorScheme scheme) {
+    switch (scheme) {
+        case VPC_ColorScheme_Spectrum:
+            return VpcColorTools::ApplyColorSchemeJet;
+        case VPC_ColorScheme_Earth:
+            return VpcColorTools::ApplyColorSchemeEarth;
+        case VPC_ColorScheme_Hydro:
+            return VpcColorTools::ApplyColorSchemeHydro;
+        case VPC_ColorScheme_Gray:
+            return VpcColorTools::ApplyColorSchemeGray;
+        case VPC_ColorScheme_Reds:
+            return VpcColorTools::ApplyColorSchemeReds;
+        case VPC_ColorScheme_Greens:
+            return VpcColorTools::ApplyColorSchemeGreens;
+        case VPC_ColorScheme_Blues:
+            return VpcColorTools::ApplyColorSchemeBlues;
+        case VPC_ColorScheme_ScanColors:
+            break;
+    }
+    return nullptr;
+}
+
+/// Colours every slot by its value; the colour method stays. Without a ramp, so does the colour.
 template <class ValueOf>
 void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
             VpcColorScheme scheme, const ValueOf& valueOf) {
+    const Ramp ramp = rampOf(scheme);
+    if (ramp == nullptr) return;
     OdCmEntityColor* const colours = buffers.colours();
     for (unsigned long long slot = 0; slot < count; ++slot) {
-        // A scheme without a ramp leaves the colour that is there.
-        double red = colours[slot].red();
-        double green = colours[slot].green();
-        double blue = colours[slot].blue();
-        VpcColorTools::ApplyColorScheme(valueOf(slot), range.min, range.max, scheme, red, green,
-                                        blue);
+        double red = 0;
+        double green = 0;
+        double blue = 0;
+        ramp(valueOf(slot), range.min, range.max, red, green, blue);
         const std::uint32_t method = colours[slot].color() & 0xFF000000U;
         colours[slot].setColor(method | channelByte(red) << 16U | channelByte(green) << 8U |
                                channelByte(blue));

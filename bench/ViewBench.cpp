@@ -1,0 +1,308 @@
+// Workload: one view of 5,000,000 points, filled, recoloured and picked from. The scan (LAS, format
+// 3, points spread over a rolling ground of 1000 by 1000 metres) is made by the benchmark in the
+// temporary folder and prepared there as an octree with at most 10,000 points a node; scan and tree
+// are removed at its end, and the tree's file is in the system's cache while it is read. The budget
+// is 5,000,002 points and the camera sees the whole cloud, so that every update reads every point
+// of the deepest level.
+//
+// The floors do the least that could be done, over plain arrays. Update: the same byte ranges, each
+// read with one call, and 36 bytes a point copied into three arrays. Recolouring: one pass for the
+// matrix and the range, one for the ramp (Spectrum) of each point. A pick looks for the point under
+// a box of 5 pixels, each time at another place of the picture.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "tree/construct/PcCorePointPrepare.h"
+#include "tree/disk/VpcDiskNode.h"
+#include "tree/disk/VpcDiskTree.h"
+#include "view/PcCoreProjectManager.h"
+
+namespace {
+
+constexpr unsigned long long points = 5'000'000;
+/// A level is shown while its points are fewer than the budget less 1.
+constexpr unsigned long long budget = points + 2;
+constexpr std::size_t pointRecord = 54;
+
+/// A folder of its own, there as long as the program runs.
+class Folder {
+public:
+    Folder() {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "vpc-view-bench-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+        path_ = name;
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    std::string file(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    std::filesystem::path path_;
+};
+
+template <class T>
+void put(std::string& bytes, std::size_t position, T value) {
+    std::memcpy(bytes.data() + position, &value, sizeof value);
+}
+
+void writeScan(const std::string& path) {
+    std::ofstream file(path, std::ios::binary);
+    std::string header(227, '\0');
+    header.replace(0, 4, "LASF");
+    put<std::uint8_t>(header, 24, 1);
+    put<std::uint8_t>(header, 25, 2);
+    put<std::uint16_t>(header, 94, 227);
+    put<std::uint32_t>(header, 96, 227);
+    put<std::uint8_t>(header, 104, 3);
+    put<std::uint16_t>(header, 105, 34);
+    put<std::uint32_t>(header, 107, points);
+    for (std::size_t axis = 0; axis < 3; ++axis) put(header, 131 + 8 * axis, 0.001);
+    file.write(header.data(), static_cast<std::streamsize>(header.size()));
+    std::mt19937_64 engine(1);
+    std::string record(34, '\0');
+    for (unsigned long long i = 0; i < points; ++i) {
+        const auto x = static_cast<std::int32_t>(engine() % 1'000'000);
+        const auto y = static_cast<std::int32_t>(engine() % 1'000'000);
+        const double height = 40'000 * std::sin(x * 1e-5) * std::cos(y * 1.3e-5);
+        put(record, 0, x);
+        put(record, 4, y);
+        put(record, 8, static_cast<std::int32_t>(height) + static_cast<int>(engine() % 500));
+        for (std::size_t at = 28; at < 34; at += 2)
+            put(record, at, static_cast<std::uint16_t>(engine() % 256));
+        file.write(record.data(), static_cast<std::streamsize>(record.size()));
+    }
+}
+
+OdGeMatrix3d turned() {
+    OdGeMatrix3d matrix;
+    matrix[0][0] = matrix[1][1] = std::cos(0.3);
+    matrix[1][0] = std::sin(0.3);
+    matrix[0][1] = -matrix[1][0];
+    matrix[2][3] = 10;
+    return matrix;
+}
+
+/// The prepared tree, loaded, with buffers that hold all of it.
+class Project {
+public:
+    Project() {
+        const std::string scan = folder_.file("scan.las");
+        writeScan(scan);
+        std::filesystem::create_directory(folder_.file("work"));
+        const TreePrepareResult result = PcCorePointPrepare::preparePointData(
+            1, folder_.file("work/"), {scan}, tree(), Tree_Octree, 10'000, 12);
+        std::filesystem::remove(scan);
+        if (!result.success || !manager.loadProjectFromFile(tree()))
+            throw std::runtime_error("no tree: " + result.message.ToStdString(wxConvUTF8));
+        manager.visibleNodeManager().resizePointBuffer(budget);
+    }
+    std::string tree() const { return folder_.file("scan.vpt"); }
+
+    unsigned long long update(GiPcStylizationType stylization) {
+        manager.stylizationType = stylization;
+        manager.colorScheme = GiPc_ColorScheme_Spectrum;
+        return manager.updateVisiblePoints(matrix, camera, target, up, 1600, 1200, 1600, 1200,
+                                           true);
+    }
+    bool pick(const OdGePoint3d& at, OdGePoint3d& found) {
+        unsigned short unused = 0;
+        return manager.pickPointFast(matrix, camera, target, up, 1600, 1200, 1600, 1200, true, at,
+                                     5, found, unused, unused, unused);
+    }
+
+    const OdGeMatrix3d matrix = turned();
+    const OdGePoint3d target{300, 600, 0};
+    const OdGePoint3d camera{300, -900, 1500};
+    const OdGeVector3d up{0, 0.7, 0.7};
+    PcCoreProjectManager manager;
+
+private:
+    Folder folder_;
+};
+
+Project& project() {
+    static Project made;
+    return made;
+}
+
+// --- Update --------------------------------------------------------------------------------------
+
+void setRate(benchmark::State& state) {
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(points));
+}
+
+void BM_Update(benchmark::State& state) {
+    Project& view = project();
+    for (auto _ : state)
+        if (view.update(GiPc_Stylization_NONE) != points) state.SkipWithError("not all points");
+    setRate(state);
+}
+
+void BM_UpdateFloor(benchmark::State& state) {
+    struct Range {
+        off_t position;
+        std::size_t count;
+    };
+    std::vector<Range> ranges;
+    for (const VpcDiskNode* const node : project().manager.tree()->GetLevels().back())
+        ranges.push_back(
+            {static_cast<off_t>(node->pointsOffset), static_cast<std::size_t>(node->nrPoints)});
+    const auto largest = std::max_element(ranges.begin(), ranges.end(),
+                                          [](auto& a, auto& b) { return a.count < b.count; });
+    std::vector<char> block(largest->count * pointRecord);
+    std::vector<double> coordinates(3 * points);
+    std::vector<std::uint32_t> colours(points);
+    std::vector<double> sizes(points);
+    const int file = open(project().tree().c_str(), O_RDONLY);
+    for (auto _ : state) {
+        std::size_t slot = 0;
+        for (const Range& range : ranges) {
+            const std::size_t bytes = range.count * pointRecord;
+            if (pread(file, block.data(), bytes, range.position) != static_cast<ssize_t>(bytes))
+                state.SkipWithError("cannot read");
+            for (const char* record = block.data(); record != block.data() + bytes;
+                 record += pointRecord, ++slot) {
+                std::memcpy(&coordinates[3 * slot], record, 24);
+                std::memcpy(&colours[slot], record + 24, 4);
+                std::memcpy(&sizes[slot], record + 38, 8);
+            }
+        }
+        benchmark::ClobberMemory();
+    }
+    close(file);
+    setRate(state);
+}
+
+// --- Recolouring ---------------------------------------------------------------------------------
+
+void recolour(benchmark::State& state, GiPcStylizationType type) {
+    Project& view = project();
+    view.update(GiPc_Stylization_NONE);
+    for (auto _ : state)
+        view.manager.visibleNodeManager().updateColormapForPointsInBuffer(
+            view.matrix, GiPc_ColorScheme_Spectrum, type);
+    setRate(state);
+}
+
+void BM_RecolourElevation(benchmark::State& state) {
+    recolour(state, GiPc_Stylization_ELEVATION);
+}
+
+void BM_RecolourIntensity(benchmark::State& state) {
+    recolour(state, GiPc_Stylization_INTENSITY);
+}
+
+/// What the buffers hold, as plain arrays.
+struct PlainArrays {
+    struct Xyz {
+        double x, y, z;
+    };
+    std::vector<Xyz> coordinates;
+    std::vector<std::uint32_t> colours;
+    std::vector<double> intensities;
+
+    PlainArrays() : coordinates(points), colours(points), intensities(points) {
+        project().update(GiPc_Stylization_NONE);
+        const PcCoreVisibleNodeManager& buffers = project().manager.visibleNodeManager();
+        std::memcpy(coordinates.data(), buffers.coordinates(), points * sizeof(Xyz));
+        std::memcpy(colours.data(), buffers.colours(), points * sizeof(std::uint32_t));
+    }
+    void move(std::size_t i, const OdGeMatrix3d& m) {
+        const Xyz p = coordinates[i];
+        coordinates[i] = {m[0][0] * p.x + m[0][1] * p.y + m[0][2] * p.z + m[0][3],
+                          m[1][0] * p.x + m[1][1] * p.y + m[1][2] * p.z + m[1][3],
+                          m[2][0] * p.x + m[2][1] * p.y + m[2][2] * p.z + m[2][3]};
+    }
+    void paint(std::size_t i, double value, double min, double max) {
+        const double t = (value - min) * 255 / (max - min);
+        const auto channel = [t](double centre) {
+            const double hump = 1.5 - std::fabs((t - centre) * 0.015625);
+            return static_cast<std::uint32_t>(std::min(std::max(0.0, hump), 1.0) * 255);
+        };
+        colours[i] =
+            (colours[i] & 0xFF000000U) | channel(192) << 16U | channel(128) << 8U | channel(64);
+    }
+};
+
+void BM_RecolourElevationFloor(benchmark::State& state) {
+    PlainArrays arrays;
+    const OdGeMatrix3d matrix = project().matrix;
+    for (auto _ : state) {
+        double min = 1e300, max = -1e300;
+        for (std::size_t i = 0; i < points; ++i) {
+            arrays.move(i, matrix);
+            min = std::min(min, arrays.coordinates[i].z);
+            max = std::max(max, arrays.coordinates[i].z);
+        }
+        for (std::size_t i = 0; i < points; ++i) arrays.paint(i, arrays.coordinates[i].z, min, max);
+        benchmark::ClobberMemory();
+    }
+    setRate(state);
+}
+
+void BM_RecolourIntensityFloor(benchmark::State& state) {
+    PlainArrays arrays;
+    const OdGeMatrix3d matrix = project().matrix;
+    for (auto _ : state) {
+        double min = 1e300, max = -1e300;
+        for (std::size_t i = 0; i < points; ++i) {
+            const std::uint32_t c = arrays.colours[i];
+            const double value =
+                0.2125 * (c >> 16U & 0xFFU) + 0.7154 * (c >> 8U & 0xFFU) + 0.0721 * (c & 0xFFU);
+            arrays.intensities[i] = value;
+            arrays.move(i, matrix);
+            min = std::min(min, value);
+            max = std::max(max, value);
+        }
+        for (std::size_t i = 0; i < points; ++i) arrays.paint(i, arrays.intensities[i], min, max);
+        benchmark::ClobberMemory();
+    }
+    setRate(state);
+}
+
+// --- Picking -------------------------------------------------------------------------------------
+
+void BM_Pick(benchmark::State& state) {
+    Project& view = project();
+    view.update(GiPc_Stylization_NONE);
+    std::int64_t found = 0;
+    int i = 0;
+    for (auto _ : state) {
+        OdGePoint3d hit;
+        const OdGePoint3d at(300 + i * 37 % 600 - 300, 600 + i * 53 % 600 - 300, 0);
+        found += view.pick(at, hit) ? 1 : 0;
+        ++i;
+    }
+    state.counters["found"] = static_cast<double>(found) / static_cast<double>(state.iterations());
+}
+
+BENCHMARK(BM_Update)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_UpdateFloor)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RecolourElevation)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RecolourElevationFloor)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RecolourIntensity)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_RecolourIntensityFloor)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Pick)->Unit(benchmark::kMillisecond);
+
+}  // namespace
