@@ -6,6 +6,7 @@
 #include <optional>
 
 #include <gtest/gtest.h>
+#include <wx/arrstr.h>
 #include <wx/translation.h>
 
 #include "platform/OdError.h"
@@ -125,14 +126,13 @@ TEST(PcCorePointSet, TranslatesTheMessageAboutVersions) {
     const HostScene scene;
     scene.patch(0, 8);
     PcCorePointSet set;
-    wxTranslations* before = wxTranslations::Get();
-    wxTranslations translations;
-    wxTranslations::SetNonOwned(&translations);
-    translations.SetLanguage("de");
-    translations.SetLoader(new OneEntryLoader);
-    const bool added = translations.AddCatalog("host", wxLANGUAGE_ENGLISH_US);
+    ASSERT_EQ(wxTranslations::Get(), nullptr);
+    wxTranslations::Set(new wxTranslations);
+    wxTranslations::Get()->SetLanguage("de");
+    wxTranslations::Get()->SetLoader(new OneEntryLoader);
+    const bool added = wxTranslations::Get()->AddCatalog("host", wxLANGUAGE_ENGLISH_US);
     const std::optional<wxString> message = loadError(set, scene.name());
-    wxTranslations::SetNonOwned(before);
+    wxTranslations::Set(nullptr);
     ASSERT_TRUE(added);
     EXPECT_EQ(message, toWx(scene.file) + " hat die Version 8 statt 9");
 }

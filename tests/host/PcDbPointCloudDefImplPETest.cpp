@@ -83,10 +83,10 @@ TEST(PcDbPointCloudDefImplPE, FindsFilesBesideTheReference) {
         {".hidden.vpt", drawing, in + "/drawings/.hidden.vpt"},
         {umlaut.substr(9), drawing, in + "/" + umlaut},
         {"~/scan.vpt", inOld, in + "/drawings/scan.vpt"},
-        // A reference in no folder of its own, or none at all: the current folder counts.
+        // A reference whose folder is relative, or that has none: the current folder counts.
         {"scan.vpt", "a.drawing", in + "/scan.vpt"},
         {"drawings/scan.vpt", "", in + "/drawings/scan.vpt"},
-        {"scan.vpt", "drawings/a.drawing", in + "/drawings/scan.vpt"},
+        {"scan.vpt", "drawings/a.drawing", "drawings/scan.vpt"},
         // Used as they stand.
         {in + "/scan.vpt", drawing, in + "/scan.vpt"},
         {in + "/drawings/../scan.vpt", drawing, in + "/drawings/../scan.vpt"},
