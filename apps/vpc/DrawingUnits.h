@@ -8,8 +8,6 @@ namespace vpc {
 /// The units a drawing may be in, numbered as CAD hosts number them.
 class DrawingUnits {
 public:
-    static constexpr unsigned long long metres = 6;
-
     /// The name of a unit's code; empty for a code that is none.
     static std::string Name(unsigned long long code);
     /// The code of a unit given as its code or its name, singular or plural, in any letter case.

@@ -25,7 +25,8 @@ namespace vpc {
 
 namespace {
 
-/// Deeper trees than this one would need file names longer than the system allows.
+/// Far deeper than any scan needs. Where points coincide every level is built, and costs memory
+/// and time.
 constexpr unsigned long long deepestLevel = 60;
 
 wxString fullPath(const std::string& native) {
@@ -45,6 +46,19 @@ public:
 
 void log(const wxString& text) {
     VpcLogger::Instance()->Add(text, false);
+}
+
+/// What is wrong with a scan when its text has no values for some of its points.
+std::string faultOfText(const std::string& scan, VpcDataFormat format,
+                        unsigned long long pointsWithoutValues) {
+    const unsigned long long columns = FileTools::CountTokensOnLine(fullPath(scan), 1);
+    const bool readable = columns == 3 || columns == 4 || columns == 6 || columns == 7;
+    if (format == DataFormat_PTS && !readable)
+        return "'" + scan + "' cannot be read: its second line holds " + std::to_string(columns) +
+               " values, where a point's line in PTS holds 3, 4, 6 or 7; write it in such a form";
+    return "'" + scan + "' is not complete: of all points claimed, " +
+           std::to_string(pointsWithoutValues) +
+           " have no values; get a complete copy, or take it as it is with --allow-incomplete";
 }
 
 std::string checkUnit(const std::string& text) {
@@ -143,11 +157,9 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result, const Progress
                            "prepared; get complete copies" +
                            unchanged);
     if (display.Objected() == ProgressDisplay::Objection::PointsWithoutValues)
-        throw CommandError("'" + FirstIncomplete(format) + "' is not complete: of all points " +
-                           "claimed, " + std::to_string(display.PointsWithoutValues()) +
-                           " have no values; get a complete copy, or take it as it is with "
-                           "--allow-incomplete" +
-                           unchanged);
+        throw CommandError(
+            faultOfText(FirstIncomplete(format), format, display.PointsWithoutValues()) +
+            unchanged);
     if (Interrupt::Requested())
         throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
     wxString message = result.message;

@@ -27,7 +27,7 @@ private:
     void PrintSummary(const TreePrepareResult& result) const;
 
     PrepareOptions options_;
-    std::string unitText_ = "6";
+    std::string unitText_ = "6";  // metres
 };
 
 }  // namespace vpc

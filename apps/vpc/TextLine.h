@@ -24,6 +24,13 @@ public:
         for (long long digit = 100; digit > 0; digit /= 10)
             text_[used_++] = static_cast<char>('0' + size / digit % 10);
     }
+    /// Appends a number with `digits` significant digits, as printf's "%.<digits>g" writes it.
+    void AddGeneral(double value, int digits) {
+        Separate();
+        const auto end = std::to_chars(text_.data() + used_, text_.data() + text_.size(), value,
+                                       std::chars_format::general, digits);
+        used_ = static_cast<std::size_t>(end.ptr - text_.data());
+    }
     void End() { text_[used_++] = '\n'; }
     const char* Data() const { return text_.data(); }
     std::size_t Size() const { return used_; }

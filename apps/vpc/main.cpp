@@ -9,10 +9,13 @@
 
 #include "CommandError.h"
 #include "ExitStatus.h"
+#include "ExportCommand.h"
 #include "InfoCommand.h"
+#include "PickCommand.h"
 #include "PrepareCommand.h"
 #include "SampleCommand.h"
 #include "VerifyCommand.h"
+#include "ViewCommand.h"
 
 namespace {
 
@@ -23,6 +26,9 @@ constexpr const char* examples =
     "  vpc prepare --tree kd --unit feet -o site.vpt east.pts west.pts\n"
     "  vpc info scan.vpt                               say what is in it\n"
     "  vpc verify scan.vpt                             check it from end to end\n"
+    "  vpc view scan.vpt --image scan.png              draw it\n"
+    "  vpc pick scan.vpt --at 20,30,5                  the point shown at a place\n"
+    "  vpc export scan.vpt -o scan.ply                 its points as a scan again\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.";
 
@@ -75,12 +81,17 @@ private:
     }
 
     CLI::App app_{
-        "Turns laser scans (LAS, PTS, PTX) into point tree files (vpt) and looks into them", "vpc"};
+        "Turns laser scans (LAS, PTS, PTX) into point tree files (vpt), checks and shows them",
+        "vpc"};
     vpc::PrepareCommand prepare_{app_};
     vpc::InfoCommand info_{app_};
     vpc::VerifyCommand verify_{app_};
     vpc::SampleCommand sample_{app_};
-    std::array<vpc::Command*, 4> commands_ = {&prepare_, &info_, &verify_, &sample_};
+    vpc::ViewCommand view_{app_};
+    vpc::PickCommand pick_{app_};
+    vpc::ExportCommand export_{app_};
+    std::array<vpc::Command*, 7> commands_ = {&prepare_, &info_, &verify_, &sample_,
+                                              &view_,    &pick_, &export_};
 };
 
 }  // namespace

@@ -122,7 +122,7 @@ void PcCoreProjectManager::FillBuffers(const VpcTransform3D& toTree) {
 
 double PcCoreProjectManager::DistanceToRootCentre(const OdGePoint3d& camera) const {
     const VpcDiskNode* const root = Root();
-    return root == nullptr ? 0.0 : toVpcPoint(camera).DistanceTo(root->box.centre);
+    return root == nullptr ? 0.0 : toVpcPoint(camera).DistanceTo(root->box.Centre());
 }
 
 VpcDiskNode* PcCoreProjectManager::Root() const {

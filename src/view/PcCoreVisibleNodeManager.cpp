@@ -119,8 +119,8 @@ bool PcCoreVisibleNodeManager::FindInNode(const VisiblePointsNode& visible,
 
 bool PcCoreVisibleNodeManager::sortVisibleNodesToCameraDistance(const VisiblePointsNode& a,
                                                                 const VisiblePointsNode& b) {
-    return isNearer(a.node->box.centre.DistanceTo(camPointVpc),
-                    b.node->box.centre.DistanceTo(camPointVpc));
+    return isNearer(a.node->box.Centre().DistanceTo(camPointVpc),
+                    b.node->box.Centre().DistanceTo(camPointVpc));
 }
 
 bool PcCoreVisibleNodeManager::sortPointsInNodeToCameraDistance(const OdGePoint3d& a,

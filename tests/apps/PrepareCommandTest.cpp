@@ -205,6 +205,11 @@ TEST_F(PrepareCommandTest, IncompleteTextStopsUnlessAllowed) {
     EXPECT_EQ(readBytes(folder.file("o.vpt")), "older");
     EXPECT_EQ(run({"prepare", "-o", "o.vpt", "--allow-incomplete", "short.pts"}).status, 0);
     EXPECT_THAT(run({"info", "o.vpt"}).out, HasSubstr("points        5 "));
+    // Nothing is missing from lines of a number of values that PTS does not know.
+    write("five.pts", "2\n1 2 3 4 5\n6 7 8 9 10\n");
+    const ProgramResult unknown = run({"prepare", "-o", "o.vpt", "five.pts"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_THAT(unknown.err, HasSubstr("'five.pts' cannot be read: its second line holds 5"));
 }
 
 TEST_F(PrepareCommandTest, MissingLasRecordsAreAWarning) {

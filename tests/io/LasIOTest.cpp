@@ -274,6 +274,10 @@ TEST_F(LasIOTest, ReadPointGivesWhatTheBatchHolds) {
     single.ReadPoint(1ULL << 40, beyond);
     EXPECT_EQ(beyond.x, 1.0 / 3);
     EXPECT_EQ(beyond.red, 0);
+    // So it is before the first block, however much was read for the header.
+    single.initializeRead(toWx(write(file.bytes())));
+    single.ReadPoint(10, beyond);
+    EXPECT_EQ(beyond.x, 1.0 / 3);
 }
 
 }  // namespace

@@ -106,7 +106,7 @@ bool VpcFrustumDef::IsInside(double x, double y, double z) const {
                         [&](const VpcPlaneDef& plane) { return plane.IsBehind(x, y, z); });
 }
 
-bool VpcFrustumDef::Intersects(const VpcBoundingBoxAxisAligned& box) const {
+bool VpcFrustumDef::Intersects(const vpc::BoxCorners& box) const {
     return std::none_of(planes_.begin(), planes_.end(), [&box](const VpcPlaneDef& plane) {
         const auto furthest = [](double coefficient, double min, double max) {
             return coefficient > 0 ? max : min;

@@ -3,6 +3,7 @@
 #include <array>
 #include <vector>
 
+#include "core/geometry/BoxCorners.h"
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/geometry/VpcLine3D.h"
 #include "core/geometry/VpcPlaneDef.h"
@@ -59,7 +60,10 @@ public:
     bool IsInside(const VpcPoint3D& p) const { return IsInside(p.x, p.y, p.z); }
     /// False only where the whole box lies outside one plane: a box beside an edge of the volume
     /// may count as intersecting.
-    bool Intersects(const VpcBoundingBoxAxisAligned& box) const;
+    bool Intersects(const VpcBoundingBoxAxisAligned& box) const {
+        return Intersects(vpc::BoxCorners(box));
+    }
+    bool Intersects(const vpc::BoxCorners& box) const;
     /// Whether the point is no further from the centre axis than the far rectangle is wide. The
     /// axis is that of the camera as given, before the transform.
     bool IsWithinRadiusFromCenterAxis(const VpcPoint3D& p) const;

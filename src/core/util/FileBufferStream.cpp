@@ -120,7 +120,7 @@ void FileBufferStream::AttachExternalBuffer(char* block, unsigned long long size
 void FileBufferStream::ReleaseBuffer() {
     if (externalBuffer) {
         bufferStart = bufferCursor = nullptr;
-        bufferSize = 0;
+        bufferSize = lastBlockSize_ = 0;
         externalBuffer = false;
     } else {
         DeleteBuffer();
@@ -185,5 +185,5 @@ void FileBufferStream::DeleteBuffer() {
     // freed when must not change.
     delete[] bufferStart;  // NOLINT
     bufferStart = bufferCursor = nullptr;
-    bufferSize = 0;
+    bufferSize = lastBlockSize_ = 0;
 }

@@ -30,8 +30,7 @@ public:
     /// Closes the file and frees an internal buffer, never an external one.
     ~FileBufferStream();
 
-    // --- The fields, which callers read: bufferCursor - bufferStart tells how far they have come
-    // --
+    // --- The fields; bufferCursor - bufferStart tells callers how far they have come --------
 
     /// The mode given to the last StreamOpen.
     VpcFileMode mode = FileModeRead;
@@ -136,7 +135,8 @@ public:
     /// whole. False when the stream is not good; a block that the file's end cuts short gives
     /// true and the fail state, and LastBlockSize tells how much of it is real.
     bool ReadFileBlock2Buffer(unsigned long long offset, unsigned long long size);
-    /// The bytes that the last ReadFile2Buffer or ReadFileBlock2Buffer really read.
+    /// The bytes that the last ReadFile2Buffer or ReadFileBlock2Buffer really read into the
+    /// buffer; 0 in a new one.
     unsigned long long LastBlockSize() const { return lastBlockSize_; }
     /// Writes the bytes from `startOffset` of the buffer: all `bufferSize` of them when
     /// `wholeBuffer` or when the buffer is no larger than `count`, otherwise `count`.

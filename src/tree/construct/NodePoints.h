@@ -26,7 +26,6 @@ public:
 
     const std::string& Path() const { return path_; }
     unsigned long long Count() const { return writtenOut_ + inMemory_; }
-    unsigned long long InMemory() const { return inMemory_; }
     bool HasFile() const { return hasFile_; }
 
     /// Room for one more record at the end, to be filled by the caller at once.

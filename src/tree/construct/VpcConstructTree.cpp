@@ -4,22 +4,11 @@
 #include <cmath>
 #include <string>
 
+#include "core/geometry/DimensionRatios.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "io/PlyIO.h"
 #include "tree/construct/PointTreeFileWriter.h"
-
-namespace {
-
-/// A ratio of two extents, rounded; in range whatever the extents were.
-unsigned long long roundedRatio(double extent, double shortest, double rounding) {
-    constexpr double largest = 1e18;
-    const double ratio = std::trunc(extent / shortest + rounding);
-    if (!(ratio >= 0.0)) return 0;
-    return static_cast<unsigned long long>(std::min(ratio, largest));
-}
-
-}  // namespace
 
 VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
                                    unsigned long long maxPointsPerNode, unsigned long long maxLevel,
@@ -43,6 +32,10 @@ void VpcConstructTree::setSubsampleType(VpcSubsampleType type, bool seedFromDevi
 void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     constexpr double margin = 0.0001;
     box.AddMargin(margin);
+    // A second root starts anew: the lists must not lead to nodes that go with the first.
+    levels_.clear();
+    endNodes_.clear();
+    awaitingFlush_.clear();
     lastLeaf_ = nullptr;
     root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
@@ -51,18 +44,7 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
 }
 
 void VpcConstructTree::InitializeDimensionRatios(double dx, double dy, double dz) {
-    constexpr double rounding = 0.4999;
-    // The third branch rounds a little differently from the other two, and is meant to.
-    constexpr double roundingOverZ = 0.49999;
-    if (dy >= dx && dz >= dx)
-        dimensionRatios_ = {1, roundedRatio(dy, dx, rounding), roundedRatio(dz, dx, rounding)};
-    else if (dx >= dy && dz >= dy)
-        dimensionRatios_ = {roundedRatio(dx, dy, rounding), 1, roundedRatio(dz, dy, rounding)};
-    else
-        dimensionRatios_ = {roundedRatio(dx, dz, roundingOverZ),
-                            roundedRatio(dy, dz, roundingOverZ), 1};
-    const auto& ratios = dimensionRatios_;
-    if (ratios.first == 1 && ratios.second == 1 && ratios.third == 1) dimensionRatios_ = {2, 2, 2};
+    dimensionRatios_ = vpc::dimensionRatios(dx, dy, dz);
 }
 
 void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long count) {

@@ -43,7 +43,7 @@ public:
 
     /// How parent levels are thinned, and whether random thinning is seeded from the device.
     void setSubsampleType(VpcSubsampleType type, bool seedFromDevice);
-    /// Makes the root over `box`, a little enlarged.
+    /// Makes the root over `box`, a little enlarged, in place of an earlier one with its points.
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
     /// Sets the grid of the root's split from the aspect of its extents.
     void InitializeDimensionRatios(double dx, double dy, double dz);

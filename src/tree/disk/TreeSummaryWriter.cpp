@@ -18,8 +18,8 @@ std::string pathText(const char* name, const VpcNodeIndex& path) {
     return text;
 }
 
-std::string pointText(const VpcPoint3D& point) {
-    return point.ToString(false).ToStdString();
+std::string pointText(const VpcCoordinate3D& corner) {
+    return VpcPoint3D(corner).ToString(false).ToStdString();
 }
 
 }  // namespace

@@ -10,12 +10,6 @@
 
 namespace {
 
-double pointDensity(const VpcBoundingBoxAxisAligned& box, unsigned long long points) {
-    const double squaredDiagonal =
-        box.sideX * box.sideX + box.sideY * box.sideY + box.sideZ * box.sideZ;
-    return static_cast<double>(points) / squaredDiagonal;
-}
-
 template <class T>
 T valueAt(const char* place) {
     T value;
@@ -68,11 +62,11 @@ unsigned long long decode(std::span<const char> records, const Slots& slots,
 }  // namespace
 
 VpcDiskNode::VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const Triplet& index,
-                         const Triplet& grid, const VpcBoundingBoxAxisAligned& nodeBox,
+                         const Triplet& grid, const vpc::BoxCorners& nodeBox,
                          unsigned long long record, unsigned long long block,
                          unsigned long long pointsPosition, unsigned long long pointCount)
     : box(nodeBox),
-      density(pointDensity(nodeBox, pointCount)),
+      density(static_cast<double>(pointCount) / nodeBox.SquaredDiagonal()),
       recordPosition(record),
       pointBlock(block),
       pointsOffset(pointsPosition),
@@ -85,10 +79,9 @@ VpcDiskNode::VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const 
 }
 
 std::span<const double> VpcDiskNode::SplitCoordinates(int axis) const {
-    const std::span<const double> all(splitCoordinates);
-    if (axis == 0) return all.subspan(0, childGrid.x);
-    if (axis == 1) return all.subspan(childGrid.x, childGrid.y);
-    return all.subspan(childGrid.x + childGrid.y, childGrid.z);
+    if (axis == 0) return splitCoordinates.subspan(0, childGrid.x);
+    if (axis == 1) return splitCoordinates.subspan(childGrid.x, childGrid.y);
+    return splitCoordinates.subspan(childGrid.x + childGrid.y, childGrid.z);
 }
 
 VpcDiskNode* VpcDiskNode::GetNodeFromIndex(const VpcNodeIndex& path) {

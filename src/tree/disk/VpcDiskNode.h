@@ -1,12 +1,12 @@
 #pragma once
 
 #include <span>
-#include <utility>
 #include <vector>
 
-#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/geometry/BoxCorners.h"
 #include "core/geometry/VpcNodeIndex.h"
 #include "tree/disk/NodePath.h"
+#include "tree/disk/NodeRecord.h"
 #include "tree/disk/PointTreeLayout.h"
 
 class OdCmEntityColor;
@@ -18,9 +18,10 @@ class VpcDiskTree;
 class VpcDiskNode {
 public:
     using Triplet = VpcTriplet<unsigned long long>;
-    using ChildEntry = std::pair<unsigned long long, unsigned long long>;
+    using ChildEntry = vpc::NodeRecord::ChildEntry;
 
-    VpcBoundingBoxAxisAligned box;
+    /// Becomes a VpcBoundingBoxAxisAligned where one is asked for.
+    vpc::BoxCorners box;
     /// Points over the square of the box's diagonal.
     double density;
     /// Positions in the file: of the node's record and of its point block (carried only), of its
@@ -30,8 +31,9 @@ public:
     unsigned long long pointsOffset;
     unsigned long long parentRecord = 0;
     unsigned long long parentPointBlock = 0;
-    /// Positions of record and point block for every cell of the child grid; carried only.
-    std::vector<ChildEntry> childEntries;
+    /// Positions of record and point block for every cell of the child grid; carried only. The tree
+    /// has them.
+    std::span<const ChildEntry> childEntries;
     VpcDiskTree* tree;
     /// Null for the root.
     VpcDiskNode* parent;
@@ -44,8 +46,8 @@ public:
     /// Cells of the child grid along every axis.
     PointTreeLayout::ChildGrid childGrid;
     /// The split coordinates along x, then along y, then along z, as many as the grid has cells
-    /// along the axis; see SplitCoordinates.
-    std::vector<double> splitCoordinates;
+    /// along the axis; see SplitCoordinates. The tree has them.
+    std::span<const double> splitCoordinates;
     /// Points that the node stores.
     unsigned long long nrPoints;
     /// Point spacing of the node's level.
@@ -55,9 +57,9 @@ public:
     /// and never delete it. The parent's list of children is the caller's to extend.
     /// \param record, block positions in the file
     VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const Triplet& index,
-                const Triplet& grid, const VpcBoundingBoxAxisAligned& nodeBox,
-                unsigned long long record, unsigned long long block,
-                unsigned long long pointsPosition, unsigned long long pointCount);
+                const Triplet& grid, const vpc::BoxCorners& nodeBox, unsigned long long record,
+                unsigned long long block, unsigned long long pointsPosition,
+                unsigned long long pointCount);
     VpcDiskNode(const VpcDiskNode&) = delete;
     VpcDiskNode& operator=(const VpcDiskNode&) = delete;
 

@@ -15,7 +15,7 @@ VpcDiskNode::Triplet tripletOf(const vpc::NodeRecord::Triplet& words) {
     return {words[0], words[1], words[2]};
 }
 
-VpcBoundingBoxAxisAligned boxOf(const vpc::NodeRecord& record) {
+vpc::BoxCorners boxOf(const vpc::NodeRecord& record) {
     const auto& [x0, y0, z0] = record.boxMinimum;
     const auto& [x1, y1, z1] = record.boxMaximum;
     return {x0, y0, z0, x1, y1, z1};
@@ -26,18 +26,6 @@ bool isNextChild(const VpcDiskNode& parent, const VpcDiskNode::Triplet& cell) {
     const PointTreeLayout::ChildGrid& grid = parent.childGrid;
     return cell.first < grid.x && cell.second < grid.y && cell.third < grid.z &&
            parent.ComputeNodeIndex(cell.first, cell.second, cell.third) == parent.children.size();
-}
-
-/// Gives the node the values that its constructor does not take.
-void complete(VpcDiskNode& node, const vpc::NodeRecord& record) {
-    node.childGrid = record.grid;
-    node.splitCoordinates = record.cellWidths;
-    node.parentRecord = record.parentRecord;
-    node.parentPointBlock = record.parentPointBlock;
-    node.childEntries.reserve(record.children.size());
-    for (const auto& child : record.children)
-        node.childEntries.emplace_back(child.record, child.pointBlock);
-    node.minDistance = record.minimumDistance;
 }
 
 unsigned long long pointsOf(const VpcDiskTree::NodeList& nodes) {
@@ -123,14 +111,14 @@ wxString VpcDiskTree::LoadNode(const vpc::NodeRecord& record) {
         const auto& [x1, y1, z1] = record.boxMaximum;
         InitiateRootNode(VpcPoint3D(x0, y0, z0), VpcPoint3D(x1, y1, z1), record.recordPosition,
                          record.pointBlock, record.pointList, record.points);
-        complete(*rootNode_, record);
+        Complete(*rootNode_, record);
         return {};
     }
     VpcDiskNode* const parent = FindParent(record);
     if (parent == nullptr) return fault("has no parent for");
     const VpcDiskNode::Triplet cell = tripletOf(record.indexPath.back());
     if (!isNextChild(*parent, cell)) return fault("has another place than its path tells for");
-    complete(AddChild(*parent, cell, record), record);
+    Complete(AddChild(*parent, cell, record), record);
     return {};
 }
 
@@ -158,6 +146,23 @@ VpcDiskNode& VpcDiskTree::AddChild(VpcDiskNode& parent, const VpcDiskNode::Tripl
             .release();
     parent.children.push_back(node);
     return *node;
+}
+
+template <class T>
+std::span<const T> VpcDiskTree::Keep(const std::vector<T>& values) {
+    if (values.empty()) return {};
+    T* const kept = std::pmr::polymorphic_allocator<T>(&numbers_).allocate(values.size());
+    std::uninitialized_copy(values.begin(), values.end(), kept);
+    return {kept, values.size()};
+}
+
+void VpcDiskTree::Complete(VpcDiskNode& node, const vpc::NodeRecord& record) {
+    node.childGrid = record.grid;
+    node.splitCoordinates = Keep(record.cellWidths);
+    node.parentRecord = record.parentRecord;
+    node.parentPointBlock = record.parentPointBlock;
+    node.childEntries = Keep(record.children);
+    node.minDistance = record.minimumDistance;
 }
 
 void VpcDiskTree::InitializeDimensionRatios(double dx, double dy, double dz) {
@@ -226,6 +231,7 @@ void VpcDiskTree::Clear() {
         for (VpcDiskNode* node : nodes) std::unique_ptr<VpcDiskNode> freed(node);
     levels_.clear();
     rootNode_ = nullptr;
+    numbers_.release();
     dimensionRatios_ = {1, 1, 1};
     header_ = {};
     vptVersion = 0;

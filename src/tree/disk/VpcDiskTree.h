@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <memory_resource>
 #include <span>
 #include <utility>
 #include <vector>
@@ -91,6 +92,12 @@ private:
                           const vpc::NodeRecord& record);
     void Clear();
 
+    /// Copies values to where they stay until the tree is cleared.
+    template <class T>
+    std::span<const T> Keep(const std::vector<T>& values);
+    /// Gives a node the values that its constructor does not take.
+    void Complete(VpcDiskNode& node, const vpc::NodeRecord& record);
+
     vpc::PointTreeHeader header_;
     VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
     VpcDiskNode* rootNode_ = nullptr;
@@ -98,6 +105,8 @@ private:
     std::vector<NodeList> levels_;
     /// For FindParent, which is called for every node.
     VpcNodeIndex parentPath_;
+    /// The nodes' lists of numbers, which never change: far less memory than a block for each.
+    std::pmr::monotonic_buffer_resource numbers_;
     /// Its buffer holds the points of one node.
     std::unique_ptr<FileBufferStream> stream_;
 };

@@ -237,6 +237,8 @@ TEST_F(FileBufferStreamTest, BlockReadsFillTheBufferWhichOnlyGrows) {
     EXPECT_TRUE(stream.ReadFileBlock2Buffer(30, 100)) << "cut short";
     EXPECT_FALSE(stream.IsStreamGood());
     EXPECT_EQ(stream.LastBlockSize(), 90U);
+    stream.CreateInternalBuffer(100);
+    EXPECT_EQ(stream.LastBlockSize(), 0U) << "nothing was read into a new buffer";
     EXPECT_FALSE(stream.ReadFileBlock2Buffer(0, 110));
     EXPECT_EQ(stream.bufferSize, 110U) << "it grows before the stream is looked at";
     EXPECT_EQ(stream.bufferCursor, stream.bufferStart);

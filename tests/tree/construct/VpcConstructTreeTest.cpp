@@ -144,6 +144,21 @@ TEST_F(ConstructTreeTest, FinishingPushesLeavesDownAndSamplesUpwards) {
             << name;
 }
 
+TEST_F(ConstructTreeTest, ASecondRootStartsAnew) {
+    const std::vector<VpcPoint3D> points = randomPoints(300, 5);
+    VpcConstructTree tree(WorkingFolder(), Tree_Octree, 50, 5, false);
+    for (const unsigned long long count : {300ULL, 20ULL}) {
+        tree.InitializeRootNode({0, 0, -6, 100, 60, 6});
+        tree.AddPoints(points.data(), count);
+    }
+    tree.FlushBuffersToDisk(0);
+    EXPECT_EQ(NodeFiles(tree), (NodeFileList{{"--0", 20}}));
+    ASSERT_TRUE(tree.FinishAddData());
+    EXPECT_EQ(tree.Levels().size(), 1U);
+    EXPECT_EQ(tree.FilledLeafCount(), 1U);
+    EXPECT_EQ(tree.PointsAdded(), 20U);
+}
+
 TEST_F(ConstructTreeTest, LeavesThatCannotSplitGrow) {
     const struct {
         VpcTreeType type;
