@@ -89,7 +89,7 @@ TEST_F(PcCoreProjectManagerTest, ShowsTheDeepestLevelThatTheBudgetAllows) {
     std::set<bool> leftOut;
     for (const Pose& pose : {Pose(), tilted()}) {
         model->pose = pose;
-        for (const Word budget : {51, 300, 700, 1500, 3000, 4001, 4002, 21000}) {
+        for (const Word budget : {51U, 300U, 700U, 1500U, 3000U, 4001U, 4002U, 21000U}) {
             for (const bool lowDensity : {false, true}) {
                 setBudget(budget, lowDensity);
                 for (std::size_t i = 0; i < cameras.size(); ++i) {
@@ -227,7 +227,7 @@ TEST_F(PcCoreProjectManagerTest, EveryUpdateIsFlatAndWritesNoFiles) {
 
 TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllows) {
     std::set<std::size_t> sizes;
-    for (const Word budget : {51, 200, 500, 1000, 2000, 3900, 10000}) {
+    for (const Word budget : {51U, 200U, 500U, 1000U, 2000U, 3900U, 10000U}) {
         setBudget(budget);
         for (const ModelCamera& camera : cameras) {
             update(camera);
@@ -285,13 +285,14 @@ TEST_F(PcCoreProjectManagerTest, AViewWithoutExtentSelectsNothing) {
     setBudget(5000);
     ASSERT_GT(update(overview), 0U);
     using Change = std::function<void(ModelCamera&)>;
-    const std::vector<Change> changes = {[](ModelCamera& c) { c.width = 0; },
-                                         [](ModelCamera& c) { c.height = 0; },
-                                         [](ModelCamera& c) { c.target = c.eye; },
-                                         [](ModelCamera& c) { c.up = {}; },
-                                         [](ModelCamera& c) { c.eye[1] = nan; },
-                                         [](ModelCamera& c) { c.width = 1 / 0.0; },
-                                         [](ModelCamera& c) { c.up = moved(c.eye, c.target, -1); }};
+    const std::vector<Change> changes = {
+        [](ModelCamera& c) { c.width = 0; },
+        [](ModelCamera& c) { c.height = 0; },
+        [](ModelCamera& c) { c.target = c.eye; },
+        [](ModelCamera& c) { c.up = {}; },
+        [](ModelCamera& c) { c.eye[1] = nan; },
+        [](ModelCamera& c) { c.width = std::numeric_limits<double>::infinity(); },
+        [](ModelCamera& c) { c.up = moved(c.eye, c.target, -1); }};
     OdGePoint3d found;
     for (const bool perspective : {false, true}) {
         for (std::size_t i = 0; i < changes.size(); ++i) {
