@@ -1,0 +1,230 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "support/TreeFile.h"
+
+namespace vpc::test {
+
+// What a view of a tree file has to show, by plain force and with nothing of the library's own.
+
+inline double dot(const Doubles3& a, const Doubles3& b) {
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+inline Doubles3 cross(const Doubles3& a, const Doubles3& b) {
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+/// a + f b
+inline Doubles3 moved(const Doubles3& a, const Doubles3& b, double f) {
+    return {a[0] + f * b[0], a[1] + f * b[1], a[2] + f * b[2]};
+}
+inline double distance(const Doubles3& a, const Doubles3& b) {
+    const Doubles3 d = moved(a, b, -1);
+    return std::sqrt(dot(d, d));
+}
+inline Doubles3 unit(const Doubles3& a) {
+    return moved({}, a, 1 / std::sqrt(dot(a, a)));
+}
+
+/// A rotation by rows, and a translation after it.
+struct Pose {
+    std::array<Doubles3, 3> rows{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+    Doubles3 shift{};
+
+    Doubles3 toWorld(const Doubles3& p) const {
+        return {dot(rows[0], p) + shift[0], dot(rows[1], p) + shift[1], dot(rows[2], p) + shift[2]};
+    }
+    Doubles3 toTree(const Doubles3& p) const {
+        const Doubles3 d = moved(p, shift, -1);
+        return moved(moved(moved({}, rows[0], d[0]), rows[1], d[1]), rows[2], d[2]);
+    }
+};
+
+struct ModelCamera {
+    Doubles3 eye{};
+    Doubles3 target{};
+    Doubles3 up{};
+    double width = 0;
+    double height = 0;
+    bool perspective = false;
+};
+
+/// A view or pick volume as the half spaces that it lies in, in the tree's frame.
+class ModelVolume {
+public:
+    /// \param reach how far the volume goes from the camera, along the view direction
+    /// \param through  a point that the volume's axis leads through
+    ModelVolume(const ModelCamera& camera, const Doubles3& through, double width, double height,
+                double reach, const Pose& pose) {
+        const Doubles3 forward = unit(moved(camera.target, camera.eye, -1));
+        const Doubles3 up = unit(camera.up);
+        const Doubles3 right = cross(forward, up);
+        const Doubles3 toAxis = moved(through, camera.eye, -1);
+        const double depth = dot(toAxis, forward);
+        const Doubles3 start = camera.perspective ? camera.eye : moved(through, forward, -depth);
+        const Doubles3 step = camera.perspective ? moved({}, toAxis, 1 / depth) : forward;
+        const double scale = camera.perspective ? reach / distance(camera.target, camera.eye) : 1;
+        const Doubles3 end = moved(start, step, reach);
+        const double nearSize = camera.perspective ? 0 : 1;
+        const auto corner = [&](const Doubles3& centre, double size, double r, double u) {
+            return pose.toTree(
+                moved(moved(centre, right, r * size * width / 2), up, u * size * height / 2));
+        };
+        const Doubles3 middle = pose.toTree(moved(start, step, reach / 2));
+        constexpr std::array<std::array<double, 2>, 4> ring{{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}};
+        for (std::size_t i = 0; i < 4; ++i) {
+            const auto [r, u] = ring[i];
+            const auto [r2, u2] = ring[(i + 1) % 4];
+            add(corner(start, nearSize, r, u), corner(end, scale, r, u), corner(end, scale, r2, u2),
+                middle);
+        }
+        add(corner(end, 1, -1, -1), corner(end, 1, 1, -1), corner(end, 1, 1, 1), middle);
+        if (!camera.perspective)
+            add(corner(start, 1, -1, -1), corner(start, 1, 1, -1), corner(start, 1, 1, 1), middle);
+    }
+    bool holds(const Doubles3& p) const {
+        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
+            return dot(plane.normal, p) >= plane.offset;
+        });
+    }
+    /// Whether no half space leaves out all of the box's corners.
+    bool meets(const Doubles3& low, const Doubles3& high) const {
+        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
+            bool any = false;
+            for (int i = 0; i < 8; ++i) {
+                const Doubles3 p{i & 1 ? low[0] : high[0], i & 2 ? low[1] : high[1],
+                                 i & 4 ? low[2] : high[2]};
+                any = any || dot(plane.normal, p) >= plane.offset;
+            }
+            return any;
+        });
+    }
+
+private:
+    struct Plane {
+        Doubles3 normal;
+        double offset;
+    };
+
+    void add(const Doubles3& a, const Doubles3& b, const Doubles3& c, const Doubles3& inside) {
+        Doubles3 normal = unit(cross(moved(b, a, -1), moved(c, a, -1)));
+        if (dot(normal, inside) < dot(normal, a)) normal = moved({}, normal, -1);
+        planes_.push_back({normal, dot(normal, a)});
+    }
+
+    std::vector<Plane> planes_;
+};
+
+struct ModelSlot {
+    Doubles3 world{};
+    std::uint32_t colour = 0;
+    double size = 0;
+
+    bool operator==(const ModelSlot&) const = default;
+};
+
+/// A node whose points are shown, and its place among the slots: `last` belongs to it.
+struct ModelNode {
+    const TreeNode* node = nullptr;
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+
+struct ModelView {
+    Word level = 0;
+    std::size_t selected = 0;
+    std::vector<ModelNode> nodes;
+    std::vector<ModelSlot> slots;
+};
+
+/// The tree of a file, viewed.
+class ViewModel {
+public:
+    explicit ViewModel(const TreeFile& file) : levels(file.levels) {
+        // A loaded root is a little larger than the file's.
+        TreeNode& root = levels.front().front();
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double margin = 0.0001 * (root.boxMax[axis] - root.boxMin[axis]);
+            root.boxMin[axis] -= margin;
+            root.boxMax[axis] += margin;
+        }
+    }
+
+    std::vector<std::vector<TreeNode>> levels;
+    Word capacity = 0;
+    bool lowDensity = false;
+    Pose pose;
+    /// Whether a point, in the tree's frame, is shown at all.
+    std::function<bool(const Doubles3&)> filter = [](const Doubles3&) { return true; };
+
+    static Doubles3 centre(const TreeNode& node) {
+        return moved(node.boxMin, moved(node.boxMax, node.boxMin, -1), 0.5);
+    }
+    double reach(const ModelCamera& camera) const {
+        return 3 * distance(camera.eye, centre(levels.front().front()));
+    }
+    ModelVolume volume(const ModelCamera& camera) const {
+        return {camera, camera.target, camera.width, camera.height, reach(camera), pose};
+    }
+    Word pointsIn(const ModelVolume& volume, Word level) const {
+        Word points = 0;
+        for (const TreeNode& node : levels[level])
+            if (volume.meets(node.boxMin, node.boxMax)) points += node.pointCount;
+        return points;
+    }
+
+    /// \param result  what the buffers hold before
+    ModelView view(const ModelCamera& camera, ModelView result = {}) const {
+        const ModelVolume seen = volume(camera);
+        result.level = 0;
+        result.selected = 0;
+        const Word threshold = lowDensity ? capacity / 5 : capacity - 1;
+        for (Word level = 0; level < levels.size() && pointsIn(seen, level) < threshold; ++level)
+            result.level = level;
+        for (const TreeNode& node : levels[result.level]) {
+            if (!seen.meets(node.boxMin, node.boxMax)) continue;
+            ++result.selected;
+            if (result.slots.size() + node.pointCount < capacity) fill(node, result);
+        }
+        return result;
+    }
+
+    /// The coordinates that a pick finds; none where it finds nothing.
+    std::optional<Doubles3> pick(const ModelView& view, const ModelCamera& camera,
+                                 const Doubles3& at, double width, double height) const {
+        const ModelVolume box(camera, at, width, height, reach(camera), pose);
+        std::vector<ModelNode> met;
+        for (const ModelNode& shown : view.nodes)
+            if (box.meets(shown.node->boxMin, shown.node->boxMax)) met.push_back(shown);
+        std::sort(met.begin(), met.end(), [&](const ModelNode& a, const ModelNode& b) {
+            return distance(centre(*a.node), camera.eye) < distance(centre(*b.node), camera.eye);
+        });
+        for (const ModelNode& shown : met)
+            for (std::size_t slot = shown.first; slot < shown.last; ++slot)
+                if (box.holds(pose.toTree(view.slots[slot].world))) return view.slots[slot].world;
+        return std::nullopt;
+    }
+
+private:
+    void fill(const TreeNode& node, ModelView& result) const {
+        const std::size_t first = result.slots.size();
+        for (const PointRecord& p : node.points) {
+            const Doubles3 place{p.x, p.y, p.z};
+            if (!filter(place)) continue;
+            result.slots.push_back(
+                {pose.toWorld(place),
+                 0xC2000000U | (p.red & 0xFFU) << 16U | (p.green & 0xFFU) << 8U | (p.blue & 0xFFU),
+                 p.scannerDistance >= 1 ? p.scannerDistance : 1});
+        }
+        if (result.slots.size() > first)
+            result.nodes.push_back({&node, first, result.slots.size() - 1});
+    }
+};
+
+}  // namespace vpc::test

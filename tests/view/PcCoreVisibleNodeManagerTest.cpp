@@ -1,0 +1,316 @@
+#include "view/PcCoreVisibleNodeManager.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+
+#include "io/PlyIO.h"
+#include "support/LocaleGuard.h"
+#include "support/ViewFixture.h"
+#include "view/CameraPoints.h"
+
+namespace vpc::test {
+namespace {
+
+using PcCoreVisibleNodeManagerTest = ViewTest;
+
+// --- Colours -------------------------------------------------------------------------------------
+
+/// A ramp as "from to" of red, green and blue; Spectrum (1) is not one of them.
+std::array<double, 6> endsOf(int scheme) {
+    constexpr std::array<std::array<double, 6>, 8> ends{{{},
+                                                         {},
+                                                         {195, 255, 95, 255, 0, 0},
+                                                         {0, 0, 0, 191, 38, 288},
+                                                         {0, 255, 0, 255, 0, 255},
+                                                         {38, 255, 0, 0, 0, 0},
+                                                         {0, 0, 38, 255, 0, 0},
+                                                         {0, 0, 0, 0, 38, 255}}};
+    return ends[static_cast<std::size_t>(scheme)];
+}
+
+std::uint32_t painted(std::uint32_t before, double value, double min, double max, int scheme) {
+    if (scheme == 0) return before;
+    constexpr std::array<double, 3> humps{192, 128, 64};
+    std::uint32_t colour = before >> 24U;
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        double c = 0;
+        if (scheme == 1) {
+            const double t = (value - min) * 255 / (max - min);
+            c = 255 * std::fmin(1, std::fmax(0, 1.5 - std::fabs(t - humps[channel]) / 64));
+        } else {
+            const std::array<double, 6> ends = endsOf(scheme);
+            const double from = ends[2 * channel];
+            c = (value - min) * (ends[2 * channel + 1] - from) / (max - min) + from;
+        }
+        colour = colour << 8U | static_cast<std::uint32_t>(std::fmin(255, std::fmax(0, c)));
+    }
+    return colour;
+}
+
+TEST_F(PcCoreVisibleNodeManagerTest, ColoursByElevationAndIntensityInEveryScheme) {
+    load(unevenCloud(1500));
+    const Pose pose = tilted();
+    const ModelCamera camera{pose.toWorld({50, 50, 300}),
+                             pose.toWorld({50, 50, 50}),
+                             moved(pose.toWorld({0, 1, 0}), pose.shift, -1),
+                             400,
+                             400,
+                             false};
+    project.stylizationType = GiPc_Stylization_SCANCOLORS;
+    project.colorScheme = GiPc_ColorScheme_Reds;
+    ASSERT_EQ(update(camera, pose), 1500U);
+    const std::vector<ModelSlot> plain = slots();
+    for (const bool byElevation : {true, false}) {
+        std::vector<double> values;
+        for (const ModelSlot& slot : plain) {
+            const std::uint32_t c = slot.colour;
+            values.push_back(byElevation ? slot.world[2]
+                                         : 0.2125 * (c >> 16U & 0xFF) + 0.7154 * (c >> 8U & 0xFF) +
+                                               0.0721 * (c & 0xFF));
+        }
+        const auto [min, max] = std::minmax_element(values.begin(), values.end());
+        project.stylizationType =
+            byElevation ? GiPc_Stylization_ELEVATION : GiPc_Stylization_INTENSITY;
+        for (int scheme = 0; scheme < 8; ++scheme) {
+            SCOPED_TRACE(testing::Message() << byElevation << " scheme " << scheme);
+            project.colorScheme = static_cast<GiPcColorScheme>(scheme);
+            update(camera, pose);
+            const std::vector<ModelSlot> coloured = slots();
+            ASSERT_EQ(coloured.size(), plain.size());
+            for (std::size_t i = 0; i < plain.size(); ++i) {
+                ASSERT_EQ(coloured[i].world, plain[i].world);
+                ASSERT_EQ(coloured[i].colour,
+                          painted(plain[i].colour, values[i], *min, *max, scheme));
+                if (!byElevation) {
+                    ASSERT_EQ(buffers().intensities()[i], values[i]);
+                }
+            }
+        }
+    }
+}
+
+TEST_F(PcCoreVisibleNodeManagerTest, ColoursWhereAllValuesAreTheSame) {
+    std::vector<PointRecord> white = unevenCloud(200, 0);
+    for (PointRecord& p : white) p.red = p.green = p.blue = 255;
+    load(white);
+    project.stylizationType = GiPc_Stylization_INTENSITY;
+    for (int scheme = 0; scheme < 8; ++scheme) {
+        project.colorScheme = static_cast<GiPcColorScheme>(scheme);
+        ASSERT_EQ(update(overview), 200U);
+        EXPECT_DOUBLE_EQ(buffers().intensities()[7], 255);
+        // The ramps' undefined values become 0; Earth has none in blue, ScanColors none at all.
+        const std::uint32_t expected = scheme == 0 ? 0xC2FFFFFF : 0xC2000000;
+        EXPECT_EQ(slots()[7].colour, expected) << scheme;
+    }
+    project.stylizationType = GiPc_Stylization_ELEVATION;
+    update(overview);
+    EXPECT_EQ(slots()[7].colour, 0xC2000000);
+}
+
+// --- Buffers -------------------------------------------------------------------------------------
+
+TEST_F(PcCoreVisibleNodeManagerTest, ResizesToEmptyBuffers) {
+    load(unevenCloud(1500));
+    PcCoreVisibleNodeManager& manager = buffers();
+    EXPECT_EQ(manager.capacity, 5'000'000U);
+    const OdGePoint3d* const before = manager.coordinates();
+    ASSERT_GT(update(overview), 0U);
+    for (const Word unchanged : {0U, 50U, 5'000'000U}) {
+        EXPECT_TRUE(manager.resizePointBuffer(unchanged));
+        EXPECT_EQ(manager.coordinates(), before);
+        EXPECT_EQ(manager.nrPointsInBuffer, 1500U);
+    }
+    // No such memory: the wanted capacity is told, and the old buffers go on working.
+    ASSERT_TRUE(manager.resizePointBuffer(100));
+    ASSERT_GT(update(overview), 0U);
+    std::vector<Word> refused = {~0ULL, ~0ULL / 24};
+#ifndef __SANITIZE_ADDRESS__
+    // The sanitizer ends the program where the system just has no such memory.
+    refused.push_back(1ULL << 57U);
+#endif
+    for (const Word tooMany : refused) {
+        EXPECT_FALSE(manager.resizePointBuffer(tooMany));
+        EXPECT_EQ(manager.capacity, tooMany);
+        EXPECT_EQ(manager.nrPointsInBuffer, 0U);
+        EXPECT_LE(update(overview), 100U);
+    }
+    ASSERT_TRUE(manager.resizePointBuffer(51));
+    EXPECT_EQ(manager.capacity, 51U);
+    EXPECT_EQ(manager.nextSlot, 0U);
+    for (int slot = 0; slot < 51; ++slot) {
+        EXPECT_EQ(manager.coordinates()[slot], OdGePoint3d());
+        EXPECT_EQ(manager.colours()[slot].color(), 0xC2000000);
+    }
+    OdGePoint3d found;
+    EXPECT_FALSE(pick(overview, {}, {50, 50, 50}, 1000, found));
+}
+
+// --- Picking -------------------------------------------------------------------------------------
+
+TEST_F(PcCoreVisibleNodeManagerTest, PicksTheFirstSlotInTheNearestNode) {
+    load(unevenCloud(3000));
+    ViewModel model{TreeFile(readBytes(folder.output()))};
+    model.capacity = 3500;
+    ASSERT_TRUE(buffers().resizePointBuffer(3500));
+    model.pose = tilted();
+    const auto at = [&](const Doubles3& p) { return model.pose.toWorld(p); };
+    const Doubles3 up = moved(at({0.1, 0.2, 1}), model.pose.shift, -1);
+    int hits = 0, misses = 0, later = 0;
+    for (const bool perspective : {true, false}) {
+        const ModelCamera camera{at({50, -120, 60}), at({50, 50, 45}), up, 180, 150, perspective};
+        const ModelView view = model.view(camera);
+        ASSERT_EQ(update(camera, model.pose), view.slots.size());
+        for (std::size_t i = 0; i < view.slots.size(); i += 29) {
+            for (const int pixels : {1, 9, 60}) {
+                // Beside the point, as a user picks.
+                const Doubles3 near = moved(view.slots[i].world, {0.3, 0.1, -0.2}, i % 2 ? 1 : 9);
+                OdGePoint3d found(1, 2, 3);
+                const auto expected =
+                    model.pick(view, camera, near, camera.width / viewportWidth * pixels,
+                               camera.height / viewportHeight * pixels);
+                ASSERT_EQ(pick(camera, model.pose, near, pixels, found), expected.has_value());
+                EXPECT_LT(distance(fromOd(found), expected.value_or(Doubles3{1, 2, 3})), 1e-9);
+                EXPECT_EQ(camPointOda, toOd(camera.eye));
+                hits += expected.has_value();
+                misses += !expected.has_value();
+                later += expected && distance(*expected, view.slots[i].world) > 1e-6;
+            }
+        }
+        const auto& met = buffers().pickNodes();
+        EXPECT_TRUE(std::is_sorted(met.begin(), met.end(),
+                                   PcCoreVisibleNodeManager::sortVisibleNodesToCameraDistance));
+    }
+    EXPECT_GT(hits, 50);
+    EXPECT_GT(misses, 50);
+    EXPECT_GT(later, 20);
+}
+
+TEST_F(PcCoreVisibleNodeManagerTest, NeverPicksANodesLastPoint) {
+    std::vector<PointRecord> two(2);
+    two[0].x = 1;
+    two[1].x = 10;
+    load(two);
+    const ModelCamera camera{{5, -30, 0.1}, {5, 0, 0}, {0, 0, 1}, 40, 40, false};
+    ASSERT_EQ(update(camera), 2U);
+    OdGePoint3d found;
+    const std::vector<ModelSlot> shown = slots();
+    EXPECT_TRUE(pick(camera, {}, shown[0].world, 5, found));
+    EXPECT_EQ(found, toOd(shown[0].world));
+    EXPECT_FALSE(pick(camera, {}, shown[1].world, 5, found));
+    EXPECT_FALSE(pick(camera, {}, shown[0].world, 0, found));
+
+    OdArray<OdGePoint3d> snapped{{7, 7, 7}};
+    project.getOsnapPoints(toOd(shown[1].world), {}, {}, toOd(tilted()), snapped);
+    EXPECT_EQ(snapped.size(), 1U);
+    project.getOsnapPoints(toOd(shown[0].world), {}, {}, toOd(tilted()), snapped);
+    EXPECT_EQ(snapped, (OdArray<OdGePoint3d>{{7, 7, 7}, toOd(shown[0].world)}));
+}
+
+TEST_F(PcCoreVisibleNodeManagerTest, ANodeOfOnePointIsPassedOver) {
+    std::vector<PointRecord> one(1);
+    one[0].x = 1;
+    load(one);
+    const ModelCamera camera{{5, -30, 0.1}, {5, 0, 0}, {0, 0, 1}, 40, 40, false};
+    ASSERT_EQ(update(camera), 1U);
+    OdGePoint3d found;
+    EXPECT_FALSE(pick(camera, {}, {0, 0, 0}, 600, found));
+}
+
+TEST_F(PcCoreVisibleNodeManagerTest, PicksAmongUndefinedPoints) {
+    load(unevenCloud(3000));
+    std::string bytes = readBytes(folder.output());
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const TreeFile file(bytes);
+    for (const TreeNode& node : file.levels.back())
+        for (Word i = 0; i < node.pointCount; i += 3)
+            std::memcpy(&bytes[node.listPosition + PointRecord::size * i], &nan, sizeof nan);
+    writeBytes(folder.output(), bytes);
+    ASSERT_TRUE(project.loadProjectFromFile(toWx(folder.output())));
+    for (const auto type : {GiPc_Stylization_ELEVATION, GiPc_Stylization_INTENSITY}) {
+        project.stylizationType = type;
+        ASSERT_EQ(update(overview), 3000U);
+    }
+    EXPECT_TRUE(std::isnan(buffers().coordinates()[0].x));
+    int found = 0;
+    for (double x = 0; x < 100; x += 5) {
+        OdGePoint3d hit;
+        found += pick(overview, {}, {x, 50, 50}, 30, hit);
+    }
+    EXPECT_GT(found, 0);
+}
+
+// --- Exports -------------------------------------------------------------------------------------
+
+TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
+    const LocaleGuard comma("de_DE.UTF-8");
+    load(unevenCloud(1000));
+    const ModelCamera camera{{50, -100.5, 50}, {50, 50, 50}, {0, 0, 2}, 320, 240, false};
+    ASSERT_GT(update(camera), 0U);
+    OdGePoint3d found;
+    pick(camera, {}, {20, 0, 30}, 12, found);
+    // The data's bounds are those of the points, which no test needs to know in every digit.
+    const auto bounds = [](const OdGePoint3d& p) {
+        char text[200];
+        const LocaleGuard point("C");
+        std::snprintf(text, sizeof text, "(%lf, %lf, %lf)", p.x, p.y, p.z);
+        return std::string(text);
+    };
+    const auto box = "Bounding box : min " + bounds(project.dataMin()) + "\r\nBounding box : max " +
+                     bounds(project.dataMax()) + "\r\n";
+    const std::string folderName = folder.folder.file("");
+    project.exportView(toWx(folderName));
+    project.exportPick(toWx(folder.folder.path()));
+    const OdGePoint3d far(50, -100.5 + 3 * project.cameraDistance, 50);
+    EXPECT_EQ(readBytes(folderName + "CameraParameters.txt"),
+              "Camera position: (50.000000, -100.500000, 50.000000)\r\n"
+              "Camera lookat  : (50.000000, 50.000000, 50.000000)\r\n"
+              "Camera upVector: (0.000000, 0.000000, 2.000000)\r\n" +
+                  box +
+                  "World width 320.000000, worldHeight = 240.000000\r\n"
+                  "View near center: (50.000000, -100.500000, 50.000000)\r\n"
+                  "View far center:  " +
+                  bounds(far) +
+                  "\r\n"
+                  " => so size of a pixel in world units is 0.500000\r\n"
+                  "Current view mode => flat pyramid level selection \r\n");
+    EXPECT_EQ(readBytes(folderName + "PickPointParameters.txt"),
+              "Camera position: (50.000000, -100.500000, 50.000000)\r\n"
+              "Camera lookat: (50.000000, 50.000000, 50.000000)\r\n"
+              "Camera upVector: (0.000000, 0.000000, 2.000000)\r\n"
+              "User pick point: (20.000000, 0.000000, 30.000000)\r\n" +
+                  box +
+                  "World width 320.000000, worldHeight = 240.000000\r\n"
+                  "Pick near center: (20.000000, -100.500000, 30.000000)\r\n"
+                  "Pick far center:  " +
+                  bounds({20, far.y, 30}) + "\r\n");
+
+    const auto vertices = [&](const std::string& name) {
+        std::vector<VpcPoint3D> read;
+        VpcBoundingBoxAxisAligned extent;
+        EXPECT_TRUE(PlyIO::Read(toWx(folderName + name), read, extent)) << name;
+        return read.size();
+    };
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(vertices("DataBoundaries.ply"), 8U);
+    EXPECT_EQ(vertices("InViewFrustum.ply"), 8 * buffers().visibleNodes().size());
+    EXPECT_EQ(vertices("InPickFrustum.ply"), 8 * buffers().pickNodes().size());
+    EXPECT_GE(vertices("CameraViewFrustum.ply"), 8U);
+    EXPECT_GE(vertices("PickPointFrustum.ply"), 8U);
+    testing::internal::GetCapturedStdout();
+    EXPECT_GT(buffers().pickNodes().size(), 0U);
+
+    // The other mode, into a folder that is not there, fails without a word.
+    const VpcFrustumDef& seen = project.viewFrustum();
+    buffers().exportVisibleNodesAsPly(toWx(folderName + "none"), false, {}, {}, {}, {}, 1, 1, 1,
+                                      seen);
+    buffers().exportVisibleNodesAsPly(toWx(folderName), false, {}, {}, {}, {}, 1, 1, 1, seen);
+    EXPECT_THAT(readBytes(folderName + "CameraParameters.txt"),
+                testing::EndsWith("Current view mode => dynamic pyramid node selection (increase "
+                                  "closer to camera) \r\n"));
+}
+
+}  // namespace
+}  // namespace vpc::test
