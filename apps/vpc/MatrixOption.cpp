@@ -34,6 +34,7 @@ bool isRigid(const OdGeMatrix3d& m) {
 OdGeMatrix3d MatrixOption::Parse(const std::vector<std::string>& texts) {
     OdGeMatrix3d matrix;
     std::vector<double> values;
+    values.reserve(texts.size());
     for (const std::string& text : texts)
         values.push_back(
             NumberList::Require(text, 1, "--matrix", "16 numbers, row by row").front());

@@ -5,12 +5,12 @@
 
 #include "core/geometry/BoxCorners.h"
 #include "core/geometry/VpcNodeIndex.h"
+#include "platform/OdCmEntityColor.h"
+#include "platform/OdGePoint3d.h"
 #include "tree/disk/NodePath.h"
 #include "tree/disk/NodeRecord.h"
 #include "tree/disk/PointTreeLayout.h"
 
-class OdCmEntityColor;
-class OdGePoint3d;
 class VpcDiskTree;
 
 /// A node of a loaded point tree: everything that its record tells, but not its points, which are

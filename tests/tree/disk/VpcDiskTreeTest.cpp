@@ -350,7 +350,8 @@ TEST_F(VpcDiskTreeTest, LoadsATreeWithoutLevelsAndOneWhoseDeepestLevelIsEmpty) {
     EXPECT_TRUE(tree->CreateFromFile(toWx(path()))) << "it holds no levels still";
     // The root alone, and a second level of no nodes.
     std::string bytes = image.bytes.substr(0, 135);
-    for (const Word word : {2ULL, 1ULL, 0ULL}) bytes.append(reinterpret_cast<const char*>(&word), 8);
+    for (const Word word : {2ULL, 1ULL, 0ULL})
+        bytes.append(reinterpret_cast<const char*>(&word), 8);
     bytes += image.bytes.substr(image.firstRecord());
     ASSERT_TRUE(load(bytes));
     EXPECT_THAT(tree->GetNodePointSummary(), ElementsAre(Pair(1, 2), Pair(0, 0)));
