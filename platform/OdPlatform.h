@@ -4,6 +4,7 @@
 
 // The host SDK's names for the integers of fixed size.
 using OdInt32 = std::int32_t;
+using OdInt64 = std::int64_t;
 using OdUInt8 = std::uint8_t;
 using OdUInt32 = std::uint32_t;
 

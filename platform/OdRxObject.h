@@ -1,14 +1,45 @@
 #pragma once
 
 #include "platform/OdPlatform.h"
+#include "platform/OdRxClass.h"
 
 /// Stand-in for the base of the host SDK's run-time classes: deleted through a pointer to it.
 class OD_EXPORT OdRxObject {
 public:
     virtual ~OdRxObject();
 
+    static const OdRxClass* desc();
+    /// The class that the object was made as.
+    virtual const OdRxClass* isA() const;
+    bool isKindOf(const OdRxClass* other) const { return isA()->isDerivedFrom(other); }
+
 protected:
     OdRxObject() = default;
     OdRxObject(const OdRxObject&) = default;
     OdRxObject& operator=(const OdRxObject&) = default;
 };
+
+// What every run-time class declares: its description, and casts that give null for an object of
+// another class and for null.
+#define ODRX_DECLARE_MEMBERS(ClassName)                                \
+public:                                                                \
+    static const OdRxClass* desc();                                    \
+    const OdRxClass* isA() const override;                             \
+    static ClassName* cast(OdRxObject* object) {                       \
+        const bool fits = object && object->isKindOf(desc());          \
+        return fits ? static_cast<ClassName*>(object) : nullptr;       \
+    }                                                                  \
+    static const ClassName* cast(const OdRxObject* object) {           \
+        const bool fits = object && object->isKindOf(desc());          \
+        return fits ? static_cast<const ClassName*>(object) : nullptr; \
+    }
+
+// Goes into one source file, so that host and plug-ins see the same description.
+#define ODRX_DEFINE_MEMBERS(ClassName, ParentClass)                              \
+    const OdRxClass* ClassName::desc() {                                         \
+        static const OdRxClass description(L## #ClassName, ParentClass::desc()); \
+        return &description;                                                     \
+    }                                                                            \
+    const OdRxClass* ClassName::isA() const {                                    \
+        return desc();                                                           \
+    }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <string>
 
 /// Stand-in for the host SDK's wide string.
@@ -19,6 +20,8 @@ public:
         return *this;
     }
     friend OdString operator+(OdString head, const OdString& tail) { return head += tail; }
+    /// Ordered by the characters' numbers.
+    auto operator<=>(const OdString&) const = default;
     bool operator==(const OdString&) const = default;
 
 private:

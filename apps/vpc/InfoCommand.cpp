@@ -8,7 +8,7 @@
 
 #include "CommandError.h"
 #include "DisplayText.h"
-#include "DrawingUnits.h"
+#include "core/util/DrawingUnits.h"
 #include "ExitStatus.h"
 #include "TreeFile.h"
 #include "core/util/FileTools.h"

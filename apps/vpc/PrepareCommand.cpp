@@ -6,7 +6,7 @@
 
 #include "CommandError.h"
 #include "DisplayText.h"
-#include "DrawingUnits.h"
+#include "core/util/DrawingUnits.h"
 #include "ExitStatus.h"
 #include "Interrupt.h"
 #include "LevelTotals.h"

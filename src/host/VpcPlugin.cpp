@@ -3,13 +3,28 @@
 #include <memory>
 #include <new>
 
+#include "host/OPMPointCloudProperties.h"
 #include "host/PcDbPointCloudDefImplPE.h"
 
-PcDbPointCloudDefPE* vpcCreatePointCloudExtension() {
-    // Found by its plain name, hence called like a C function: nothing may be thrown out of it.
+namespace {
+
+/// These functions are found by their plain names, hence called like C functions: nothing may be
+/// thrown out of them.
+template <class Extension>
+Extension* create() {
     try {
-        return std::make_unique<PcDbPointCloudDefImplPE>().release();
+        return std::make_unique<Extension>().release();
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
+}
+
+}  // namespace
+
+PcDbPointCloudDefPE* vpcCreatePointCloudExtension() {
+    return create<PcDbPointCloudDefImplPE>();
+}
+
+OdOPMClientExtension* vpcCreatePropertiesExtension() {
+    return create<OPMPointCloudProperties>();
 }

@@ -166,15 +166,17 @@ std::vector<std::string> exportedSymbols() {
 TEST(VpcPlugin, ExportsTheHostFacingObjectsAndNothingElse) {
     const std::vector<std::string> symbols = exportedSymbols();
     const auto isHostFacing = testing::MatchesRegex(
-        "vpcCreatePointCloudExtension|"
-        "((vtable|typeinfo|typeinfo name) for )?(PcCorePointSet|PcDbPointCloudDefImplPE)(::.*)?");
+        "vpcCreatePointCloudExtension|vpcCreatePropertiesExtension|"
+        "((vtable|typeinfo|typeinfo name) for )?"
+        "(PcCorePointSet|PcDbPointCloudDefImplPE|OPMPointCloudProperties)(::.*)?");
     EXPECT_THAT(symbols, testing::Each(isHostFacing));
     const auto startsWith = [](const char* text) {
         return testing::Contains(testing::StartsWith(text));
     };
-    for (const char* needed : {"vpcCreatePointCloudExtension", "PcCorePointSet::preparePointData",
-                               "PcCorePointSet::loadProjectFromFile", "vtable for PcCorePointSet",
-                               "PcDbPointCloudDefImplPE::loadProject"})
+    for (const char* needed :
+         {"vpcCreatePointCloudExtension", "vpcCreatePropertiesExtension",
+          "PcCorePointSet::preparePointData", "PcCorePointSet::loadProjectFromFile",
+          "vtable for PcCorePointSet", "PcDbPointCloudDefImplPE::loadProject"})
         EXPECT_THAT(symbols, startsWith(needed));
 }
 

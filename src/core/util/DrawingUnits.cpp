@@ -1,4 +1,4 @@
-#include "DrawingUnits.h"
+#include "core/util/DrawingUnits.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,3 @@
+#include "platform/OdDbEntity.h"
+
+ODRX_DEFINE_MEMBERS(OdDbEntity, OdDbObject)

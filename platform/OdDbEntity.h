@@ -1,0 +1,8 @@
+#pragma once
+
+#include "platform/OdDbObject.h"
+
+/// Stand-in for the base of what the host draws.
+class OD_EXPORT OdDbEntity : public OdDbObject {
+    ODRX_DECLARE_MEMBERS(OdDbEntity)
+};

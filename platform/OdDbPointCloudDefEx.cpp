@@ -1,0 +1,3 @@
+#include "platform/OdDbPointCloudDefEx.h"
+
+ODRX_DEFINE_MEMBERS(OdDbPointCloudDefEx, OdDbObject)

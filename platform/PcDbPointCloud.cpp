@@ -1,0 +1,3 @@
+#include "platform/PcDbPointCloud.h"
+
+ODRX_DEFINE_MEMBERS(PcDbPointCloud, OdDbPointCloudEx)

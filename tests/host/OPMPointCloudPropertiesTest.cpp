@@ -1,0 +1,251 @@
+#include "host/OPMPointCloudProperties.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/OdDbDatabase.h"
+#include "platform/OdError.h"
+#include "platform/OdOPMExtensionManager.h"
+#include "platform/PcDbPointCloud.h"
+#include "platform/PcDbPointCloudDef.h"
+#include "support/HostScene.h"
+#include "tree/disk/PointTreeLayout.h"
+
+namespace vpc::test {
+
+namespace {
+
+const OPMVariant none;
+
+OPMVariant text(const wchar_t* value) {
+    return OPMVariant(OdString(value));
+}
+
+OPMVariant number(OdInt64 value) {
+    return OPMVariant(value);
+}
+
+/// The palette's extension and an entity in a drawing.
+class OPMPointCloudPropertiesTest : public testing::Test {
+protected:
+    OPMPointCloudPropertiesTest() {
+        cloud.setDatabase(&drawing);
+        cloud.upgradeOpen();
+        cloud.setPointCloudDefExId(OdDbObjectId(&definition));
+        cloud.setPointCloudName(L"Nave");
+        cloud.setLocation({1, 2, 3});
+        cloud.setRotation(0.5);
+        cloud.setScale(4);
+        cloud.downgradeOpen();
+        definition.setActiveFileName(L"/scans/nave.vpt");
+    }
+
+    /// A property's value; kNull where there is none.
+    OPMVariant value(int id) { return valueOf(&cloud, id); }
+    OPMVariant valueOf(const OdDbEntity* entity, int id) {
+        const OPMVariant untouched = text(L"untouched");
+        OPMVariant value = untouched;
+        const bool found = palette.getPropertyValue(entity, id, L"", value);
+        EXPECT_NE(found, value == untouched);
+        return found ? value : none;
+    }
+    bool set(int id, const OPMVariant& value) {
+        const bool done = palette.setPropertyValue(&cloud, id, L"", value);
+        EXPECT_FALSE(cloud.isWriteEnabled());
+        return done;
+    }
+
+    OPMPointCloudProperties palette;
+    OdDbDatabase drawing;
+    PcDbPointCloudDef definition;
+    PcDbPointCloud cloud;
+};
+
+TEST_F(OPMPointCloudPropertiesTest, ListsItsPropertiesInOrder) {
+    using Row = std::tuple<int, const wchar_t*, const wchar_t*, int, OdArray<OdString>>;
+    const Row rows[] = {
+        {3, L"Stylization", L"3D Visualization", 60, {L"Scan colors", L"Intensity", L"Elevation"}},
+        {4,
+         L"Color scheme",
+         L"3D Visualization",
+         60,
+         {L"Scan", L"Spectrum", L"Earth", L"Hydro", L"Gray", L"Reds", L"Greens", L"Blues"}},
+        {5, L"Insertion X", L"Geometry", 4, {}},
+        {6, L"Insertion Y", L"Geometry", 4, {}},
+        {7, L"Insertion Z", L"Geometry", 4, {}},
+        {8, L"Rotation", L"Geometry", 5, {}},
+        {9, L"Scale", L"Geometry", 6, {}},
+        {2, L"Name", L"Misc", 9, {}},
+        {10, L"Saved Path", L"Misc", 50, {}},
+        {11, L"Cropped", L"Misc", 2, {}},
+        {12, L"Locked", L"Misc", 2, {}},
+        {13, L"Geolocate", L"Misc", 2, {}},
+        {14, L"Segmentation", L"Misc", 2, {}},
+        {15, L"Unit", L"Misc", 9, {}},
+        {16, L"Unit factor", L"Misc", 4, {}},
+        {17, L"TotalNrPoints", L"Misc", 1, {}},
+        {18, L"VisibleNrPoints", L"Misc", 1, {}},
+    };
+    OdArray<OPMPropertyEntry> properties{OPMPropertyEntry{}};
+    palette.getPropertyMap(PcDbPointCloud::desc(), properties);
+    ASSERT_EQ(properties.size(), 1 + std::size(rows));
+    for (unsigned i = 0; i < std::size(rows); ++i) {
+        const OPMPropertyEntry& p = properties[i + 1];
+        const auto& [id, name, category, type, strings] = rows[i];
+        EXPECT_TRUE(p.id == id && p.name == name && p.category == category && p.type == type &&
+                    p.predefinedStrings == strings && p.sharedValue == -1 && p.values.empty())
+            << "property " << id;
+    }
+}
+
+TEST_F(OPMPointCloudPropertiesTest, ReadsTheEntity) {
+    const OPMVariant expected[] = {none,
+                                   text(L"Point Cloud Entity"),
+                                   text(L"Nave"),
+                                   number(0),
+                                   number(0),
+                                   OPMVariant(1.0),
+                                   OPMVariant(2.0),
+                                   OPMVariant(3.0),
+                                   OPMVariant(0.5),
+                                   OPMVariant(4.0),
+                                   text(L"/scans/nave.vpt"),
+                                   OPMVariant(true),
+                                   OPMVariant(false),
+                                   OPMVariant(false),
+                                   OPMVariant(false)};
+    for (int id = 0; id < 15; ++id) EXPECT_EQ(value(id), expected[id]) << id;
+    for (const int id : {-1, 19, 1000}) EXPECT_EQ(value(id), none) << id;
+}
+
+TEST_F(OPMPointCloudPropertiesTest, EditsAreReadBack) {
+    const struct {
+        int id;
+        OPMVariant value;
+        OPMVariant readBack;
+    } edits[] = {
+        {2, text(L"Chor \u6771"), text(L"Chor \u6771")},
+        {3, text(L"Intensity"), number(1)},
+        {3, text(L"Elevation"), number(2)},
+        {3, text(L"elevation"), number(0)},
+        {4, text(L"Spectrum"), number(1)},
+        {4, text(L"Earth"), number(2)},
+        {4, text(L"Hydro"), number(3)},
+        {4, text(L"Gray"), number(4)},
+        {4, text(L"Reds"), number(5)},
+        {4, text(L"Greens"), number(6)},
+        {4, text(L"Scan"), number(0)},
+        {4, text(L"Blues"), number(7)},
+        {5, OPMVariant(-10.5), OPMVariant(-10.5)},
+        {6, OPMVariant(20.5), OPMVariant(20.5)},
+        {7, OPMVariant(1e300), OPMVariant(1e300)},
+        {8, OPMVariant(3.0), OPMVariant(3.0)},
+        {9, OPMVariant(0.25), OPMVariant(0.25)},
+        {11, OPMVariant(false), OPMVariant(false)},
+        {12, OPMVariant(true), OPMVariant(true)},
+    };
+    for (const auto& edit : edits) {
+        EXPECT_TRUE(set(edit.id, edit.value)) << edit.id;
+        EXPECT_EQ(value(edit.id), edit.readBack) << edit.id;
+    }
+    EXPECT_EQ(cloud.location(), OdGePoint3d(-10.5, 20.5, 1e300));
+    EXPECT_EQ(cloud.stylizationType(), 1);
+    EXPECT_EQ(cloud.getCurrentColorScheme(), L"9B45EA40-176A-46B5-9470-1FA6A7880EE3");
+
+    set(3, text(L"Intensity"));
+    EXPECT_EQ(cloud.stylizationType(), 5);
+    set(3, text(L"Elevation"));
+    EXPECT_EQ(cloud.stylizationType(), 4);
+    for (const wchar_t* name : {L"Scan", L"blues", L""}) {
+        EXPECT_TRUE(set(4, text(L"Blues")) && set(4, text(name)));
+        EXPECT_EQ(cloud.getCurrentColorScheme(), L"") << name;
+    }
+}
+
+TEST_F(OPMPointCloudPropertiesTest, RefusesWhatCannotBeSet) {
+    const OPMVariant values[] = {none, OPMVariant(true), number(7), OPMVariant(7.0),
+                                 text(L"Blues")};
+    const auto all = [this] {
+        std::vector<OPMVariant> now;
+        for (int id = 1; id <= 18; ++id) now.push_back(value(id));
+        return now;
+    };
+    const std::vector<OPMVariant> before = all();
+    for (int id = -1; id <= 20; ++id) {
+        const bool isText = id >= 2 && id <= 4;
+        const bool isNumber = id >= 5 && id <= 9;
+        const bool isTruth = id == 11 || id == 12;
+        for (const OPMVariant& wrong : values) {
+            const OPMVariant::Type type = wrong.varType();
+            if ((isText && type == OPMVariant::kString) ||
+                (isNumber && type == OPMVariant::kDouble) || (isTruth && type == OPMVariant::kBool))
+                continue;
+            EXPECT_FALSE(set(id, wrong)) << id << " by a value of type " << type;
+        }
+    }
+    EXPECT_EQ(all(), before);
+    EXPECT_FALSE(palette.setPropertyValue(nullptr, 12, L"", OPMVariant(true)));
+}
+
+TEST_F(OPMPointCloudPropertiesTest, KnowsNothingOfOtherEntities) {
+    OdDbEntity line;
+    for (const OdDbEntity* entity : {static_cast<OdDbEntity*>(nullptr), &line})
+        for (int id = 1; id <= 18; ++id)
+            EXPECT_EQ(valueOf(entity, id), id == 13 || id == 14 ? OPMVariant(false) : none) << id;
+    EXPECT_FALSE(palette.setPropertyValue(&line, 2, L"", text(L"Nave")));
+
+    PcDbPointCloud bare;
+    for (const int id : {10, 15, 16, 17, 18}) EXPECT_EQ(valueOf(&bare, id), none) << id;
+}
+
+TEST_F(OPMPointCloudPropertiesTest, TellsOfTheLoadedPoints) {
+    const HostScene scene;
+    PcCorePointSet points;
+    ASSERT_TRUE(points.loadProjectFromFile(scene.name()));
+    definition.setPointSet(&points);
+    drawing.setINSUNITS(OdDb::kUnitsMillimeters);
+    const auto shown = viewFromAbove(points, scene.name());
+    EXPECT_EQ(value(15), text(L"Meters"));
+    EXPECT_EQ(value(16), OPMVariant(1000.0));
+    EXPECT_EQ(value(17), number(static_cast<OdInt64>(scene.points.size())));
+    EXPECT_EQ(value(18), number(static_cast<OdInt64>(shown)));
+    cloud.setDatabase(nullptr);
+    EXPECT_EQ(value(16), none);
+
+    cloud.setDatabase(&drawing);
+    scene.patch(PointTreeLayout::hostValuePosition, 21);
+    ASSERT_TRUE(points.loadProjectFromFile(scene.name()));
+    EXPECT_EQ(value(15), text(L"Undefined"));
+    EXPECT_EQ(value(16), OPMVariant(1.0));
+}
+
+TEST_F(OPMPointCloudPropertiesTest, AnswersThePaletteAsBefore) {
+    OdString name;
+    EXPECT_TRUE(palette.getApplicationName(name));
+    EXPECT_EQ(name, L"POINTCLOUD");
+    EXPECT_TRUE(palette.getObjectName(&cloud, name));
+    EXPECT_TRUE(palette.getPropertyName(&cloud, 3, L"", name));
+    EXPECT_EQ(name, L"POINTCLOUD");
+    OdString empty;
+    EXPECT_FALSE(palette.getObjectName(&cloud, empty));
+    EXPECT_FALSE(palette.getPropertyName(&cloud, 3, L"", empty));
+    EXPECT_TRUE(palette.getPropertyDescription(&cloud, 3, L"", empty));
+    EXPECT_FALSE(palette.getCategoryName(L"Misc", name));
+    EXPECT_FALSE(palette.allowPropertyPreview(3));
+    EXPECT_EQ(palette.getPropertyHidden(3), 1);
+    EXPECT_TRUE(empty.isEmpty());
+}
+
+TEST(OdOPMExtensionManager, KnowsThePaletteWhileItLives) {
+    const auto& extensions = odOPMExtensionManager()->extensions();
+    const std::size_t before = extensions.size();
+    {
+        const OPMPointCloudProperties palette;
+        EXPECT_THAT(extensions, testing::Contains(&palette));
+    }
+    EXPECT_EQ(extensions.size(), before);
+}
+
+}  // namespace
+
+}  // namespace vpc::test
