@@ -21,6 +21,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "LasHeader.h"
 #include "io/FileIoFactory.h"
 
 namespace {
@@ -109,25 +110,11 @@ const Scan& ptxScan() {
     return *scan;
 }
 
-template <class T>
-void put(std::string& bytes, std::size_t position, T value) {
-    std::memcpy(bytes.data() + position, &value, sizeof value);
-}
-
 const Scan& lasScan() {
     static const auto scan = [] {
         auto made = std::make_unique<Scan>(".las");
         const FilePointer file = made->open("wb");
-        std::string header(227, '\0');
-        header.replace(0, 4, "LASF");
-        put<std::uint8_t>(header, 24, 1);
-        put<std::uint8_t>(header, 25, 2);
-        put<std::uint16_t>(header, 94, 227);
-        put<std::uint32_t>(header, 96, 227);
-        put<std::uint8_t>(header, 104, 3);
-        put<std::uint16_t>(header, 105, 34);
-        put<std::uint32_t>(header, 107, pointsInLas);
-        for (std::size_t axis = 0; axis < 3; ++axis) put(header, 131 + 8 * axis, 0.001);
+        const std::string header = lasHeader(pointsInLas);
         std::fwrite(header.data(), 1, header.size(), file.get());
         std::mt19937_64 engine(1);
         std::string record(34, '\0');

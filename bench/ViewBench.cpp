@@ -28,6 +28,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "LasHeader.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
@@ -61,23 +62,9 @@ private:
     std::filesystem::path path_;
 };
 
-template <class T>
-void put(std::string& bytes, std::size_t position, T value) {
-    std::memcpy(bytes.data() + position, &value, sizeof value);
-}
-
 void writeScan(const std::string& path) {
     std::ofstream file(path, std::ios::binary);
-    std::string header(227, '\0');
-    header.replace(0, 4, "LASF");
-    put<std::uint8_t>(header, 24, 1);
-    put<std::uint8_t>(header, 25, 2);
-    put<std::uint16_t>(header, 94, 227);
-    put<std::uint32_t>(header, 96, 227);
-    put<std::uint8_t>(header, 104, 3);
-    put<std::uint16_t>(header, 105, 34);
-    put<std::uint32_t>(header, 107, points);
-    for (std::size_t axis = 0; axis < 3; ++axis) put(header, 131 + 8 * axis, 0.001);
+    const std::string header = lasHeader(points);
     file.write(header.data(), static_cast<std::streamsize>(header.size()));
     std::mt19937_64 engine(1);
     std::string record(34, '\0');

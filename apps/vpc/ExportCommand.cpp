@@ -15,12 +15,12 @@
 #include "TreeFile.h"
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
+#include "core/util/ReplacementFile.h"
 #include "core/util/StringTools.h"
 #include "core/util/VpcColorTools.h"
 #include "io/PlyIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
-#include "tree/construct/ReplacementFile.h"
 
 namespace vpc {
 

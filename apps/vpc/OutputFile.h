@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tree/construct/ReplacementFile.h"
+#include "core/util/ReplacementFile.h"
 
 namespace vpc {
 

@@ -4,12 +4,10 @@
 #include <limits>
 #include <system_error>
 
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/util/FileTools.h"
 
 namespace {
-
-/// Beyond every coordinate: the corners of the empty box, which grows without a special case.
-constexpr double beyond = 1e65;
 
 /// The size of a file in bytes; the largest number where it cannot be told.
 unsigned long long sizeOfFile(const wxString& path) {
@@ -27,13 +25,14 @@ FileParentIO::FileParentIO(unsigned long long capacity)
 }
 
 void FileParentIO::EmptyExtent() {
+    constexpr double beyond = VpcBoundingBoxAxisAligned::beyondAll;
     extentMin = {beyond, beyond, beyond};
     extentMax = {-beyond, -beyond, -beyond};
 }
 
 void FileParentIO::InitializeExtent(double x, double y, double z) {
     EmptyExtent();
-    if (IsFinite(x, y, z)) extentMin = extentMax = {x, y, z};
+    if (VpcNumMathTools::AllFinite(x, y, z)) extentMin = extentMax = {x, y, z};
 }
 
 void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, double intensity) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cmath>
 #include <cstdint>
 #include <vector>
 
 #include <wx/string.h>
 
+#include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPoint3D.h"
 
 /// A reader of scan files: hands out a file's points in batches and keeps the extent and the
@@ -50,7 +50,7 @@ public:
     void InitializeExtent(double x, double y, double z);
     /// Widens the extent by a point; one that is not finite changes nothing.
     void UpdateExtent(double x, double y, double z) {
-        if (IsFinite(x, y, z)) WidenExtent(x, y, z);
+        if (VpcNumMathTools::AllFinite(x, y, z)) WidenExtent(x, y, z);
     }
     /// Raises the maxima; the colours are truncated to integers.
     void UpdateColorIntensityRanges(double r, double g, double b, double intensity);
@@ -63,7 +63,7 @@ public:
         const std::uint16_t green = ToUint16(g);
         const std::uint16_t blue = ToUint16(b);
         point.SetValues(x, y, z, red, green, blue, intensity, pointScanIndex, lastValue);
-        if (!IsFinite(x, y, z)) {
+        if (!VpcNumMathTools::AllFinite(x, y, z)) {
             ++nonFinitePoints;
             return;
         }
@@ -136,9 +136,6 @@ protected:
         constexpr double limit = 9223372036854775808.0;
         if (!(value >= -limit && value < limit)) return 0;
         return static_cast<std::uint16_t>(static_cast<std::int64_t>(value));
-    }
-    static bool IsFinite(double x, double y, double z) {
-        return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
     }
 
 private:

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <fstream>
 #include <iostream>
 #include <string>
 
+#include "core/geometry/VpcNumMathTools.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "io/TextFileWriter.h"
@@ -209,7 +209,7 @@ bool PlyIO::Read(wxString path, Points& points, VpcBoundingBoxAxisAligned& box) 
         const std::vector<wxString> tokens = words(line);
         point.SetCoordinates(coordinate(tokens, 0), coordinate(tokens, 1), coordinate(tokens, 2));
         points.push_back(point);
-        if (std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z))
+        if (VpcNumMathTools::AllFinite(point.x, point.y, point.z))
             extent.UpdateRegionOfInterest(point);
     }
     if (extent.minPoint.x <= extent.maxPoint.x)

@@ -4,13 +4,6 @@
 #include <cmath>
 #include <initializer_list>
 
-namespace {
-
-/// Further out than any coordinate of a scan.
-constexpr double beyondAll = 1e65;
-
-}  // namespace
-
 VpcBoundingBoxAxisAligned::VpcBoundingBoxAxisAligned() {
     minPoint.SetCoordinates(beyondAll, beyondAll, beyondAll);
     maxPoint.SetCoordinates(-beyondAll, -beyondAll, -beyondAll);

@@ -1,6 +1,8 @@
 #pragma once
 
-/// Small numeric functions shared by hashing and by the colour ramps.
+#include <cmath>
+
+/// Small numeric functions that several subsystems share.
 class VpcNumMathTools {
 public:
     /// Mixes `value` into `seed`: the 64-bit step of MurmurHash2-64A.
@@ -25,5 +27,10 @@ public:
     static double LinearInterpolate(double v, double fromMin, double fromMax, double toMin,
                                     double toMax) {
         return (v - fromMin) * (toMax - toMin) / (fromMax - fromMin) + toMin;
+    }
+
+    /// Whether none of the coordinates is an infinity or a NaN.
+    static bool AllFinite(double x, double y, double z) {
+        return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
     }
 };

@@ -1,6 +1,5 @@
 #include "tree/construct/PcCorePointPrepare.h"
 
-#include <cmath>
 #include <exception>
 #include <memory>
 #include <new>
@@ -9,6 +8,7 @@
 #include <wx/translation.h>
 
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/geometry/VpcNumMathTools.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcTimer.h"
 #include "io/FileIoFactory.h"
@@ -65,10 +65,6 @@ private:
 
 TreePrepareResult failure(const wxString& message) {
     return {false, message, wxString()};
-}
-
-bool isFinite(const VpcPoint3D& point) {
-    return std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z);
 }
 
 /// Runs `work` and turns every exception into a failed result, but for those that end the run and
@@ -169,7 +165,7 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
 void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                                  VpcConstructTree& tree) {
     for (const VpcPoint3D* point = points; point != points + count; ++point) {
-        if (isFinite(*point))
+        if (VpcNumMathTools::AllFinite(point->x, point->y, point->z))
             tree.AddPoints(point, 1);
         else
             ++nonFinitePoints_;

@@ -2,8 +2,8 @@
 
 #include <cstring>
 
+#include "core/util/ReplacementFile.h"
 #include "tree/construct/PointBlock.h"
-#include "tree/construct/ReplacementFile.h"
 #include "tree/disk/PointTreeLayout.h"
 
 namespace vpc {

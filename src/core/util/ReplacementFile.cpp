@@ -1,4 +1,4 @@
-#include "tree/construct/ReplacementFile.h"
+#include "core/util/ReplacementFile.h"
 
 #include <filesystem>
 #include <string>
