@@ -4,6 +4,7 @@
 #include <new>
 
 #include "host/OPMPointCloudProperties.h"
+#include "host/PcCorePointSet.h"
 #include "host/PcDbPointCloudDefImplPE.h"
 
 namespace {
@@ -27,4 +28,13 @@ PcDbPointCloudDefPE* vpcCreatePointCloudExtension() {
 
 OdOPMClientExtension* vpcCreatePropertiesExtension() {
     return create<OPMPointCloudProperties>();
+}
+
+bool vpcPreparePointData(const TreePreparePars& pars, TreePrepareResult& result) {
+    try {
+        result = PcCorePointSet::preparePointData(pars);
+        return result.success;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }

@@ -166,7 +166,7 @@ std::vector<std::string> exportedSymbols() {
 TEST(VpcPlugin, ExportsTheHostFacingObjectsAndNothingElse) {
     const std::vector<std::string> symbols = exportedSymbols();
     const auto isHostFacing = testing::MatchesRegex(
-        "vpcCreatePointCloudExtension|vpcCreatePropertiesExtension|"
+        "vpcCreatePointCloudExtension|vpcCreatePropertiesExtension|vpcPreparePointData|"
         "((vtable|typeinfo|typeinfo name) for )?"
         "(PcCorePointSet|PcDbPointCloudDefImplPE|OPMPointCloudProperties)(::.*)?");
     EXPECT_THAT(symbols, testing::Each(isHostFacing));
