@@ -1,0 +1,267 @@
+// A CAD host in miniature. It knows the library by its headers and finds it at run time:
+//
+//     vpc_host_example PLUGIN SCAN FOLDER
+//
+// PLUGIN is the path of libvpc_plugin.so, SCAN a LAS, PTS or PTX file, and FOLDER a place for the
+// tree file and for temporary files. docs/host-integration.md walks through this file.
+
+#include <dlfcn.h>
+
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <wx/string.h>
+
+#include "core/util/VpcDefinitions.h"
+#include "host/PcCorePointSet.h"
+#include "host/VpcPlugin.h"
+#include "platform/GiPointSetDefinition.h"
+#include "platform/OdDbDatabase.h"
+#include "platform/OdError.h"
+#include "platform/OdOPMClientExtension.h"
+#include "platform/OdOPMExtensionManager.h"
+#include "platform/OdSystemVariables.h"
+#include "platform/PcDbPointCloud.h"
+#include "platform/PcDbPointCloudDef.h"
+#include "platform/PcDbPointCloudDefPE.h"
+#include "platform/TreePreparePars.h"
+#include "tree/construct/TreePrepareResult.h"
+
+namespace {
+
+// --- 1. The plug-in ------------------------------------------------------------------------------
+
+class Plugin {
+public:
+    explicit Plugin(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
+        if (handle_ == nullptr) throw std::runtime_error(dlerror());
+    }
+    ~Plugin() { dlclose(handle_); }
+    Plugin(const Plugin&) = delete;
+    Plugin& operator=(const Plugin&) = delete;
+
+    /// One of the functions of host/VpcPlugin.h.
+    template <class Function>
+    Function* find(const char* name) const {
+        void* const found = dlsym(handle_, name);
+        if (found == nullptr) throw std::runtime_error(dlerror());
+        return reinterpret_cast<Function*>(found);
+    }
+
+private:
+    void* handle_;
+};
+
+// --- 2. From a scan to a tree file ---------------------------------------------------------------
+
+std::string prepare(const Plugin& plugin, const std::string& scan, const std::string& folder) {
+    const std::string treeFile = folder + "/scan.vpt";
+    TreePreparePars pars;
+    pars.headerValue = OdDb::kUnitsMeters;  // comes back as the point set's unit
+    pars.workingFolder = wxString::FromUTF8(folder + "/");
+    pars.inputFiles = {wxString::FromUTF8(scan)};
+    pars.outputFile = wxString::FromUTF8(treeFile);
+    pars.treeType = Tree_Octree;
+    pars.maxPointsPerNode = 10000;
+    pars.maxLevel = 12;
+
+    TreePrepareResult result;
+    if (!plugin.find<decltype(vpcPreparePointData)>("vpcPreparePointData")(pars, result))
+        throw std::runtime_error(result.message.utf8_string());
+    return treeFile;
+}
+
+// --- 3. A drawing with a point cloud -------------------------------------------------------------
+
+/// What a host keeps of a point cloud in a drawing: an entity, which shows a definition, which
+/// holds the points of a file.
+class Drawing {
+public:
+    Drawing(PcDbPointCloudDefPE& loader, const std::string& treeFile) : loader_(loader) {
+        database.setINSUNITS(OdDb::kUnitsMillimeters);
+        definition.setActiveFileName(treeFile.c_str());
+        // A name that is not absolute would be looked for beside the drawing.
+        points = loader_.loadProject(&definition, definition.activeFileName(), L"/a.drawing");
+        if (points == nullptr) throw std::runtime_error(treeFile + " is missing or damaged");
+        definition.setPointSet(points);
+
+        entity.setDatabase(&database);
+        entity.upgradeOpen();
+        entity.setPointCloudDefExId(OdDbObjectId(&definition));
+        entity.setPointCloudName(L"Scan");
+        entity.downgradeOpen();
+    }
+    ~Drawing() {
+        definition.setPointSet(nullptr);
+        loader_.cleanPointSet(points);
+    }
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
+
+    OdDbDatabase database;
+    PcDbPointCloudDef definition;
+    PcDbPointCloud entity;
+    GiPointSetDefinition* points = nullptr;
+
+private:
+    PcDbPointCloudDefPE& loader_;
+};
+
+// --- 4. Frames -----------------------------------------------------------------------------------
+
+struct Camera {
+    OdGePoint3d eye;
+    OdGePoint3d target;
+    OdGeVector3d up{0, 0, 1};
+    double field;
+};
+
+/// A camera on a circle around the cloud that looks down at the cloud's middle. The frames of a
+/// flight come nearer: `share` is how much of the cloud's size a picture shows.
+Camera cameraAt(const GiPointSetDefinition& points, double angle, double share) {
+    const auto& bounds = static_cast<const PcCorePointSet&>(points);
+    const OdGeVector3d size = bounds.dataMax() - bounds.dataMin();
+    const double distance = size.length();
+    Camera camera;
+    camera.target = bounds.dataMin() + size * 0.5;
+    camera.eye = camera.target + OdGeVector3d(std::cos(angle), std::sin(angle), 0.5) * distance;
+    camera.field = share * distance;
+    return camera;
+}
+
+/// One redraw: what is shown is in three flat arrays, ready for the graphics card.
+void drawFrame(GiPointSetDefinition& points, const Camera& camera) {
+    const OdGeMatrix3d matrix;  // where the entity stands in the drawing
+    constexpr int pixels = 800;
+    if (points.hasViewGeometryChanged(matrix, camera.eye, camera.target, camera.up, camera.field,
+                                      camera.field, pixels, pixels, true))
+        points.updateVisiblePoints(matrix, camera.eye, camera.target, camera.up, camera.field,
+                                   camera.field, pixels, pixels, true);
+
+    const OdGePoint3d* const coordinates = points.getPointCoordinates();
+    const OdCmEntityColor* const colours = points.getPointColors();
+    const unsigned long long count = points.getNrVisiblePoints();
+    if (count == 0) throw std::runtime_error("a frame without points");
+    const OdGePoint3d& p = coordinates[count / 2];
+    std::printf("  %llu points; the middle one: (%.2f %.2f %.2f), colour %02x%02x%02x\n", count,
+                p.x, p.y, p.z, colours[count / 2].red(), colours[count / 2].green(),
+                colours[count / 2].blue());
+}
+
+// --- 5. A click ----------------------------------------------------------------------------------
+
+/// Snaps to what the last frame shows within 5 pixels of a place.
+bool snap(GiPointSetDefinition& points, const OdGePoint3d& place) {
+    OdArray<OdGePoint3d> found;
+    const OdGeMatrix3d matrix;
+    points.getOsnapPoints(place, place, matrix, matrix, found);
+    for (const OdGePoint3d& p : std::as_const(found))
+        std::printf("  snapped to (%.2f %.2f %.2f)\n", p.x, p.y, p.z);
+    if (found.isEmpty()) std::printf("  nothing there\n");
+    return !found.isEmpty();
+}
+
+// --- 6. The property palette ---------------------------------------------------------------------
+
+std::string utf8(const OdString& text) {
+    return wxString(text.c_str()).utf8_string();
+}
+
+std::string shown(const OPMVariant& value, const OdArray<OdString>& choices) {
+    if (!choices.empty()) return utf8(choices[static_cast<unsigned>(value.getInt())]);
+    switch (value.varType()) {
+        case OPMVariant::kBool:
+            return value.getBool() ? "yes" : "no";
+        case OPMVariant::kInt:
+            return std::to_string(value.getInt());
+        case OPMVariant::kDouble:
+            return wxString::FromCDouble(value.getDouble()).utf8_string();
+        case OPMVariant::kString:
+            return utf8(value.getString());
+        default:
+            return "-";
+    }
+}
+
+/// What the palette shows of an entity, as every extension that knows it tells.
+void listProperties(const OdDbEntity& entity) {
+    for (OdOPMClientExtension* extension : odOPMExtensionManager()->extensions()) {
+        OdArray<OPMPropertyEntry> properties;
+        extension->getPropertyMap(entity.isA(), properties);
+        for (const OPMPropertyEntry& property : std::as_const(properties)) {
+            OPMVariant value;
+            extension->getPropertyValue(&entity, property.id, property.name, value);
+            std::printf("  %-16s %s\n", utf8(property.name).c_str(),
+                        shown(value, property.predefinedStrings).c_str());
+        }
+    }
+}
+
+/// What the user chooses in the palette reaches the entity, and from there its points.
+void colourByElevation(OdOPMClientExtension& palette, Drawing& drawing) {
+    constexpr int stylization = 3;  // the ids of the property map
+    constexpr int colourScheme = 4;
+    palette.setPropertyValue(&drawing.entity, stylization, {}, OPMVariant(OdString(L"Elevation")));
+    palette.setPropertyValue(&drawing.entity, colourScheme, {}, OPMVariant(OdString(L"Earth")));
+
+    OPMVariant scheme;
+    palette.getPropertyValue(&drawing.entity, colourScheme, {}, scheme);
+    constexpr int elevation = 4;  // as the entity counts stylizations
+    if (drawing.entity.stylizationType() == elevation)
+        drawing.points->setStylizationType(GiPc_Stylization_ELEVATION);
+    drawing.points->setColorScheme(static_cast<GiPcColorScheme>(scheme.getInt()));
+}
+
+// --- All of it -----------------------------------------------------------------------------------
+
+void run(const char* pluginFile, const std::string& scan, const std::string& folder) {
+    const Plugin plugin(pluginFile);
+    std::printf("Preparing %s\n", scan.c_str());
+    const std::string treeFile = prepare(plugin, scan, folder);
+
+    const std::unique_ptr<PcDbPointCloudDefPE> loader(
+        plugin.find<decltype(vpcCreatePointCloudExtension)>("vpcCreatePointCloudExtension")());
+    const std::unique_ptr<OdOPMClientExtension> palette(
+        plugin.find<decltype(vpcCreatePropertiesExtension)>("vpcCreatePropertiesExtension")());
+    Drawing drawing(*loader, treeFile);
+
+    std::printf("Flying around it, with 60000 points at most\n");
+    odSystemVariables().setInt("POINTCLOUDPOINTMAX", 60000);
+    for (int frame = 0; frame < 8; ++frame)
+        drawFrame(*drawing.points, cameraAt(*drawing.points, 0.7 * frame, 1.0 - 0.12 * frame));
+
+    std::printf("Clicking at a point that is shown, and at none\n");
+    const OdGePoint3d point = drawing.points->getPointCoordinates()[0];
+    if (!snap(*drawing.points, point)) throw std::runtime_error("no snap where a point is");
+    if (snap(*drawing.points, cameraAt(*drawing.points, 0, 1).eye))
+        throw std::runtime_error("a snap where no point is");
+
+    std::printf("Its properties, coloured by elevation\n");
+    colourByElevation(*palette, drawing);
+    listProperties(drawing.entity);
+    // The view is the same, but what it shows is not.
+    drawFrame(*drawing.points, cameraAt(*drawing.points, 0, 1));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: vpc_host_example PLUGIN SCAN FOLDER\n");
+        return 2;
+    }
+    try {
+        std::filesystem::create_directories(argv[3]);
+        run(argv[1], argv[2], argv[3]);
+        return 0;
+    } catch (const OdError& error) {  // a file of another version; it is no std::exception
+        std::fprintf(stderr, "%ls\n", error.description().c_str());
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+    }
+    return 1;
+}
