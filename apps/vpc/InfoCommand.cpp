@@ -8,9 +8,9 @@
 
 #include "CommandError.h"
 #include "DisplayText.h"
-#include "core/util/DrawingUnits.h"
 #include "ExitStatus.h"
 #include "TreeFile.h"
+#include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcDefinitions.h"
 #include "platform/OdGePoint3d.h"

@@ -6,7 +6,6 @@
 
 #include "CommandError.h"
 #include "DisplayText.h"
-#include "core/util/DrawingUnits.h"
 #include "ExitStatus.h"
 #include "Interrupt.h"
 #include "LevelTotals.h"
@@ -14,6 +13,7 @@
 #include "ProgressDisplay.h"
 #include "WorkFolder.h"
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "core/util/VpcLogger.h"
