@@ -22,14 +22,10 @@
 #include <benchmark/benchmark.h>
 
 #include "LasHeader.h"
+#include "core/util/FileHandle.h"
 #include "io/FileIoFactory.h"
 
 namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
 
 long pointsInText() {
     const char* const wanted = std::getenv("VPC_BENCH_POINTS");
@@ -50,8 +46,8 @@ public:
         std::error_code ignored;
         std::filesystem::remove(path_, ignored);
     }
-    FilePointer open(const char* mode) const {
-        FilePointer file(std::fopen(path_.c_str(), mode));
+    vpc::FileHandle open(const char* mode) const {
+        vpc::FileHandle file(std::fopen(path_.c_str(), mode));
         if (file == nullptr) throw std::runtime_error("cannot open " + path_.string());
         return file;
     }
@@ -83,7 +79,7 @@ private:
 const Scan& ptsScan() {
     static const auto scan = [] {
         auto made = std::make_unique<Scan>(".pts");
-        const FilePointer file = made->open("w");
+        const vpc::FileHandle file = made->open("w");
         std::fprintf(file.get(), "%ld\n", pointsInText());
         LineMaker lines;
         for (long i = 0; i < pointsInText(); ++i) lines.write(file.get(), "%.0f");
@@ -95,7 +91,7 @@ const Scan& ptsScan() {
 const Scan& ptxScan() {
     static const auto scan = [] {
         auto made = std::make_unique<Scan>(".ptx");
-        const FilePointer file = made->open("w");
+        const vpc::FileHandle file = made->open("w");
         std::fprintf(file.get(), "%ld\n1\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n", pointsInText());
         std::fprintf(file.get(), "1 0 0 0\n0 1 0 0\n0 0 1 0\n0 0 0 1\n");
         LineMaker lines;
@@ -113,7 +109,7 @@ const Scan& ptxScan() {
 const Scan& lasScan() {
     static const auto scan = [] {
         auto made = std::make_unique<Scan>(".las");
-        const FilePointer file = made->open("wb");
+        const vpc::FileHandle file = made->open("wb");
         const std::string header = lasHeader(pointsInLas);
         std::fwrite(header.data(), 1, header.size(), file.get());
         std::mt19937_64 engine(1);
@@ -151,7 +147,7 @@ void BM_PtxReader(benchmark::State& state) {
 void BM_PtsFscanf(benchmark::State& state) {
     double sum = 0;
     for (auto _ : state) {
-        const FilePointer file = ptsScan().open("r");
+        const vpc::FileHandle file = ptsScan().open("r");
         unsigned long long count = 0;
         if (std::fscanf(file.get(), "%llu", &count) != 1) state.SkipWithError("no count");
         double v[7];
@@ -170,7 +166,7 @@ void BM_PtsFscanf(benchmark::State& state) {
 void BM_PtxFscanf(benchmark::State& state) {
     double sum = 0;
     for (auto _ : state) {
-        const FilePointer file = ptxScan().open("r");
+        const vpc::FileHandle file = ptxScan().open("r");
         unsigned long long columns = 0, rows = 0;
         double v[4];
         if (std::fscanf(file.get(), "%llu %llu", &columns, &rows) != 2)

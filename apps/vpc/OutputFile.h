@@ -1,10 +1,9 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "core/util/FileHandle.h"
 #include "core/util/ReplacementFile.h"
 
 namespace vpc {
@@ -26,16 +25,12 @@ public:
     void Commit();
 
 private:
-    struct Closer {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-
     void Flush();
     [[noreturn]] void Fail() const;
 
     std::string path_;
     ReplacementFile replacement_;
-    std::unique_ptr<std::FILE, Closer> file_;
+    FileHandle file_;
     std::vector<char> buffer_;
 };
 

@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <system_error>
 
@@ -17,6 +16,7 @@
 
 #include "CommandError.h"
 #include "DisplayText.h"
+#include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
@@ -59,9 +59,7 @@ bool sameFile(const std::string& a, const std::string& b) {
 }
 
 bool opens(const std::string& file, const char* mode) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> handle(
-        std::fopen(file.c_str(), mode), [](std::FILE* f) { return std::fclose(f); });
-    return handle != nullptr;
+    return FileHandle(std::fopen(file.c_str(), mode)) != nullptr;
 }
 
 /// The points of a LAS scan: those that its header claims and that its records bear out.

@@ -9,6 +9,7 @@
 #include <wx/filename.h>
 
 #include "CommandError.h"
+#include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 
@@ -28,9 +29,7 @@ void requireTreeFile(const std::string& file) {
     if (stat(file.c_str(), &status) != 0)
         refuse("cannot be read (" + std::generic_category().message(errno) + "); check the name");
     if (!S_ISREG(status.st_mode)) refuse("is no regular file; name a tree file");
-    if (std::FILE* handle = std::fopen(file.c_str(), "rb"))
-        std::fclose(handle);
-    else
+    if (!FileHandle(std::fopen(file.c_str(), "rb")))
         refuse("cannot be read (" + std::generic_category().message(errno) +
                "); change its permissions");
 }

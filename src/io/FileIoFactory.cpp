@@ -7,6 +7,7 @@
 #include <wx/log.h>
 #include <wx/translation.h>
 
+#include "core/util/FileTools.h"
 #include "io/LasIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
@@ -156,7 +157,7 @@ bool FileIoFactory::DetermineMultipleBoundingBox(const std::vector<wxString>& fi
         if (!text.empty()) message = text;
         return done;
     } catch (const std::exception& error) {
-        message = wxString::FromUTF8(error.what());
+        message = FileTools::FromNativePath(error.what());
         return false;
     } catch (...) {
         return false;

@@ -4,7 +4,7 @@
 #include <limits>
 #include <system_error>
 
-#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/geometry/VpcNumMathTools.h"
 #include "core/util/FileTools.h"
 
 namespace {
@@ -25,14 +25,14 @@ FileParentIO::FileParentIO(unsigned long long capacity)
 }
 
 void FileParentIO::EmptyExtent() {
-    constexpr double beyond = VpcBoundingBoxAxisAligned::beyondAll;
+    constexpr double beyond = VpcNumMathTools::beyondAll;
     extentMin = {beyond, beyond, beyond};
     extentMax = {-beyond, -beyond, -beyond};
 }
 
 void FileParentIO::InitializeExtent(double x, double y, double z) {
     EmptyExtent();
-    if (VpcNumMathTools::AllFinite(x, y, z)) extentMin = extentMax = {x, y, z};
+    if (VpcNumMathTools::AreCoordinates(x, y, z)) extentMin = extentMax = {x, y, z};
 }
 
 void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, double intensity) {

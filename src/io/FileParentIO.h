@@ -50,7 +50,7 @@ public:
     void InitializeExtent(double x, double y, double z);
     /// Widens the extent by a point; one that is not finite changes nothing.
     void UpdateExtent(double x, double y, double z) {
-        if (VpcNumMathTools::AllFinite(x, y, z)) WidenExtent(x, y, z);
+        if (VpcNumMathTools::AreCoordinates(x, y, z)) WidenExtent(x, y, z);
     }
     /// Raises the maxima; the colours are truncated to integers.
     void UpdateColorIntensityRanges(double r, double g, double b, double intensity);
@@ -63,7 +63,7 @@ public:
         const std::uint16_t green = ToUint16(g);
         const std::uint16_t blue = ToUint16(b);
         point.SetValues(x, y, z, red, green, blue, intensity, pointScanIndex, lastValue);
-        if (!VpcNumMathTools::AllFinite(x, y, z)) {
+        if (!VpcNumMathTools::AreCoordinates(x, y, z)) {
             ++nonFinitePoints;
             return;
         }

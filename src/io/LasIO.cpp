@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -52,6 +51,16 @@ int colourOffsetOf(int format) {
         default:
             return 0;
     }
+}
+
+/// Of the first `bytes` of a record, those that whole fields take.
+unsigned long long wholeFields(unsigned long long bytes, int colourOffset) {
+    unsigned long long whole = 0;
+    const auto colour = static_cast<unsigned long long>(colourOffset);
+    for (const unsigned long long end :
+         {4ULL, 8ULL, 12ULL, plainRecordBytes, colour + 2, colour + 4, colour + 6})
+        if (end <= bytes) whole = std::max(whole, end);
+    return whole;
 }
 
 /// The fields of a record that are read.
@@ -223,20 +232,19 @@ unsigned long long LasIO::NeededRecordLength() const {
                             : static_cast<unsigned long long>(colorOffset + colourBytes);
 }
 
-/// True when every raw coordinate gives a finite one.
-bool LasIO::CoordinatesAreFinite() const {
-    const auto axisIsFinite = [](double axisScale, double axisOffset) {
-        constexpr double largest = 2147483648.0;
-        return std::isfinite(largest * axisScale + axisOffset) &&
-               std::isfinite(-largest * axisScale + axisOffset);
+/// True when every raw coordinate gives one that something can lie at.
+bool LasIO::CoordinatesAreInReach() const {
+    constexpr double largest = 2147483648.0;
+    const auto reaches = [this](double raw) {
+        return VpcNumMathTools::AreCoordinates(raw * scale.x + offset.x, raw * scale.y + offset.y,
+                                               raw * scale.z + offset.z);
     };
-    return axisIsFinite(scale.x, offset.x) && axisIsFinite(scale.y, offset.y) &&
-           axisIsFinite(scale.z, offset.z);
+    return reaches(largest) && reaches(-largest);
 }
 
 /// Reads the whole records `first` to `last` - 1 of the block.
 void LasIO::ReadPoints(unsigned long long first, unsigned long long last) {
-    const bool regular = pointDataRecordLength >= NeededRecordLength() && CoordinatesAreFinite();
+    const bool regular = pointDataRecordLength >= NeededRecordLength() && CoordinatesAreInReach();
     if (!regular) {
         for (unsigned long long i = first; i < last; ++i) ReadPoint(i, pointBuffer[i]);
     } else if (colorOffset != 0) {
@@ -287,7 +295,7 @@ void LasIO::ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point) {
     if (start < blockSize) {
         const unsigned long long there = std::min<unsigned long long>(
             {pointDataRecordLength, blockSize - start, mostRecordBytes});
-        std::memcpy(bytes.data(), stream.bufferStart + start, there);
+        std::memcpy(bytes.data(), stream.bufferStart + start, wholeFields(there, colorOffset));
     }
     const Record record = colorOffset != 0 ? decode<true>(bytes.data(), scale, offset, colorOffset)
                                            : decode<false>(bytes.data(), scale, offset, 0);

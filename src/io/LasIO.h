@@ -16,8 +16,8 @@ public:
     bool readHeader(wxString path, bool closeAfterHeader) override;
     unsigned long long nextPointBatch() override;
     bool closeRead() override;
-    /// Decodes record `indexInBatch` of the current block. Fields that lie beyond the record or
-    /// beyond what the file holds are 0.
+    /// Decodes record `indexInBatch` of the current block. Fields that do not lie wholly within the
+    /// record and within what the file holds are 0.
     void ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point);
     void writeMetaInfoToLogfile() const {}
 
@@ -39,6 +39,8 @@ public:
     Corner offset{};
     /// The open file and its current block.
     FileBufferStream stream;
+    /// What a whole batch takes in the file; the block in memory has as many bytes, or as the file
+    /// has where that is less.
     unsigned long long bytesPerBatch = 0;
     /// Where red, green and blue are in a record; 0 when the format has no colour.
     int colorOffset = 0;
@@ -55,7 +57,7 @@ private:
     template <bool hasColour>
     void DecodePoints(unsigned long long first, unsigned long long last);
     unsigned long long NeededRecordLength() const;
-    bool CoordinatesAreFinite() const;
+    bool CoordinatesAreInReach() const;
     void ReportMissingRecords(unsigned long long missing);
 
     /// Bytes that one block read asks for: bytesPerBatch, or less in a small file.

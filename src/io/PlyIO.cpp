@@ -209,7 +209,7 @@ bool PlyIO::Read(wxString path, Points& points, VpcBoundingBoxAxisAligned& box) 
         const std::vector<wxString> tokens = words(line);
         point.SetCoordinates(coordinate(tokens, 0), coordinate(tokens, 1), coordinate(tokens, 2));
         points.push_back(point);
-        if (VpcNumMathTools::AllFinite(point.x, point.y, point.z))
+        if (VpcNumMathTools::AreCoordinates(point.x, point.y, point.z))
             extent.UpdateRegionOfInterest(point);
     }
     if (extent.minPoint.x <= extent.maxPoint.x)

@@ -78,7 +78,7 @@ void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
     pointsWithoutValues += count;
     for (unsigned long long i = 0; i < count; ++i) {
         const VpcPoint3D& point = pointBuffer[i];
-        if (!VpcNumMathTools::AllFinite(point.x, point.y, point.z)) ++nonFinitePoints;
+        if (!VpcNumMathTools::AreCoordinates(point.x, point.y, point.z)) ++nonFinitePoints;
         if (i == 0 && batchIndex == 0) InitializeExtent(point.x, point.y, point.z);
         UpdateExtent(point.x, point.y, point.z);
     }

@@ -6,7 +6,8 @@
 #include "io/TextScanIO.h"
 
 /// Reads PTS text scans: blocks of a count line and as many point lines of 3, 4, 6 or 7 values
-/// (x y z, intensity where there are 4 or 7, red green blue where there are 6 or 7). Writes them.
+/// (x y z, intensity where there are 4 or 7, red green blue where there are 6 or 7). The intensity
+/// of 6 values is the mean of the colours. Writes them.
 class PtsIO : public TextScanIO {
 public:
     using TextScanIO::TextScanIO;
@@ -33,7 +34,7 @@ public:
     bool hasMoreBlocks = false;
     /// The count of the current block's count line.
     unsigned long long blockPointCount = 0;
-    /// Lines of the file, where they stand in for a count.
+    /// Never set: lines would stand in for a count line that gives no count, and every one does.
     unsigned long long countedLines = 0;
     /// Values on each point line, as the file's second line has them.
     long long tokensPerLine = 0;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdio>
-#include <memory>
-
+#include "core/util/FileHandle.h"
 #include "core/util/TextScanner.h"
 #include "io/FileParentIO.h"
 
@@ -15,11 +13,8 @@ public:
     bool readHeader(wxString, bool) override { return false; }
     bool closeRead() override;
 
-    struct FileCloser {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
     /// The open file; null when closed. Its position is ahead of what was read from it.
-    std::unique_ptr<std::FILE, FileCloser> stream;
+    vpc::FileHandle stream;
 
 protected:
     /// Opens fileName for reading and update; false when that fails.

@@ -4,7 +4,10 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "core/geometry/VpcNumMathTools.h"
+
 VpcBoundingBoxAxisAligned::VpcBoundingBoxAxisAligned() {
+    constexpr double beyondAll = VpcNumMathTools::beyondAll;
     minPoint.SetCoordinates(beyondAll, beyondAll, beyondAll);
     maxPoint.SetCoordinates(-beyondAll, -beyondAll, -beyondAll);
 }

@@ -13,9 +13,6 @@
 /// min above its max in order.
 class VpcBoundingBoxAxisAligned {
 public:
-    /// Further out than any coordinate of a scan: the corners of the empty box are here.
-    static constexpr double beyondAll = 1e65;
-
     VpcPoint3D minPoint;
     VpcPoint3D maxPoint;
     /// minPoint and maxPoint; empty in the empty box.

@@ -29,8 +29,12 @@ public:
         return (v - fromMin) * (toMax - toMin) / (fromMax - fromMin) + toMin;
     }
 
-    /// Whether none of the coordinates is an infinity or a NaN.
-    static bool AllFinite(double x, double y, double z) {
-        return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
+    /// Further out than any coordinate of a scan. Up to here squares and cubes of lengths are
+    /// finite, too.
+    static constexpr double beyondAll = 1e65;
+
+    /// Whether all three are coordinates that something can lie at: numbers, and not beyondAll.
+    static bool AreCoordinates(double x, double y, double z) {
+        return std::abs(x) < beyondAll && std::abs(y) < beyondAll && std::abs(z) < beyondAll;
     }
 };

@@ -118,13 +118,9 @@ void FileBufferStream::AttachExternalBuffer(char* block, unsigned long long size
 }
 
 void FileBufferStream::ReleaseBuffer() {
-    if (externalBuffer) {
-        bufferStart = bufferCursor = nullptr;
-        bufferSize = lastBlockSize_ = 0;
-        externalBuffer = false;
-    } else {
-        DeleteBuffer();
-    }
+    if (externalBuffer) bufferStart = nullptr;  // the caller's
+    externalBuffer = false;
+    DeleteBuffer();
 }
 
 bool FileBufferStream::ReadFile2Buffer() {

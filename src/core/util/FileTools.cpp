@@ -5,21 +5,17 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <system_error>
 
 #include <unistd.h>
+
+#include "core/util/FileHandle.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
 // --- Text, one character at a time ---------------------------------------------------------------
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 /// How the code units of a text lie in its bytes.
 struct TextEncoding {
@@ -49,7 +45,7 @@ std::uint32_t codeUnit(const unsigned char* bytes, const TextEncoding& encoding)
 /// Hands `use` the code units of a text file until it returns false.
 template <class Use>
 void forEachUnit(const wxString& path, const Use& use) {
-    const OpenFile file(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
+    const vpc::FileHandle file(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
     if (!file) return;
     // A multiple of every unit size, so that no unit is torn.
     constexpr std::size_t pieceSize = std::size_t{1} << 16U;

@@ -15,7 +15,7 @@ public:
     /// The last measurement in seconds, used up by formatting it.
     double elapsedSeconds = 0.0;
 
-    /// The one timer, made on first use and after Release; stays the timer's own.
+    /// The one timer, made on first use and after Release; not the caller's to delete.
     static VpcTimer* Instance();
     /// Destroys the timer.
     static void Release();

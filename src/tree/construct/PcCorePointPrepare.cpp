@@ -2,7 +2,6 @@
 
 #include <exception>
 #include <memory>
-#include <new>
 
 #include <wx/intl.h>
 #include <wx/translation.h>
@@ -46,7 +45,7 @@ private:
     /// Reads all scans into the tree.
     void AddScans(VpcConstructTree& tree);
     void AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree);
-    /// Adds those points of a batch that have finite coordinates.
+    /// Adds those points of a batch that have coordinates at which a point can lie.
     void AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                          VpcConstructTree& tree);
     void NoteLostPoints(const VpcConstructTree& tree);
@@ -67,8 +66,7 @@ TreePrepareResult failure(const wxString& message) {
     return {false, message, wxString()};
 }
 
-/// Runs `work` and turns every exception into a failed result, but for those that end the run and
-/// those that `passOn` lets through.
+/// Runs `work` and turns every exception into a failed result.
 template <class Work>
 TreePrepareResult guarded(const Work& work) {
     try {
@@ -165,7 +163,7 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
 void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                                  VpcConstructTree& tree) {
     for (const VpcPoint3D* point = points; point != points + count; ++point) {
-        if (VpcNumMathTools::AllFinite(point->x, point->y, point->z))
+        if (VpcNumMathTools::AreCoordinates(point->x, point->y, point->z))
             tree.AddPoints(point, 1);
         else
             ++nonFinitePoints_;
@@ -173,9 +171,15 @@ void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long co
 }
 
 void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
+    if (pointsRead_ < summary_.points)
+        AddNote(wxString::Format(_("%llu points could not be read a second time and were left out: "
+                                   "have the scans changed?"),
+                                 summary_.points - pointsRead_));
     if (nonFinitePoints_ != 0)
-        AddNote(wxString::Format(
-            _("%llu points with a coordinate that is not finite were left out"), nonFinitePoints_));
+        AddNote(wxString::Format(_("%llu points with a coordinate that is no finite number, or is "
+                                   "out of all bounds, were "
+                                   "left out"),
+                                 nonFinitePoints_));
     if (tree.UntakenPoints() != 0)
         AddNote(wxString::Format(_("%llu points lay in no node of the tree and were left out"),
                                  tree.UntakenPoints()));

@@ -19,7 +19,9 @@ public:
     /// \param workingFolder    where temporary files go; ends with a separator
     /// \param treeType         Tree_Octree or Tree_KdTree_Symmetric
     /// \param maxPointsPerNode points at which a leaf is split
-    /// \param maxLevel         deepest level that a split may reach; there, leaves grow
+    /// \param maxLevel         deepest level that a split may reach; there, leaves grow. Where many
+    ///                         points share a place all these levels are made, at a record a node:
+    ///                         more than about 60 only cost
     ///
     /// Every failure comes back as a result; nothing is thrown but std::bad_alloc. Uses the
     /// process-wide timer: one run at a time.

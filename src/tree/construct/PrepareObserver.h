@@ -12,6 +12,7 @@ enum class PrepareStage {
     WriteFile      ///< writing the point tree file
 };
 
+/// How far a run is.
 struct PrepareProgress {
     PrepareStage stage = PrepareStage::MeasureScans;
     /// Points done in this stage, and points in all; the latter may grow while the scans are
@@ -20,14 +21,15 @@ struct PrepareProgress {
     unsigned long long pointsInAll = 0;
 };
 
-/// Watches one preprocessing run and can end it. Called on the run's own thread, several times a
-/// second; the run waits for the call to return. A call must not throw.
+/// Watches one preprocessing run and can end it. Called on the run's own thread; the run waits for
+/// the call to return. A call must not throw.
 class PrepareObserver {
 public:
     virtual ~PrepareObserver() = default;
 
-    /// Told after every batch of points. False asks the run to stop: it removes its temporary
-    /// files and fails with the message "Point cloud preprocessing was cancelled".
+    /// Told after every batch of points and every node written. False asks the run to stop: it
+    /// removes its temporary files and fails with the message "Point cloud preprocessing was
+    /// cancelled".
     virtual bool onProgress(const PrepareProgress& progress) = 0;
 
     /// Told once, when every scan has been measured and before anything is built. `message` holds

@@ -230,17 +230,19 @@ void VpcConstructNode::SplitNode() {
 }
 
 void VpcConstructNode::SplitNodeOct(std::vector<VpcPoint3D>& points) {
-    if (!children_.empty()) return;
-    ComputeNumberOfChildrenOct();
-    CreateChildren();
-    DistributePoints(points);
+    SplitInto(SplitGridOct(), points);
 }
 
 void VpcConstructNode::SplitNodeKd(std::vector<VpcPoint3D>& points) {
+    SplitInto(SplitGridKd(), points);
+}
+
+void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points) {
     if (!children_.empty()) return;
-    SetChildGrid(SplitGridKd());
+    RemoveDiskFile();
+    SetChildGrid(grid);
     CreateChildren();
-    DistributePoints(points);
+    for (const VpcPoint3D& point : points) AddPoint(point);
 }
 
 void VpcConstructNode::DistributeRecords(const char* records, unsigned long long count) {
@@ -255,10 +257,6 @@ void VpcConstructNode::DistributeRecords(const char* records, unsigned long long
         std::memcpy(leaf->points_.Append(), record, vpc::recordSize);
         leaf->LeafHasGrown();
     }
-}
-
-void VpcConstructNode::DistributePoints(const std::vector<VpcPoint3D>& points) {
-    for (const VpcPoint3D& point : points) AddPoint(point);
 }
 
 // --- Finishing -----------------------------------------------------------------------------------

@@ -16,8 +16,8 @@
 
 class VpcConstructTree;
 
-/// One node of the tree under construction: a box, its points (in a temporary file of the node's
-/// own and in memory) and, once it has split, its children.
+/// One node of the tree under construction: a box, its points (in memory and in a temporary file,
+/// the node's own or all nodes' common one) and, once it has split, its children.
 ///
 /// While points are added only leaves hold points; a split hands them on to the children. The
 /// tree's finishing then pushes the leaves down to the deepest level and fills the levels above
@@ -66,6 +66,8 @@ public:
 
     /// Turns this leaf into a parent: its points move on to new children.
     void SplitNode();
+    // What SplitNode does, over points that the caller has taken from the node.
+
     /// Splits into a grid: the root after the tree's dimension ratios, other nodes 2 x 2 x 2.
     void SplitNodeOct(std::vector<VpcPoint3D>& points);
     /// Splits into two halves across the longest side.
@@ -149,11 +151,11 @@ private:
     Triplet SplitGridKd() const;
     void SetChildGrid(const Triplet& grid);
     void CreateChildren();
+    void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points);
     void AddChild(const Triplet& cell, unsigned long long index);
     VpcConstructNode* ChildContaining(double x, double y, double z) const;
     unsigned long long CellOf(double x, double y, double z) const;
     void DistributeRecords(const char* records, unsigned long long count);
-    void DistributePoints(const std::vector<VpcPoint3D>& points);
 
     VpcConstructTree* tree_;
     VpcConstructNode* parent_;

@@ -37,6 +37,7 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     endNodes_.clear();
     awaitingFlush_.clear();
     lastLeaf_ = nullptr;
+    stage_ = Stage::Adding;
     root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
                                                VpcConstructNode::Triplet{1, 1, 1});
@@ -49,6 +50,10 @@ void VpcConstructTree::InitializeDimensionRatios(double dx, double dy, double dz
 
 void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long count) {
     pointsAdded_ += count;
+    if (root_ == nullptr || stage_ != Stage::Adding) {
+        untakenPoints_ += count;
+        return;
+    }
     for (const VpcPoint3D* point = points; point != points + count; ++point) {
         VpcConstructNode* leaf = lastLeaf_;
         if (leaf == nullptr || !leaf->Contains(point->x, point->y, point->z))
@@ -78,7 +83,10 @@ bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {
 }
 
 bool VpcConstructTree::FinishAddData() {
-    return BuildEndNodeList() && PopulateParentNodes();
+    if (stage_ != Stage::Adding) return stage_ == Stage::Finished;
+    if (!BuildEndNodeList() || !PopulateParentNodes()) return false;
+    stage_ = Stage::Finished;
+    return true;
 }
 
 bool VpcConstructTree::BuildEndNodeList() {
@@ -166,6 +174,10 @@ vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
 }
 
 bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue) {
+    // The nodes' points are used up by the writing, and before the finishing there are none: what
+    // would be written is an empty tree, over a good file perhaps.
+    if (stage_ != Stage::Finished) return false;
+    stage_ = Stage::Written;
     vpc::PointTreeFileWriter writer(*this, hostValue);
     const bool written = writer.Write(fileName, progress_);
     for (const Level& level : levels_)

@@ -18,7 +18,8 @@
 /// tree file.
 ///
 /// Order of calls: InitializeRootNode, AddPoints as often as there are batches, FinishAddData,
-/// CreateDiskTreeFile. The temporary files go with the tree at the latest.
+/// CreateDiskTreeFile, once. The temporary files go with the tree at the latest. A temporary file
+/// that fails where no result could tell makes a call throw std::runtime_error.
 class VpcConstructTree {
 public:
     using Level = std::vector<VpcConstructNode*>;
@@ -47,13 +48,14 @@ public:
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
     /// Sets the grid of the root's split from the aspect of its extents.
     void InitializeDimensionRatios(double dx, double dy, double dz);
-    /// Adds `count` points; see UntakenPoints for those that found no node.
+    /// Adds `count` points; see UntakenPoints for those that found no node. Once the tree is
+    /// finished, and before it has a root, none does.
     void AddPoints(const VpcPoint3D* points, unsigned long long count);
     /// Writes all buffers of more than `threshold` points. With point memory it is the memory's
     /// fill that decides, and this does nothing.
     bool FlushBuffersToDisk(unsigned long long threshold);
     /// Ends the adding: leaves go to the deepest level, parents get their samples. False when
-    /// there are no points or a node's file could not be written.
+    /// there are no points or a node's file could not be written. Does nothing in a finished tree.
     bool FinishAddData();
     bool BuildEndNodeList();
     bool PopulateParentNodes();
@@ -62,7 +64,8 @@ public:
 
     /// Writes the point tree file, under a temporary name beside `fileName` first. False when the
     /// file cannot be opened or anything cannot be read or written; an older file is then left
-    /// as it was. Consumes the nodes' temporary files.
+    /// as it was; false, too, for a tree that is not finished. Consumes the nodes' temporary files:
+    /// a second call fails, whatever became of the first.
     ///
     /// \param hostValue stored in the header untouched
     bool CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue);
@@ -89,13 +92,9 @@ public:
     unsigned long long PointsAdded() const { return pointsAdded_; }
     /// Points that were given to AddPoints and lay in no child's box.
     unsigned long long UntakenPoints() const { return untakenPoints_; }
-    unsigned long long MaxPointsPerNode() const { return maxPointsPerNode_; }
-    unsigned long long MaxLevel() const { return maxLevel_; }
     unsigned long long LeafCount() const { return leafCount_; }
     unsigned long long FilledLeafCount() const { return filledLeafCount_; }
     unsigned long long EmptyLeafCount() const { return emptyLeafCount_; }
-    VpcSubsampleType SubsampleType() const { return subsampleType_; }
-    bool SeedsFromDevice() const { return seedFromDevice_; }
     /// The probability with which random thinning keeps a point.
     double KeepFraction() const;
     /// True when the parents' samples are taken while the tree file is written, in one pass over
@@ -118,6 +117,8 @@ public:
 private:
     friend class VpcConstructNode;
 
+    enum class Stage { Adding, Finished, Written };
+
     void RegisterNode(VpcConstructNode& node);
     void AwaitFlush(VpcConstructNode& node);
     VpcConstructNode* DensestEndNode() const;
@@ -125,6 +126,7 @@ private:
     bool PushDownEndNodes();
     void PopulateLevelAbove(const Level& level);
 
+    Stage stage_ = Stage::Adding;
     wxString treeId_;
     std::vector<wxString> sourceNames_;
     VpcTreeType treeType_;

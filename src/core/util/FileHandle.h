@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+
+namespace vpc {
+
+/// Closes a C stream; for who wants to know whether that worked, release the handle and call
+/// fclose.
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+/// An open C stream; null when there is none.
+using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
+
+}  // namespace vpc
