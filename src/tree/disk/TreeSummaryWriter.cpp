@@ -27,7 +27,7 @@ std::string pointText(const VpcCoordinate3D& corner) {
 bool TreeSummaryWriter::Write(const wxString& fileName) {
     file_ = std::fopen(FileTools::ToNativePath(fileName).c_str(), "w");
     if (file_ == nullptr) return false;
-    WriteLine("Point tree file format Version " + std::to_string(tree_.vptVersion));
+    WriteLine("Point tree File format Version " + std::to_string(tree_.vptVersion));
     const auto summary = tree_.GetNodePointSummary();
     for (std::size_t level = 0; level < summary.size(); ++level) {
         const VpcDiskTree::NodeList& nodes = tree_.GetLevels()[level];

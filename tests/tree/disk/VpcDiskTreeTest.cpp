@@ -272,7 +272,7 @@ TEST_F(VpcDiskTreeTest, WritesASummary) {
                "\n##   - Total #nodes  = " + std::to_string(nodes) +
                "\n##   - Total #points = " + std::to_string(points) + "\n" + rule;
     };
-    const std::string head = "Point tree file format Version 9\n";
+    const std::string head = "Point tree File format Version 9\n";
     const std::string root =
         "Level 0 \t node 0\n\t min distance = 0.500000\n"
         " hNodeIndex.size() = 1\t[ 0, 0, 0 ] \n hNrNodes.size() = 1\t[ 1, 1, 1 ] \n"
