@@ -1,0 +1,86 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "support/PrepareRun.h"
+#include "support/ScanFiles.h"
+#include "support/TreeFile.h"
+#include "tree/construct/VpcConstructTree.h"
+
+namespace vpc::test {
+
+namespace {
+
+/// The points of a tree file's deepest level.
+std::size_t pointsIn(const std::string& file) {
+    std::size_t points = 0;
+    for (const TreeNode& node : TreeFile(readBytes(file)).levels.back())
+        points += node.points.size();
+    return points;
+}
+
+TEST(Misuse, ATreeIsWrittenOnceAndFinishedOnly) {
+    for (const unsigned long long memory : {0ULL, 1ULL << 20}) {
+        const PrepareFolder folder;
+        VpcConstructTree tree(toWx(folder.work()), Tree_Octree, 10, 8, false, memory);
+        const VpcPoint3D point(0.5, 0.5, 0.5);
+        tree.AddPoints(&point, 1);
+        tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, 1, 1, 1));
+        for (int i = 0; i < 50; ++i) {
+            const VpcPoint3D p(0.02 * i, 0.5, 0.1);
+            tree.AddPoints(&p, 1);
+        }
+        const wxString output = toWx(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(std::filesystem::exists(folder.output()));
+        ASSERT_TRUE(tree.FinishAddData() && tree.FinishAddData());
+        tree.AddPoints(&point, 1);
+        EXPECT_EQ(tree.UntakenPoints(), 2U);
+        ASSERT_TRUE(tree.CreateDiskTreeFile(output, 0));
+        const std::string written = readBytes(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(tree.FinishAddData());
+        EXPECT_EQ(readBytes(folder.output()), written);
+        EXPECT_EQ(pointsIn(folder.output()), 50U);
+    }
+}
+
+/// Takes a scan away between the two passes.
+class Remover : public PrepareObserver {
+public:
+    explicit Remover(std::string file) : file_(std::move(file)) {}
+    bool onProgress(const PrepareProgress&) override { return true; }
+    bool onScansMeasured(const ScanSummary&, const wxString&) override {
+        return std::filesystem::remove(file_);
+    }
+
+private:
+    std::string file_;
+};
+
+TEST(Misuse, AScanThatVanishesIsTold) {
+    const PrepareFolder folder;
+    writeLas(folder.scan("a.las"), {}, makeCloud({}));
+    writeLas(folder.scan("b.las"), {}, makeCloud({}));
+    Remover remover(folder.scan("b.las"));
+    const auto result = prepare({folder.scan("a.las"), folder.scan("b.las")}, folder.work(),
+                                folder.output(), {}, &remover);
+    EXPECT_TRUE(result.success);
+    EXPECT_NE(result.message.find("1000 points could not be read a second time"), wxString::npos);
+}
+
+TEST(Misuse, CoordinatesOutOfAllBoundsAreLeftOut) {
+    const PrepareFolder folder;
+    auto points = makeCloud({});
+    points[0].x = 1e66;
+    points[7].z = -1e308;
+    writePts(folder.scan("a.pts"), 7, {points});
+    const auto result = prepare({folder.scan("a.pts")}, folder.work(), folder.output());
+    ASSERT_TRUE(result.success) << result.message;
+    EXPECT_TRUE(result.message.StartsWith("2 points")) << result.message;
+    EXPECT_EQ(pointsIn(folder.output()), points.size() - 2);
+}
+
+}  // namespace
+
+}  // namespace vpc::test
