@@ -1,10 +1,10 @@
 // Reads the input as a PLY file.
 
-#include <cmath>
 #include <iostream>
 
 #include "InputFile.h"
 #include "Require.h"
+#include "core/geometry/VpcNumMathTools.h"
 #include "io/PlyIO.h"
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     vpc::fuzz::require(PlyIO::Read(file.name(), points, box), "a file that is there opens");
     vpc::fuzz::require(points.size() <= size, "no more vertices than lines");
     for (const VpcPoint3D& p : points)
-        if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z))
+        if (VpcNumMathTools::AreCoordinates(p.x, p.y, p.z))
             vpc::fuzz::require(p.x >= box.minPoint.x && p.x <= box.maxPoint.x &&
                                    p.y >= box.minPoint.y && p.y <= box.maxPoint.y &&
                                    p.z >= box.minPoint.z && p.z <= box.maxPoint.z,
