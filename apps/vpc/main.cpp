@@ -16,6 +16,7 @@
 #include "SampleCommand.h"
 #include "VerifyCommand.h"
 #include "ViewCommand.h"
+#include "core/util/FileTools.h"
 
 namespace {
 
@@ -41,6 +42,8 @@ public:
     }
 
     int Run(int argc, char** argv) {
+        for (int i = 1; i < argc; ++i)
+            if (!IsReadable(argv[i])) return Unreadable();
         try {
             app_.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
@@ -52,6 +55,19 @@ public:
     }
 
 private:
+    /// Whether the argument's bytes come back from a text: a file of another name would be taken in
+    /// place of one whose name is not in the user's encoding.
+    static bool IsReadable(const std::string& argument) {
+        return FileTools::ToNativePath(FileTools::FromNativePath(argument)) == argument;
+    }
+    static int Unreadable() {
+        std::fputs(
+            "vpc: an argument is neither in the encoding of the locale nor in UTF-8; rename "
+            "the file\n",
+            stderr);
+        return vpc::exitWrongUsage;
+    }
+
     static int RunCommand(vpc::Command& command) {
         const auto fail = [&](const char* text, int status) {
             std::fprintf(stderr, "vpc %s: %s\n", command.Name().c_str(), text);

@@ -114,7 +114,10 @@ void PcCoreProjectManager::FillBuffers(const VpcTransform3D& toTree) {
     else
         tree_->ClearSectionPlanes();
     tree_->SetLocalClippings(clippings_);
-    if (!lastView_.SpansSpace()) return;
+    if (!lastView_.SpansSpace()) {
+        selectedLevel = 0;
+        return;
+    }
     if (useFlatView)
         flatNodeSelection(viewFrustum_);
     else

@@ -86,9 +86,13 @@ wxString VpcDiskTree::LoadNodes() {
     vpc::NodeRecordReader reader(fileName_, header_);
     vpc::NodeRecord record;
     unsigned long long mostPoints = 0;
+    // Nodes whose points overlap would add up to more than any file of this size holds.
+    unsigned long long room = header_.fileSize / VpcPoint3D::SerializeDiskSize();
     while (reader.Next(record)) {
         const wxString fault = LoadNode(record);
         if (!fault.empty()) return fault;
+        if (record.points > room) return "claims more points than it has room for";
+        room -= record.points;
         mostPoints = std::max(mostPoints, record.points);
     }
     if (reader.Failed())
