@@ -66,7 +66,7 @@ std::string prepare(const Plugin& plugin, const std::string& scan, const std::st
     pars.inputFiles = {wxString::FromUTF8(scan)};
     pars.outputFile = wxString::FromUTF8(treeFile);
     pars.treeType = Tree_Octree;
-    pars.maxPointsPerNode = 10000;
+    pars.maxPointsPerNode = 2000;
     pars.maxLevel = 12;
 
     TreePrepareResult result;

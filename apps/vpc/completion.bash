@@ -1,0 +1,68 @@
+# Completes the command line of vpc in bash.
+
+_vpc_options() { # COMMAND
+  local camera='--eye --target --up --field --viewport --perspective --parallel'
+  case $1 in
+    prepare)
+      echo --help --output --tree --max-points --max-level --unit --work --log \
+        --allow-incomplete --quiet --force
+      ;;
+    info) echo --help --json --nodes ;;
+    verify) echo --help ;;
+    view)
+      echo --help --budget --density --stylization --scheme --section --clip-circle \
+        --clip-polygon --matrix --image --size --points --report --diagnostics "$camera"
+      ;;
+    pick) echo --help --at --box "$camera" ;;
+    export) echo --help --output --level --coloured-by ;;
+    sample) echo --help --points --seed --format ;;
+  esac
+}
+
+# Files whose extension is one of a pattern's, in small or capital letters, and folders.
+_vpc_files() { # PATTERN WORD
+  local file
+  compgen -d -- "$2"
+  compgen -f -- "$2" | while IFS= read -r file; do
+    shopt -s extglob nocasematch
+    # shellcheck disable=SC2053
+    [[ ! -d $file && $file == *.$1 ]] && printf '%s\n' "$file"
+  done
+}
+
+_vpc() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
+  local command=${COMP_WORDS[1]} words='' files='' IFS=$' \t\n'
+  if [[ $COMP_CWORD -eq 1 ]]; then
+    words='prepare info verify view pick export sample --help --version'
+  elif [[ $word == -* ]]; then
+    words=$(_vpc_options "$command")
+  else
+    case $command:$before in
+      prepare:--tree) words='octree kd' ;;
+      *:--density) words='low full' ;;
+      *:--stylization) words='scan elevation intensity' ;;
+      *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
+      *:--coloured-by) words=elevation ;;
+      *:--format) words='3 7' ;;
+      prepare:--output | prepare:-o) files='vpt' ;;
+      prepare:--unit)
+        words='Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
+        ;;
+      *:--output | *:-o) files='@(pts|ptx|ply)' ;;
+      *:--image) files='png' ;;
+      *:--work | *:--diagnostics | *:--log | view:--points) files='*' ;;
+      prepare:*) files='@(las|pts|ptx)' ;;
+      sample:*) files='@(las|pts|ptx)' ;;
+      *) files='vpt' ;;
+    esac
+  fi
+  if [[ -n $files ]]; then
+    compopt -o filenames 2>/dev/null
+    mapfile -t COMPREPLY < <(_vpc_files "$files" "$word")
+  else
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+  fi
+}
+
+complete -F _vpc vpc

@@ -1,0 +1,57 @@
+# What `cmake --install` puts where, and the Debian package that `cpack` makes of it.
+include(CMakePackageConfigHelpers)
+
+set(vpc_targets vpc vpc_platform vpc_plugin)
+set_target_properties(vpc_platform PROPERTIES EXPORT_NAME platform)
+set_target_properties(vpc_plugin PROPERTIES EXPORT_NAME plugin
+  INSTALL_RPATH "$ORIGIN/.." LIBRARY_OUTPUT_NAME vpc_plugin)
+install(TARGETS vpc vpc_platform EXPORT VpcTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS vpc_plugin EXPORT VpcTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/vpc)
+if(BUILD_SHARED_LIBS)
+  set_target_properties(vpc PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
+
+# Everything below one folder, so that the library's includes and its users' read the same.
+set(vpc_headers ${CMAKE_INSTALL_INCLUDEDIR}/vpc)
+install(DIRECTORY src/ DESTINATION ${vpc_headers} FILES_MATCHING PATTERN "*.h")
+if(NOT VPC_HOST_SDK)
+  install(DIRECTORY platform DESTINATION ${vpc_headers} FILES_MATCHING PATTERN "*.h")
+endif()
+
+set(vpc_package ${CMAKE_INSTALL_LIBDIR}/cmake/Vpc)
+configure_package_config_file(cmake/VpcConfig.cmake.in VpcConfig.cmake
+  INSTALL_DESTINATION ${vpc_package})
+write_basic_package_version_file(VpcConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/VpcConfig.cmake ${PROJECT_BINARY_DIR}/VpcConfigVersion.cmake
+  cmake/VpcWx.cmake DESTINATION ${vpc_package})
+install(EXPORT VpcTargets NAMESPACE Vpc:: DESTINATION ${vpc_package})
+
+if(VPC_BUILD_PROGRAM)
+  file(RELATIVE_PATH vpc_libraries /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(vpc_program PROPERTIES INSTALL_RPATH "$ORIGIN/${vpc_libraries}")
+  install(TARGETS vpc_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES apps/vpc/vpc.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES apps/vpc/completion.bash
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME vpc)
+endif()
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+if(PROJECT_IS_TOP_LEVEL)
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_PACKAGE_CONTACT "vpc developers <vpc@localhost>")
+  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+  set(CPACK_STRIP_FILES ON)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_SECTION science)
+  set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+  set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+"Turns laser scans (LAS, PTS, PTX) into point tree files, and shows the part of
+one that a view needs: as a library and plug-in for CAD hosts and as the
+program vpc.")
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+  include(CPack)
+endif()
