@@ -26,39 +26,10 @@ std::uint32_t channelByte(double value) {
     return static_cast<std::uint32_t>(std::min(std::max(0.0, value), 255.0));
 }
 
-using Ramp = void (*)(double value, double min, double max, double& red, double& green,
-                      double& blue);
-
-/// What VpcColorTools::ApplyColorScheme would choose for every point anew; null for a scheme
-/// without a ramp.
-Ramp rampOf(VpcColorScheme scheme) {
-    switch (scheme) {
-        case VPC_ColorScheme_Spectrum:
-            return VpcColorTools::ApplyColorSchemeJet;
-        case VPC_ColorScheme_Earth:
-            return VpcColorTools::ApplyColorSchemeEarth;
-        case VPC_ColorScheme_Hydro:
-            return VpcColorTools::ApplyColorSchemeHydro;
-        case VPC_ColorScheme_Gray:
-            return VpcColorTools::ApplyColorSchemeGray;
-        case VPC_ColorScheme_Reds:
-            return VpcColorTools::ApplyColorSchemeReds;
-        case VPC_ColorScheme_Greens:
-            return VpcColorTools::ApplyColorSchemeGreens;
-        case VPC_ColorScheme_Blues:
-            return VpcColorTools::ApplyColorSchemeBlues;
-        case VPC_ColorScheme_ScanColors:
-            break;
-    }
-    return nullptr;
-}
-
-/// Colours every slot by its value; the colour method stays. Without a ramp, so does the colour.
-template <class ValueOf>
-void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
-            VpcColorScheme scheme, const ValueOf& valueOf) {
-    const Ramp ramp = rampOf(scheme);
-    if (ramp == nullptr) return;
+/// Colours every slot by its value; the colour method stays.
+template <auto ramp, class ValueOf>
+void colourBy(const PointBuffers& buffers, unsigned long long count, const Range& range,
+              const ValueOf& valueOf) {
     OdCmEntityColor* const colours = buffers.colours();
     for (unsigned long long slot = 0; slot < count; ++slot) {
         double red = 0;
@@ -68,6 +39,32 @@ void colour(const PointBuffers& buffers, unsigned long long count, const Range& 
         const std::uint32_t method = colours[slot].color() & 0xFF000000U;
         colours[slot].setColor(method | channelByte(red) << 16U | channelByte(green) << 8U |
                                channelByte(blue));
+    }
+}
+
+/// What VpcColorTools::ApplyColorScheme would choose for every point anew. A scheme without a ramp
+/// leaves the colours.
+template <class ValueOf>
+void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
+            VpcColorScheme scheme, const ValueOf& valueOf) {
+    using Tools = VpcColorTools;
+    switch (scheme) {
+        case VPC_ColorScheme_Spectrum:
+            return colourBy<Tools::ApplyColorSchemeJet>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Earth:
+            return colourBy<Tools::ApplyColorSchemeEarth>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Hydro:
+            return colourBy<Tools::ApplyColorSchemeHydro>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Gray:
+            return colourBy<Tools::ApplyColorSchemeGray>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Reds:
+            return colourBy<Tools::ApplyColorSchemeReds>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Greens:
+            return colourBy<Tools::ApplyColorSchemeGreens>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_Blues:
+            return colourBy<Tools::ApplyColorSchemeBlues>(buffers, count, range, valueOf);
+        case VPC_ColorScheme_ScanColors:
+            return;
     }
 }
 
