@@ -23,29 +23,18 @@ public:
     bool closeRead() override { return true; }
 };
 
-TEST(FileParentIO, StartsEmpty) {
-    const NoReader reader(3);
-    EXPECT_EQ(reader.batchCapacity, 3u);
-    EXPECT_EQ(reader.scanIndex, -1);
-    EXPECT_EQ(describe(reader.pointBuffer[2]), "0 0 0 / 0 0 0 / 0 / -1 / 1");
-    EXPECT_EQ(extentOf(reader), emptyExtent);
-    EXPECT_FALSE(reader.HasExtent());
-}
-
 TEST(FileParentIO, TruncatesColoursToTheirLow16Bits) {
-    struct Case {
-        double value;
-        unsigned expected;
-    };
-    const Case cases[] = {{255.9, 255},      {65535.9, 65535}, {65536, 0},      {65537.5, 1},
-                          {-0.9, 0},         {-1, 65535},      {-65537, 65535}, {4294967297.0, 1},
-                          {1e15 + 3, 32771}, {-1e15, 32768},   {9.3e18, 0},     {-9.3e18, 0},
-                          {1e300, 0},        {infinity, 0},    {-infinity, 0},  {notANumber, 0}};
+    const std::pair<double, unsigned> cases[] = {
+        {255.9, 255},      {65535.9, 65535}, {65536, 0},      {65537.5, 1},
+        {-0.9, 0},         {-1, 65535},      {-65537, 65535}, {4294967297.0, 1},
+        {1e15 + 3, 32771}, {-1e15, 32768},   {9.3e18, 0},     {-9.3e18, 0},
+        {1e300, 0},        {infinity, 0},    {-infinity, 0},  {notANumber, 0}};
     NoReader reader(1);
-    for (const Case& c : cases) {
-        reader.setPointValues(reader.pointBuffer[0], 1, 2, 3, c.value, 0, c.value, 0, 7, 2.5);
-        EXPECT_EQ(reader.pointBuffer[0].red, c.expected) << c.value;
-        EXPECT_EQ(reader.pointBuffer[0].blue, c.expected) << c.value;
+    VpcPoint3D& point = reader.pointBuffer[0];
+    for (const auto& [value, expected] : cases) {
+        reader.setPointValues(point, 1, 2, 3, value, value, value, 0, 7, 2.5);
+        EXPECT_EQ(joined(point.red, point.green, point.blue), joined(expected, expected, expected))
+            << value;
     }
 }
 
@@ -62,19 +51,16 @@ TEST(FileParentIO, KeepsMaximaAndExtentOfFinitePointsOnly) {
         reader.setPointValues(point, p[0], p[1], p[2], 999, 999, 999, 999, 4, 2.5);
         reader.UpdateExtent(p[0], p[1], p[2]);
     }
-    EXPECT_EQ(point.red, 999);
-    EXPECT_EQ(reader.nonFinitePoints, 3u);
+    EXPECT_EQ(joined(point.red, reader.nonFinitePoints), "999 3");
     EXPECT_EQ(joined(reader.maxRed, reader.maxGreen, reader.maxBlue, reader.maxIntensity),
               "10 21 30 5");
     EXPECT_EQ(extentOf(reader), "-1 -2 3 - 1 2 3.5");
 
     reader.InitializeExtent(7, 8, 9);
-    EXPECT_EQ(extentOf(reader), "7 8 9 - 7 8 9");
     reader.UpdateExtent(6, 8.5, 9);
     EXPECT_EQ(extentOf(reader), "6 8 9 - 7 8.5 9");
     reader.InitializeExtent(notANumber, 8, 9);
     EXPECT_EQ(extentOf(reader), emptyExtent);
-
     reader.UpdateColorIntensityRanges(20.9, 3, 65536, notANumber);
     EXPECT_EQ(joined(reader.maxRed, reader.maxGreen, reader.maxBlue, reader.maxIntensity),
               "20 21 0 5");

@@ -19,6 +19,10 @@ std::string scan(const std::string& size, const std::string& lines,
     return size + "\n" + pose + matrix + lines;
 }
 
+/// A point line without and with colour as it is described.
+const std::string pointLine = "1 2 3 4 5 6 7\n";
+const std::string pointText = "1 2 3 / 5 6 7 / 4 / -1 / 1";
+
 class PtxIOTest : public testing::Test {
 protected:
     Delivered read(const std::string& text) {
@@ -57,19 +61,15 @@ TEST_F(PtxIOTest, TransformsEachScanByItsOwnMatrix) {
 }
 
 TEST_F(PtxIOTest, ReadsScansWithoutColourColumns) {
-    const std::string colourless = "1 2 3 0.5\n4 5 6 0.25\n7 8 9 1\n1 1 1 0\n";
-    EXPECT_EQ(describe(read(scan("2 2", colourless)).points),
-              (Lines{"1 2 3 / 0 0 0 / 0.5 / -1 / 1", "4 5 6 / 0 0 0 / 0.25 / -1 / 1",
-                     "7 8 9 / 0 0 0 / 1 / -1 / 1", "1 1 1 / 0 0 0 / 0 / -1 / 1"}));
     // Each scan by its own first line, blank lines before it and blanks around it or not.
-    EXPECT_EQ(describe(read(scan("1 1", "1 2 3 4 5 6 7\n") + scan("1 1", "\r\n \t1 2 3 4 \r\n") +
-                            scan("1 1", "1 2 3 4 5 6 7"))
+    EXPECT_EQ(describe(read(scan("1 1", pointLine) + scan("1 1", "\r\n \t1 2 3 4 \r\n") +
+                            scan("2 1", "1 2 3 4\n4 5 6 0.25\n") + scan("1 1", pointLine))
                            .points),
-              (Lines{"1 2 3 / 5 6 7 / 4 / -1 / 1", "1 2 3 / 0 0 0 / 4 / -1 / 1",
-                     "1 2 3 / 5 6 7 / 4 / -1 / 1"}));
+              (Lines{pointText, "1 2 3 / 0 0 0 / 4 / -1 / 1", "1 2 3 / 0 0 0 / 4 / -1 / 1",
+                     "4 5 6 / 0 0 0 / 0.25 / -1 / 1", pointText}));
     // Any other number of values: one stream of seven for each point.
     EXPECT_EQ(describe(read(scan("2 1", "1 2 3\n4 5 6 7\n8 9 10\n11 12 13 14\n")).points),
-              (Lines{"1 2 3 / 5 6 7 / 4 / -1 / 1", "8 9 10 / 12 13 14 / 11 / -1 / 1"}));
+              (Lines{pointText, "8 9 10 / 12 13 14 / 11 / -1 / 1"}));
 }
 
 TEST_F(PtxIOTest, MalformedValuesAreZeroAndMissingOnesAreCounted) {
@@ -85,25 +85,20 @@ TEST_F(PtxIOTest, MalformedValuesAreZeroAndMissingOnesAreCounted) {
 }
 
 TEST_F(PtxIOTest, HeadersWithoutAGridEndTheReading) {
-    const std::string first = scan("1 1", "1 2 3 4 5 6 7\n");
+    const std::string first = scan("1 1", pointLine);
     for (const char* size :
          {"", "0 5", "5 0", "x", "4294967296 4294967296", "18446744073709551615 3"}) {
-        const auto none = read(scan(size, "1 2 3 4 5 6 7\n"));
+        const auto none = read(scan(size, pointLine));
         EXPECT_TRUE(none.points.empty()) << size;
-        EXPECT_EQ(reader.pointsRemaining, 0u) << size;
         EXPECT_EQ(reader.impossibleCount, 0u) << size;
-        EXPECT_EQ(read(first + scan(size, "1 2 3 4 5 6 7\n")).points.size(), 1u) << size;
+        EXPECT_EQ(read(first + scan(size, pointLine)).points.size(), 1u) << size;
     }
     EXPECT_EQ(read("1 1\n0 0 0").points.size(), 0u);
-}
-
-TEST_F(PtxIOTest, NotesACountThatCannotBeTrue) {
-    writeBytes(file, scan("1000 1000", "1 2 3 4 5 6 7\n"));
+    // A count that cannot be true is noted.
+    writeBytes(file, scan("1000 1000", pointLine));
     reader.initializeRead(toWx(file));
     EXPECT_EQ(reader.impossibleCount, 1000000u);
     EXPECT_EQ(reader.nextPointBatch(), 1u);
-    read(scan("1 1", "1 2 3 4 5 6 7\n"));
-    EXPECT_EQ(reader.impossibleCount, 0u);
 }
 
 TEST_F(PtxIOTest, StatisticsAreOfTheFileAndOfFinitePoints) {
@@ -119,7 +114,7 @@ TEST_F(PtxIOTest, StatisticsAreOfTheFileAndOfFinitePoints) {
 }
 
 TEST_F(PtxIOTest, AFileThatCannotBeOpenedDeliversNothing) {
-    read(scan("1 1", "1 2 3 4 5 6 7\n"));
+    read(scan("1 1", pointLine));
     const auto delivered = readAll(reader, folder.path() / "none.ptx");
     EXPECT_TRUE(delivered.opened);
     EXPECT_EQ(delivered.batches, Batches{0});
@@ -128,28 +123,25 @@ TEST_F(PtxIOTest, AFileThatCannotBeOpenedDeliversNothing) {
 }
 
 TEST_F(PtxIOTest, WritesOneScan) {
+    const auto written = [this](std::vector<VpcPoint3D> points, VpcStylizationType type) {
+        PtxIO::Write(points, toWx(file), type);
+        return readBytes(file);
+    };
     const std::string head = "1\n" + pose + identity;
     std::vector<VpcPoint3D> points{VpcPoint3D(1.5, 2, 0, 256, 128, 0, 99),
                                    VpcPoint3D(1.23456789123, 2, 10, 0, 0, 255)};
-    PtxIO::Write(points, toWx(file), VPC_Stylization_SCANCOLORS);
-    EXPECT_EQ(readBytes(file),
+    EXPECT_EQ(written(points, VPC_Stylization_SCANCOLORS),
               "2\n" + head + "1.5 2 0 0.5 256 128 0\n1.23456789 2 10 0.33203125 0 0 255\n");
     points[0].red = 257;
-    PtxIO::Write(points, toWx(file), VPC_Stylization_NONE);
-    EXPECT_EQ(readBytes(file), "2\n" + head +
-                                   "1.5 2 0 7.64926275e-06 1 1 0\n"
-                                   "1.23456789 2 10 5.06639481e-06 0 0 1\n");
+    EXPECT_EQ(
+        written(points, VPC_Stylization_NONE),
+        "2\n" + head + "1.5 2 0 7.64926275e-06 1 1 0\n1.23456789 2 10 5.06639481e-06 0 0 1\n");
     points[0].red = 0;
-    PtxIO::Write(points, toWx(file), VPC_Stylization_INTENSITY);
-    EXPECT_EQ(readBytes(file), "2\n" + head +
-                                   "1.5 2 0 0.166015625 0 0 128\n"
-                                   "1.23456789 2 10 0.171203613 131 0 0\n");
-    const std::string byIntensity = readBytes(file);
-    PtxIO::Write(points, toWx(file), VPC_Stylization_ELEVATION);
-    EXPECT_EQ(readBytes(file), byIntensity);
-    points.clear();
-    PtxIO::Write(points, toWx(file), VPC_Stylization_NONE);
-    EXPECT_EQ(readBytes(file), "0\n" + head);
+    for (const auto type : {VPC_Stylization_INTENSITY, VPC_Stylization_ELEVATION})
+        EXPECT_EQ(
+            written(points, type),
+            "2\n" + head + "1.5 2 0 0.166015625 0 0 128\n1.23456789 2 10 0.171203613 131 0 0\n");
+    EXPECT_EQ(written({}, VPC_Stylization_NONE), "0\n" + head);
 }
 
 }  // namespace
