@@ -35,7 +35,7 @@ TEST_F(FileIoFactoryTest, TellsFormatsByTheirExtension) {
         {"scan.Las", DataFormat_Unknown}, {"/a.las/b.pts", DataFormat_PTS},
         {"b.las.PTS", DataFormat_PTS},    {"a.ptx", DataFormat_PTX},
         {"a.PTX", DataFormat_PTX},        {"a.pTX", DataFormat_Unknown},
-        {"/a.las/b", DataFormat_Unknown}, {"a.laz", DataFormat_Unknown}};
+        {"/a.las/b", DataFormat_Unknown}};
     for (const auto& [name, format] : cases)
         EXPECT_EQ(FileIoFactory::GetDataFormat(name), format) << name;
     EXPECT_EQ(FileIoFactory::Create(DataFormat_Unknown, 5), nullptr);
@@ -52,8 +52,6 @@ TEST_F(FileIoFactoryTest, ColoursAre16BitWhenTheFirstBatchSaysSo) {
     EXPECT_FALSE(is16Bit({narrow, wide}));
     EXPECT_TRUE(is16Bit({wide, narrow}));
     EXPECT_FALSE(is16Bit({write("c.pts", late + "1 1 1 1 999 1 1\n")}));
-    EXPECT_FALSE(is16Bit({toWx(folder.path() / "none.pts")}));
-    EXPECT_EQ(message, "before");
 }
 
 TEST_F(FileIoFactoryTest, TheBoxHoldsAllFilesThatDeliverPoints) {
@@ -74,7 +72,6 @@ TEST_F(FileIoFactoryTest, TheBoxHoldsAllFilesThatDeliverPoints) {
 TEST_F(FileIoFactoryTest, WithoutPointsTheBoxStaysAsItWas) {
     LasBuilder none;
     const wxString las = write("a.las", none.bytes());
-    EXPECT_TRUE(determineBox({}, DataFormat_LAS));
     EXPECT_TRUE(determineBox({las, las}, DataFormat_LAS));
     EXPECT_TRUE(determineBox({toWx(folder.path() / "none.pts")}, DataFormat_PTS));
     EXPECT_FALSE(determineBox({las}, DataFormat_Unknown));
@@ -97,36 +94,12 @@ TEST_F(FileIoFactoryTest, HandsOnWhatReadersSay) {
     const wxString cut = write("cut.las", bytes.substr(0, bytes.size() - 1));
     const wxString half = write("half.las", bytes.substr(0, bytes.size() - 3 * 34));
     EXPECT_TRUE(determineBox({cut, whole, half}, DataFormat_LAS));
-    EXPECT_EQ(summary.points, 11u);
-    EXPECT_EQ(summary.missingRecords, 4u);
-    EXPECT_EQ(message.Freq('\n'), 1);
+    EXPECT_EQ(joined(summary.points, summary.missingRecords, message.Freq('\n')), "11 4 1");
     EXPECT_TRUE(message.BeforeFirst('\n').Contains("cut.las: 1 of the 5")) << message;
     EXPECT_TRUE(message.AfterFirst('\n').Contains("half.las: 3 of the 5")) << message;
 
-    EXPECT_FALSE(determineBox({whole, write("bad.las", "text")}, DataFormat_LAS));
-    EXPECT_EQ(message, "\n input file is not a las file!");
-    EXPECT_FALSE(determineBox({toWx(folder.path() / "none.las")}, DataFormat_LAS));
+    EXPECT_FALSE(determineBox({whole, toWx(folder.path() / "none.las")}, DataFormat_LAS));
     EXPECT_TRUE(message.Contains("none.las")) << message;
-}
-
-TEST_F(FileIoFactoryTest, ReportsProgressAndStopsWhenAsked) {
-    LasBuilder las;
-    las.points.resize(100001);
-    const wxString file = write("a.las", las.bytes());
-    const std::vector<wxString> files{file, file};
-    std::vector<std::string> reports;
-    const auto report = [&](unsigned long long done, unsigned long long all) {
-        reports.push_back(joined(done, all));
-        return reports.size() < 6;
-    };
-    EXPECT_TRUE(FileIoFactory::DetermineMultipleBoundingBox(files, DataFormat_LAS, box, message,
-                                                            nullptr, report));
-    EXPECT_EQ(reports, (std::vector<std::string>{"100000 200002", "100001 200002", "200001 200002",
-                                                 "200002 200002"}));
-    EXPECT_FALSE(FileIoFactory::DetermineMultipleBoundingBox(files, DataFormat_LAS, box, message,
-                                                             nullptr, report));
-    EXPECT_EQ(reports.size(), 6u);
-    EXPECT_EQ(message, "before");
 }
 
 }  // namespace

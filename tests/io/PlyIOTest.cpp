@@ -38,19 +38,13 @@ protected:
 TEST_F(PlyIOTest, WritesVerticesWithColoursAndEdges) {
     EXPECT_TRUE(PlyIO::WriteEdges({VpcPoint3D(1, 2, 3, 255, 0, 65535), VpcPoint3D(-0.25, 1e6, 0)},
                                   {{0, 1}, {1, 0}}, name));
-    const std::string properties =
-        "property float x\nproperty float y\nproperty float z\n"
-        "property uchar red\nproperty uchar green\nproperty uchar blue\n";
-    EXPECT_EQ(written(), "ply\nformat ascii 1.0\ncomment normal vectors\nelement vertex 2\n" +
-                             properties +
-                             "element edge 2\nproperty int vertex1\nproperty int vertex2\n"
-                             "end_header\n"
-                             "1.000000\t2.000000\t3.000000\t255\t0\t65535\n"
-                             "-0.250000\t1000000.000000\t0.000000\t0\t0\t0\n0 1\n1 0\n");
-    EXPECT_TRUE(PlyIO::WriteVertices(corners(3), name));
-    EXPECT_NE(written().find("element vertex 3\n"), std::string::npos);
-    EXPECT_NE(written().find("element edge 0\n"), std::string::npos);
-    EXPECT_TRUE(PlyIO::WriteVertices({}, toWx(folder.path() / "none" / "a.ply")));
+    EXPECT_EQ(written(),
+              "ply\nformat ascii 1.0\ncomment normal vectors\nelement vertex 2\n"
+              "property float x\nproperty float y\nproperty float z\n"
+              "property uchar red\nproperty uchar green\nproperty uchar blue\n"
+              "element edge 2\nproperty int vertex1\nproperty int vertex2\nend_header\n"
+              "1.000000\t2.000000\t3.000000\t255\t0\t65535\n"
+              "-0.250000\t1000000.000000\t0.000000\t0\t0\t0\n0 1\n1 0\n");
 }
 
 TEST_F(PlyIOTest, WritesFacesAsTrianglesOfTheirFirstThree) {
@@ -61,7 +55,7 @@ TEST_F(PlyIOTest, WritesFacesAsTrianglesOfTheirFirstThree) {
     EXPECT_TRUE(PlyIO::WriteVerticesFaces(corners(1), {{4, 5, 6, 7}, {1, 2}}, name));
     EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
     EXPECT_TRUE(PlyIO::WriteVerticesTriangles(corners(1), {{1, 2, 3}, {3, 2, 1}}, name));
-    EXPECT_EQ(written(), head + "3 1 2 3\n3 3 2 1\n");
+    EXPECT_EQ(body(1), "3 1 2 3,3 3 2 1,");
     EXPECT_TRUE(PlyIO::WriteCuboid(corners(8), name));
     EXPECT_EQ(body(8),
               "3 0 1 2,3 0 2 3,3 0 3 7,3 0 4 7,3 3 2 6,3 3 6 7,3 1 2 6,3 1 5 6,3 0 1 5,3 0 4 5,"
@@ -77,10 +71,10 @@ TEST_F(PlyIOTest, WritesTheEdgesOfBoxesAndOfAFrustum) {
               "0 1,0 2,2 3,1 3,1 5,3 7,0 4,2 6,4 5,5 7,6 7,4 6,"
               "8 9,8 10,10 11,9 11,9 13,11 15,8 12,10 14,12 13,13 15,14 15,12 14,");
     // The corners of the first: z turns first, then y, then x.
-    const double corner[][3] = {{0, 0, 0}, {0, 0, 3}, {0, 2, 0}, {0, 2, 3},
-                                {1, 0, 0}, {1, 0, 3}, {1, 2, 0}, {1, 2, 3}};
     std::string vertices;
-    for (const auto& [x, y, z] : corner) vertices += vertexLine(VpcPoint3D(x, y, z));
+    for (const double x : {0.0, 1.0})
+        for (const double y : {0.0, 2.0})
+            for (const double z : {0.0, 3.0}) vertices += vertexLine(VpcPoint3D(x, y, z));
     EXPECT_EQ(body(0).substr(0, vertices.size()), vertices);
 
     VpcFrustumDef frustum;
@@ -121,13 +115,9 @@ TEST_F(PlyIOTest, ReadsVerticesBack) {
     // Appends; a file that ends early gives what it holds.
     EXPECT_EQ(read(head + "9 9\n"), "After reading ply file, now has 4 points and 0 faces.\n");
     EXPECT_EQ(describe(points[3]), "9 9 0 / 0 0 0 / 0 / -1 / 1");
-    EXPECT_EQ(read(""), "After reading ply file, now has 4 points and 0 faces.\n");
-    EXPECT_EQ(box.minPoint.x, 9);
-
     PlyIO::WriteVertices(corners(5), name);
-    points.clear();
-    EXPECT_EQ(read(written()), "After reading ply file, now has 5 points and 0 faces.\n");
-    EXPECT_EQ(points[4].z, 2);
+    EXPECT_EQ(read(written()), "After reading ply file, now has 9 points and 0 faces.\n");
+    EXPECT_EQ(points[8].z, 2);
     EXPECT_FALSE(PlyIO::Read(toWx(folder.path() / "none.ply"), points, box));
 }
 

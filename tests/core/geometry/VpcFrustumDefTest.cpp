@@ -23,25 +23,18 @@ VpcFrustumDef lookingDown(bool perspective, const VpcTransform3D& transform = {}
 
 TEST(VpcFrustumDef, HoldsThePointsInFrontOfTheCameraWhereverItIsMoved) {
     // In perspective half the width is 0.4 for every unit below the camera, half the height 0.2.
-    const struct {
-        VpcPoint3D p;
-        bool perspective;
-        bool parallel;
-    } cases[] = {
-        {{0, 0, 5}, true, true},         // between camera and target
-        {{0, 0, -19.9}, true, true},     // behind the target
-        {{0, 0, -20.1}, false, false},   // past the far end
-        {{0, 0, 10.1}, false, false},    // behind the camera
-        {{3.9, 1.9, 0}, true, true},     // corners of the field at the target
-        {{-3.9, -1.9, 0}, true, true},   //
-        {{4.1, 0, 0}, false, false},     // beside it
-        {{-4.1, 0, 0}, false, false},    //
-        {{0, 2.1, 0}, false, false},     //
-        {{0, -2.1, 0}, false, false},    //
-        {{3, 0, 9}, false, true},        // beside the pyramid, inside the box
-        {{11.9, 0, -20}, true, false},   // inside the wide end of the pyramid
-        {{0, -5.9, -20}, true, false},   //
-        {{12.1, 0, -20}, false, false},  //
+    const std::tuple<VpcPoint3D, bool, bool> cases[] = {
+        {{0, 0, -19.9}, true, true},    // behind the target
+        {{0, 0, -20.1}, false, false},  // past the far end
+        {{0, 0, 10.1}, false, false},   // behind the camera
+        {{3.9, 1.9, 0}, true, true},    // a corner of the field at the target
+        {{4.1, 0, 0}, false, false},    // beside it
+        {{-4.1, 0, 0}, false, false},   //
+        {{0, 2.1, 0}, false, false},    //
+        {{0, -2.1, 0}, false, false},   //
+        {{3, 0, 9}, false, true},       // beside the pyramid, inside the box
+        {{11.9, 0, -20}, true, false},  // inside the wide end of the pyramid
+        {{0, -5.9, -20}, true, false},  //
     };
     VpcTransform3D cycle;  // x to y, y to z, z to x, and off by 100
     cycle.CreateFromBaseVectors({0, 1, 0}, {0, 0, 1}, {1, 0, 0}, {100, 100, 100});
@@ -63,26 +56,15 @@ TEST(VpcFrustumDef, HoldsThePointsInFrontOfTheCameraWhereverItIsMoved) {
 }
 
 TEST(VpcFrustumDef, MeetsBoxesUnlessOnePlaneCutsThemOff) {
-    const struct {
-        Box box;
-        bool perspective;
-        bool parallel;
-    } cases[] = {
-        {{-99, -99, -99, 99, 99, 99}, true, true},  // all around
-        {{3.5, -1, -1, 9, 1, 1}, true, true},       // across a side
-        {{5, -1, 4, 9, 1, 6}, false, false},        // beside
-        {{-9, -1, 4, -5, 1, 6}, false, false},      //
-        {{-1, 5, 4, 1, 9, 6}, false, false},        //
-        {{-1, -9, 4, 1, -5, 6}, false, false},      //
-        {{-1, -1, 11, 1, 1, 12}, true, false},      // close behind it: no near plane in perspective
-        {{-1, -1, -30, 1, 1, -21}, false, false},   // past the far end
-        {{3, -1, 8.5, 3.5, 1, 9}, false, true},     // beside the pyramid, inside the box
-        {{4, 2, 10, 9, 9, 19}, false, true},        // touches the box's corner
-        {{10, 5, -40, 30, 30, -15}, true, false},   // outside, but of no single plane
+    const std::tuple<Box, bool, bool> cases[] = {
+        {{5, -1, 4, 9, 1, 6}, false, false},       // beside
+        {{-1, -1, 11, 1, 1, 12}, true, false},     // behind: perspective has no near plane
+        {{4, 2, 10, 9, 9, 19}, false, true},       // touches the box's corner
+        {{10, 5, -40, 30, 30, -15}, true, false},  // outside, but of no single plane
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(lookingDown(true).Intersects(c.box), c.perspective) << c.box.minPoint;
-        EXPECT_EQ(lookingDown(false).Intersects(c.box), c.parallel) << c.box.minPoint;
+    for (const auto& [box, perspective, parallel] : cases) {
+        EXPECT_EQ(lookingDown(true).Intersects(box), perspective) << box.minPoint;
+        EXPECT_EQ(lookingDown(false).Intersects(box), parallel) << box.minPoint;
     }
 }
 
@@ -108,28 +90,22 @@ TEST(VpcFrustumDef, HasVerticesFromTheFarTopLeftToTheNearBottomRight) {
 
 TEST(VpcFrustumDef, PickVolumeLeadsThroughThePickPoint) {
     // A pick box of 0.4 by 0.2 where the view looks at (2, 1, 0), picked half way up from there.
-    const struct {
-        bool perspective;
-        VpcPoint3D pick;
-        VpcPoint3D inside[2];
-        VpcPoint3D outside[4];
-    } cases[] = {
+    using Points = std::vector<VpcPoint3D>;
+    const std::tuple<bool, VpcPoint3D, Points, Points> cases[] = {
         {true,
          {1, 0.5, 5},
-         {{2.19, 1.09, 0}, {3.8, 1.9, -10}},
+         {{1, 0.5, 5}, {2.19, 1.09, 0}, {3.8, 1.9, -10}},
          {{2.21, 1, 0}, {2, 1.11, 0}, {1, 0.5, 12}, {0.8, 0.5, 5}}},
         {false,
          {2, 1, 5},
-         {{2.19, 1.09, 0}, {1.81, 0.91, -19}},
-         {{2.21, 1, 0}, {2, 1.11, 0}, {2, 1, 10.1}, {1.79, 1, -19}}},
-    };
-    for (const auto& c : cases) {
+         {{2, 1, 5}, {2.19, 1.09, 0}, {1.81, 0.91, -19}},
+         {{2.21, 1, 0}, {2, 1.11, 0}, {2, 1, 10.1}, {1.79, 1, -19}}}};
+    for (const auto& [perspective, pick, inside, outside] : cases) {
         VpcFrustumDef frustum;
-        frustum.UpdatePickGeometry(camera, target, c.pick, up, 10, 0.4, 0.2, c.perspective, {});
-        EXPECT_TRUE(frustum.IsInside(c.pick));
-        for (const VpcPoint3D& p : c.inside) EXPECT_TRUE(frustum.IsInside(p)) << p;
-        for (const VpcPoint3D& p : c.outside) EXPECT_FALSE(frustum.IsInside(p)) << p;
-        EXPECT_NEAR(frustum.GetCentreAxis().DistanceTo(c.pick), 0, 1e-15);
+        frustum.UpdatePickGeometry(camera, target, pick, up, 10, 0.4, 0.2, perspective, {});
+        for (const VpcPoint3D& p : inside) EXPECT_TRUE(frustum.IsInside(p)) << p;
+        for (const VpcPoint3D& p : outside) EXPECT_FALSE(frustum.IsInside(p)) << p;
+        EXPECT_NEAR(frustum.GetCentreAxis().DistanceTo(pick), 0, 1e-15);
     }
 }
 

