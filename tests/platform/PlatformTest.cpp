@@ -4,12 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/OdArray.h"
-#include "platform/OdCmEntityColor.h"
-#include "platform/OdGeExtents3d.h"
 #include "platform/OdGeMatrix3d.h"
-#include "platform/OdGePlane.h"
-#include "platform/OdGePoint2d.h"
-#include "platform/OdGePoint3d.h"
 #include "platform/OdString.h"
 
 namespace {
@@ -30,32 +25,6 @@ TEST(OdGeMatrix3d, InvertsWhateverItsPivotsAreAndWhereItCan) {
         singular[0][0] = entry;
         EXPECT_EQ(singular.inverse(), OdGeMatrix3d()) << entry;
     }
-}
-
-TEST(OdGeometry, MovesPointsAndProjectsThemOntoPlanes) {
-    OdGeMatrix3d matrix;
-    const double rows[4][4] = {{0, -1, 0, 10}, {2, 0, 0, 20}, {0, 0, 3, 30}, {9, 9, 9, 9}};
-    for (int i = 0; i < 16; ++i) matrix[i / 4][i % 4] = rows[i / 4][i % 4];
-    OdGePoint3d point(1, 2, 3);
-    EXPECT_EQ(point.transformBy(matrix), OdGePoint3d(8, 22, 39)) << "by the upper rows";
-    EXPECT_EQ(OdGeVector3d().normal(), OdGeVector3d());
-    const struct {
-        OdGePoint3d origin;
-        OdGeVector3d normal;
-        OdGePoint2d projected;
-    } cases[] = {{{1, 2, 3}, {0, 0, 8}, {4, 5}},
-                 {{0, 0, 0}, {0, 0, -1}, {-5, 7}},
-                 {{0, 0, 0}, {1, 0, 0}, {7, 99}},
-                 {{0, 0, 0}, {0, 1, 0}, {-5, 99}},
-                 {{1, 1, 1}, {}, {0, 0}}};
-    for (const auto& c : cases) {
-        const OdGePoint2d at = OdGePoint3d(5, 7, 99).convert2d(OdGePlane(c.origin, c.normal));
-        EXPECT_LT(at.distanceTo(c.projected), 1e-12) << at.x << ", " << at.y;
-    }
-    OdGeExtents3d box;
-    EXPECT_FALSE(box.isValidExtents());
-    box.addPoint({1, -2, 3});
-    EXPECT_TRUE(box.isValidExtents());
 }
 
 TEST(OdString, DecodesUtf8AndTakesOtherBytesAsLatin1) {
@@ -86,17 +55,6 @@ TEST(OdArray, SharesItsBufferUntilACopyIsChanged) {
     const OdArray<int> expected[] = {{1, 2, 3, 4}, {1, 2}, {}, {0, 0, 0}, {9, 2, 3}, {1, 20, 3}};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(changed[i], expected[i]) << i;
     EXPECT_EQ(copy, OdArray<int>({1, 2, 3}));
-}
-
-TEST(OdCmEntityColor, PacksMethodRedGreenAndBlue) {
-    static_assert(sizeof(OdCmEntityColor) == 4);
-    OdCmEntityColor colour;
-    colour.setRGB(0x12, 0x34, 0xFF);
-    EXPECT_EQ(colour.color(), 0xC21234FFU);
-    colour.setColorMethod(OdCmEntityColor::kByACI);
-    EXPECT_EQ(colour.color(), 0xC31234FFU);
-    colour.setColor(0xC2FE0180U);
-    EXPECT_EQ(colour, OdCmEntityColor(0xFE, 0x01, 0x80));
 }
 
 }  // namespace

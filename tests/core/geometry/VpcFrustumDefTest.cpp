@@ -55,35 +55,25 @@ TEST(VpcFrustumDef, HoldsThePointsInFrontOfTheCameraWhereverItIsMoved) {
     EXPECT_FALSE(parallel.IsInside(std::nextafter(4, 5), 0, 0));
 }
 
-TEST(VpcFrustumDef, MeetsBoxesUnlessOnePlaneCutsThemOff) {
-    const std::tuple<Box, bool, bool> cases[] = {
-        {{5, -1, 4, 9, 1, 6}, false, false},       // beside
-        {{-1, -1, 11, 1, 1, 12}, true, false},     // behind: perspective has no near plane
-        {{4, 2, 10, 9, 9, 19}, false, true},       // touches the box's corner
-        {{10, 5, -40, 30, 30, -15}, true, false},  // outside, but of no single plane
-    };
-    for (const auto& [box, perspective, parallel] : cases) {
-        EXPECT_EQ(lookingDown(true).Intersects(box), perspective) << box.minPoint;
-        EXPECT_EQ(lookingDown(false).Intersects(box), parallel) << box.minPoint;
-    }
+TEST(VpcFrustumDef, MeetsBoxesThatNoSinglePlaneCutsOff) {
+    EXPECT_FALSE(lookingDown(true).Intersects(Box(5, -1, 4, 9, 1, 6)));
+    EXPECT_TRUE(lookingDown(false).Intersects(Box(4, 2, 10, 9, 9, 19))) << "touches a corner";
+    EXPECT_TRUE(lookingDown(true).Intersects(Box(10, 5, -40, 30, 30, -15))) << "though outside";
+    const Box behind(-1, -1, 11, 1, 1, 12);
+    EXPECT_TRUE(lookingDown(true).Intersects(behind)) << "perspective has no near plane";
+    EXPECT_FALSE(lookingDown(false).Intersects(behind));
 }
 
-TEST(VpcFrustumDef, HasVerticesFromTheFarTopLeftToTheNearBottomRight) {
-    const auto vertices = [](const VpcFrustumDef& frustum) {
-        std::string text;
-        for (const VpcPoint3D& v : frustum.GetRefVertices())
-            text += vpc::test::joined(v.x, v.y, v.z) + ", ";
-        return text;
-    };
+TEST(VpcFrustumDef, ChangesItsFieldBetweenItsEnds) {
     VpcFrustumDef frustum = lookingDown(true);
-    EXPECT_EQ(vertices(frustum),
-              "-12 6 -20, 12 6 -20, -12 -6 -20, 12 -6 -20, 0 0 10, 0 0 10, 0 0 10, 0 0 10, ");
     EXPECT_TRUE(std::isnan(frustum.GetPlanes()[VpcFrustumDef::PlaneNear].normal.x));
     frustum.UpdateOrthographic(2, 6);
-    EXPECT_EQ(vertices(frustum),
+    std::string vertices;
+    for (const VpcPoint3D& v : frustum.GetRefVertices())
+        vertices += vpc::test::joined(v.x, v.y, v.z) + ", ";
+    EXPECT_EQ(vertices,
               "-1 3 -20, 1 3 -20, -1 -3 -20, 1 -3 -20, -1 3 10, 1 3 10, -1 -3 10, 1 -3 10, ");
     frustum.UpdatePerspective(1, 1);
-    EXPECT_EQ(frustum.GetFarHeight(), 3);
     EXPECT_TRUE(frustum.IsWithinRadiusFromCenterAxis(VpcPoint3D(0, 3, 99)));
     EXPECT_FALSE(frustum.IsWithinRadiusFromCenterAxis(VpcPoint3D(3, 3, 0)));
 }
@@ -91,21 +81,15 @@ TEST(VpcFrustumDef, HasVerticesFromTheFarTopLeftToTheNearBottomRight) {
 TEST(VpcFrustumDef, PickVolumeLeadsThroughThePickPoint) {
     // A pick box of 0.4 by 0.2 where the view looks at (2, 1, 0), picked half way up from there.
     using Points = std::vector<VpcPoint3D>;
-    const std::tuple<bool, VpcPoint3D, Points, Points> cases[] = {
-        {true,
-         {1, 0.5, 5},
-         {{1, 0.5, 5}, {2.19, 1.09, 0}, {3.8, 1.9, -10}},
-         {{2.21, 1, 0}, {2, 1.11, 0}, {1, 0.5, 12}, {0.8, 0.5, 5}}},
-        {false,
-         {2, 1, 5},
-         {{2, 1, 5}, {2.19, 1.09, 0}, {1.81, 0.91, -19}},
-         {{2.21, 1, 0}, {2, 1.11, 0}, {2, 1, 10.1}, {1.79, 1, -19}}}};
-    for (const auto& [perspective, pick, inside, outside] : cases) {
+    const std::tuple<bool, Points, Points> cases[] = {
+        {true, {{1, 0.5, 5}, {3.8, 1.9, -10}}, {{2, 1.11, 0}, {1, 0.5, 12}, {0.8, 0.5, 5}}},
+        {false, {{2, 1, 5}, {1.81, 0.91, -19}}, {{2, 1.11, 0}, {2, 1, 10.1}, {1.79, 1, -19}}}};
+    for (const auto& [perspective, inside, outside] : cases) {
         VpcFrustumDef frustum;
-        frustum.UpdatePickGeometry(camera, target, pick, up, 10, 0.4, 0.2, perspective, {});
+        frustum.UpdatePickGeometry(camera, target, inside[0], up, 10, 0.4, 0.2, perspective, {});
         for (const VpcPoint3D& p : inside) EXPECT_TRUE(frustum.IsInside(p)) << p;
         for (const VpcPoint3D& p : outside) EXPECT_FALSE(frustum.IsInside(p)) << p;
-        EXPECT_NEAR(frustum.GetCentreAxis().DistanceTo(pick), 0, 1e-15);
+        EXPECT_NEAR(frustum.GetCentreAxis().DistanceTo(inside[0]), 0, 1e-15);
     }
 }
 
