@@ -54,8 +54,6 @@ TEST_F(PlyIOTest, WritesFacesAsTrianglesOfTheirFirstThree) {
         "0.000000\t0.000000\t0.000000\n";
     EXPECT_TRUE(PlyIO::WriteVerticesFaces(corners(1), {{4, 5, 6, 7}, {1, 2}}, name));
     EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
-    EXPECT_TRUE(PlyIO::WriteVerticesTriangles(corners(1), {{1, 2, 3}, {3, 2, 1}}, name));
-    EXPECT_EQ(body(1), "3 1 2 3,3 3 2 1,");
     EXPECT_TRUE(PlyIO::WriteCuboid(corners(8), name));
     EXPECT_EQ(body(8),
               "3 0 1 2,3 0 2 3,3 0 3 7,3 0 4 7,3 3 2 6,3 3 6 7,3 1 2 6,3 1 5 6,3 0 1 5,3 0 4 5,"

@@ -7,7 +7,6 @@
 #include "core/geometry/VpcInterval.h"
 #include "core/geometry/VpcLine3D.h"
 #include "core/geometry/VpcNodeIndex.h"
-#include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPlaneDef.h"
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/geometry/VpcTransform3D.h"
@@ -37,13 +36,6 @@ TEST(VpcInterval, KeepsItsBoundsInOrder) {
     EXPECT_TRUE(VpcInterval(0, 0).OverlapsHalfOpen({0, 2}));
 }
 
-TEST(VpcNumMathTools, TheTwoMappingsRoundDifferently) {
-    EXPECT_EQ(VpcNumMathTools::LinearInterpolate(9, 1, 5, 10, 20), 30) << "extrapolates";
-    // 1/49 rounds, so dividing first misses the 1 that multiplying first gives.
-    EXPECT_LT(VpcNumMathTools::RescaleRange(1, 0, 49, 0, 49), 1.0);
-    EXPECT_EQ(VpcNumMathTools::LinearInterpolate(1, 0, 49, 0, 49), 1.0);
-}
-
 TEST(VpcNodeIndex, PrintsThePathFromTheRoot) {
     const VpcNodeIndex index{{0, 0, 0}, {1, ~0ULL, 123456}};
     EXPECT_EQ(index.ToString(), "-0-0-0---1-18446744073709551615-123456--");
@@ -60,8 +52,7 @@ TEST(VpcPlaneDef, HasItsNormalAndItsDistance) {
     EXPECT_TRUE(byPoints.IsBehind(9, 9, 2.9) && !byPoints.IsBehind(9, 9, 3));
     const VpcPlaneDef moved(VpcPoint3D(9, 4.01, 0), VpcVector3D(0, 1, 0));
     EXPECT_TRUE(plane.IsSame(moved, 0.02) && !plane.IsSame(moved, 1e-3));
-    const VpcPlaneDef none(VpcPoint3D(9, 4, -7), VpcVector3D(0, 0, 0));
-    EXPECT_FALSE(none.IsBehind(0, 0, 0) || none.IsSame(none, 1));
+    EXPECT_FALSE(VpcPlaneDef(VpcPoint3D(9, 4, -7), VpcVector3D()).IsBehind(0, 0, 0));
 }
 
 // --- Vectors and lines ---------------------------------------------------------------------------
@@ -74,7 +65,6 @@ TEST(VpcVector3D, ToleranceIsItsOwnAndStrict) {
     EXPECT_TRUE(VpcVector3D() == VpcVector3D(9e-14, -9e-14, 9e-14));
     EXPECT_FALSE(VpcVector3D() == VpcVector3D(0, 0, -1e-13));
     EXPECT_TRUE(coarse.IsEqual(VpcVector3D(0, 0.4, 0), 0.0)) << "no tolerance: its own";
-    EXPECT_FALSE(coarse.IsEqual(VpcVector3D(0, 0, 0.25), 0.25));
 }
 
 TEST(VpcVector3D, AxesFromNormal) {
@@ -99,14 +89,12 @@ TEST(VpcVector3D, Angles) {
     EXPECT_NEAR(x.AngleTo(back), pi, 1e-15);
     EXPECT_TRUE(std::isnan(x.AngleTo(VpcVector3D())));
     EXPECT_NEAR(x.DirectionalAngle(y, z), pi / 2, 1e-15);
-    EXPECT_NEAR(y.DirectionalAngle(x, z), -pi / 2, 1e-15);
     EXPECT_NEAR(x.DirectionalAngle(back, z), -pi, 1e-15) << "parallel: negative";
     EXPECT_NEAR(x.AngleTo2PI(x, x), pi / 4, 1e-15);
     EXPECT_NEAR(x.AngleTo2PI(x, back), 2 * pi - std::atan2(2, 4), 1e-15);
     EXPECT_TRUE(VpcVector3D(3, 4, 0.4).IsHorizontal(0.08));
     EXPECT_FALSE(VpcVector3D(0, 4, 3).IsHorizontal(0.6)) << "strict";
-    EXPECT_TRUE(VpcVector3D(0, 0, -2).IsVertical(1e-9));
-    EXPECT_FALSE(VpcVector3D(3, 0, 4).IsVertical(0.19));
+    EXPECT_TRUE(VpcVector3D(3, 0, 4).IsVertical(0.21) && !VpcVector3D(3, 0, 4).IsVertical(0.19));
 }
 
 // --- Transforms ----------------------------------------------------------------------------------
@@ -157,9 +145,7 @@ TEST(VpcSimplePointTools, Statistics) {
     VpcPoint3D min(9, 9, 9, 1), max;
     Tools::DeterminePointsMinMaxPoints(points, min, max);
     EXPECT_TRUE(min == VpcPoint3D(1, -1, -9) && max == VpcPoint3D(3, 5, 4) && min.red == 1);
-    double distance = 0, r[8];
-    Tools::DetermineMinPointsDistance(points, distance);
-    EXPECT_EQ(distance, std::sqrt(1 + 9 + 16));
+    double r[8];
     Tools::GetColorRanges(points, r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7]);
     EXPECT_EQ(joined(r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7]), "-2 7 10 65535 0 20 1 60");
     Tools::IndexList x{99}, y, z;
@@ -168,8 +154,7 @@ TEST(VpcSimplePointTools, Statistics) {
 }
 
 TEST(VpcSimplePointTools, CountsEveryPointOnceByItsWorstCoordinate) {
-    const double nan = std::nan("");
-    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
     unsigned long long zero = 5, infinite = 5, nans = 5, regular = 5;
     Tools::GetInvalidPointCounts({VpcPoint3D(inf, nan, 0), VpcPoint3D(0, -inf, 0),
                                   VpcPoint3D(0, -0.0, 0), VpcPoint3D(0, 0, 5e-324)},

@@ -82,11 +82,4 @@ TEST(VpcBoundingBoxAxisAligned, IntersectsRays) {
     }
 }
 
-TEST(VpcBoundingBoxAxisAligned, VerticesWalkTheLowerFaceThenTheUpper) {
-    std::string vertices;
-    for (const VpcPoint3D& v : Box(0, 2, 4, 1, 3, 5).GetVertexList())
-        vertices += joined(v.x, v.y, v.z) + ", ";
-    EXPECT_EQ(vertices, "0 2 4, 0 3 4, 1 3 4, 1 2 4, 0 2 5, 0 3 5, 1 3 5, 1 2 5, ");
-}
-
 }  // namespace

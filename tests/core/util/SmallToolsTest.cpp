@@ -88,7 +88,6 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     const auto text = [&file] { return withoutTimes(vpc::test::readBytes(file)); };
     vpc::test::writeBytes(file, std::string(5000, 'o'));
     VpcLogger* const log = VpcLogger::Instance();
-    log->Add("swallowed");
     log->Open(toWx(file));
     log->Open(toWx(folder.path() / "second.log"));
     EXPECT_EQ(folder.names().size(), 1U) << "one log at a time";
@@ -102,7 +101,7 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     EXPECT_EQ(text(), replaced + " longer line\r\n") << "what the longer line had beyond remains";
     log->Close();
     const std::regex closing(
-        ".*T\t Closed logging, log file was open for 00h:00m:\\d\\ds.\\d{3}ms\r\n");
+        "T\t Closed logging, log file was open for 00h:00m:\\d\\ds.\\d{3}ms\r\n");
     EXPECT_EQ(text().substr(0, replaced.size()), replaced);
     EXPECT_TRUE(std::regex_match(text().substr(replaced.size()), closing)) << text();
     log->Open("/dev/full");
@@ -114,16 +113,13 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
 
 // The ramps are held against a model where a view is coloured.
 TEST(VpcColorTools, LeavesColoursAloneWithoutARampAndNumbersWithoutARange) {
-    using Colour = std::array<double, 3>;
-    const std::tuple<VpcColorScheme, double, Colour> cases[] = {
-        {VPC_ColorScheme_Spectrum, 99, {0, 0, 0}},
-        {VPC_ColorScheme_Blues, -10, {0, 0, -179}},
-        {static_cast<VpcColorScheme>(-1), 20, {1, 2, 3}}};
-    for (const auto& [scheme, value, expected] : cases) {
-        Colour rgb{1, 2, 3};
+    const auto ramp = [](VpcColorScheme scheme, double value) {
+        std::array rgb{1.0, 2.0, 3.0};
         VpcColorTools::ApplyColorScheme(value, 10, 30, scheme, rgb[0], rgb[1], rgb[2]);
-        EXPECT_EQ(rgb, expected) << scheme << ' ' << value;
-    }
+        return rgb;
+    };
+    EXPECT_EQ(ramp(VPC_ColorScheme_Blues, -10), (std::array{0.0, 0.0, -179.0}));
+    EXPECT_EQ(ramp(static_cast<VpcColorScheme>(-1), 20), (std::array{1.0, 2.0, 3.0}));
     double red = 1, green = 2, blue = 3;
     VpcColorTools::ApplyColorSchemeJet(5, 5, 5, red, green, blue);
     EXPECT_EQ(red + green + blue, 0) << "an empty range: NaN becomes 0";
