@@ -1,3 +1,4 @@
+#include <array>
 #include <cmath>
 #include <limits>
 #include <regex>
@@ -22,102 +23,55 @@ using vpc::test::toWx;
 
 TEST(StringTools, Split) {
     using Tokens = std::vector<wxString>;
-    const struct {
-        wxString text;
-        wxString delimiters;
-        Tokens tokens;
-    } cases[] = {
+    const std::tuple<wxString, wxString, Tokens> cases[] = {
         {"a,,b", ",", {"a", "", "b"}},  {"a  b", " ", {"a", "b"}},
         {" a\tb ", " \t", {"a", "b"}},  {",a;b", ",;", {"", "a", "b"}},
-        {"a, b", ", ", {"a", "", "b"}}, {"", ",", {}},
-        {"abc", ",", {"abc"}},
-    };
-    for (const auto& c : cases) EXPECT_EQ(StringTools::Split(c.text, c.delimiters), c.tokens);
+        {"a, b", ", ", {"a", "", "b"}}, {"", ",", {}}};
+    for (const auto& [text, delimiters, tokens] : cases)
+        EXPECT_EQ(StringTools::Split(text, delimiters), tokens) << text;
 }
 
 TEST(StringTools, ReplaceFileExtension) {
-    const struct {
-        const char* path;
-        const char* expected;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"/data/scan.pts", "/data/scan.vpt"}, {"/data/scan", "/data/scan.vpt"},
         {"/da.ta/scan", "/da.ta/scan.vpt"},   {"scan.tar.gz", "scan.tar.vpt"},
         {"/data/.scan", "/data/.scan.vpt"},   {"scan.", "scan.vpt"},
-        {"../Größe.LAS", "../Größe.vpt"},
-    };
-    for (const auto& c : cases)
-        EXPECT_EQ(StringTools::ReplaceFileExtension(wxString::FromUTF8(c.path), "vpt"),
-                  wxString::FromUTF8(c.expected));
+        {"../Größe.LAS", "../Größe.vpt"}};
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(StringTools::ReplaceFileExtension(wxString::FromUTF8(path), "vpt"),
+                  wxString::FromUTF8(expected));
     EXPECT_EQ(StringTools::ReplaceFileExtension("a.b", ""), "a");
 }
 
 TEST(StringTools, GuidsAreUniqueAndFitForFileNames) {
     const std::regex form("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
     std::set<std::string> seen;
-    for (int i = 0; i < 100; ++i) {
-        const std::string guid = StringTools::createGUID().ToStdString();
-        EXPECT_TRUE(std::regex_match(guid, form)) << guid;
-        EXPECT_TRUE(seen.insert(guid).second) << guid;
-    }
-    const wxString text = wxString::FromUTF8("Größe \U0001F600");
-    EXPECT_EQ(StringTools::FromOdString(StringTools::ToOdString(text)), text);
-}
-
-// --- Names ---------------------------------------------------------------------------------------
-
-TEST(VpcDefinitions, NamesAndTheirFallbacks) {
-    using D = VpcDefinitions;
-    const char* const schemes[] = {"ScanColors", "Spectrum", "Earth", "Hydro",      "Gray",
-                                   "Reds",       "Greens",   "Blues", "ScanColors", "ScanColors"};
-    for (int i = 0; i < 10; ++i)
-        EXPECT_EQ(D::GetVpcColorScheme(static_cast<VpcColorScheme>(i)),
-                  wxString("VPC_ColorScheme_") + schemes[i]);
-    const char* const types[] = {"SCANCOLORS", "ELEVATION", "INTENSITY", "NONE", "SCANCOLORS"};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(D::GetVpcStylizationType(static_cast<VpcStylizationType>(i)),
-                  wxString("VPC_Stylization_") + types[i]);
-    const char* const formats[] = {"Unknown", "LAS", "PTS", "PTX", "Unknown", "Unknown"};
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(D::GetStringVpcDataFormat(static_cast<VpcDataFormat>(i)),
-                  wxString("DataFormat_") + formats[i]);
-    EXPECT_EQ(D::GetStringVpcTreeType(Tree_Octree), "Tree_Octree");
-    EXPECT_EQ(D::GetStringVpcTreeType(Tree_KdTree_Symmetric), "Tree_KdTree_Symmetric");
-    EXPECT_EQ(D::GetStringVpcTreeType(static_cast<VpcTreeType>(5)), "Tree_Octree");
+    for (int i = 0; i < 100; ++i) seen.insert(StringTools::createGUID().ToStdString());
+    EXPECT_EQ(seen.size(), 100U);
+    for (const std::string& guid : seen) EXPECT_TRUE(std::regex_match(guid, form)) << guid;
 }
 
 // --- Time ----------------------------------------------------------------------------------------
 
 TEST(VpcTimer, FormatsAMeasurementOnce) {
     VpcTimer* const timer = VpcTimer::Instance();
-    EXPECT_EQ(timer, VpcTimer::Instance());
-    const struct {
-        double seconds;
-        const char* text;
-    } cases[] = {
+    const std::pair<double, const char*> cases[] = {
         {3725.5, "01h:02m:05s.500ms"},
-        {187.25, "00h:03m:07s.250ms"},
-        {0, "00h:00m:00s.000ms"},
         {59.9999, "00h:00m:59s.999ms"},
         {360000 + 0.125, "100h:00m:00s.125ms"},
         {-5, "00h:00m:00s.000ms"},
-        {std::numeric_limits<double>::quiet_NaN(), "00h:00m:00s.000ms"},
-    };
-    for (const auto& c : cases) {
-        timer->elapsedSeconds = c.seconds;
-        EXPECT_EQ(timer->ElapsedTimeToString(), c.text);
+        {std::numeric_limits<double>::quiet_NaN(), "00h:00m:00s.000ms"}};
+    for (const auto& [seconds, text] : cases) {
+        timer->elapsedSeconds = seconds;
+        EXPECT_EQ(timer->ElapsedTimeToString(), text);
     }
     timer->elapsedSeconds = 3725.5;
     timer->ElapsedTimeToString();
-    EXPECT_EQ(timer->elapsedSeconds, 0.5);
-    EXPECT_EQ(timer->ElapsedTimeToString(), "00h:00m:00s.500ms");
+    EXPECT_EQ(timer->elapsedSeconds, 0.5) << "the whole seconds are used up";
     timer->Start();
     timer->startTime -= std::chrono::seconds(90);
-    const long long microseconds = timer->Stop();
-    EXPECT_GE(microseconds, 90'000'000);
-    EXPECT_LT(microseconds, 100'000'000);
-    EXPECT_EQ(timer->elapsedSeconds, static_cast<double>(microseconds) / 1e6);
-    VpcTimer::Release();
-    EXPECT_EQ(VpcTimer::Instance()->elapsedSeconds, 0);
+    EXPECT_EQ(timer->Stop() / 10'000'000, 9);
+    EXPECT_EQ(std::floor(timer->elapsedSeconds / 10), 9);
 }
 
 // --- Log -----------------------------------------------------------------------------------------
@@ -131,40 +85,25 @@ std::string withoutTimes(const std::string& log) {
 TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     const TempFolder folder;
     const std::filesystem::path file = folder.path() / "Protokoll ä.log";
+    const auto text = [&file] { return withoutTimes(vpc::test::readBytes(file)); };
     vpc::test::writeBytes(file, std::string(5000, 'o'));
     VpcLogger* const log = VpcLogger::Instance();
-    log->Add("swallowed");
-    log->Close();
     log->Open(toWx(file));
     log->Open(toWx(folder.path() / "second.log"));
     EXPECT_EQ(folder.names().size(), 1U) << "one log at a time";
     const std::string opened = "T\t Opened logging\r\n";
-    EXPECT_EQ(withoutTimes(vpc::test::readBytes(file)), opened);
+    EXPECT_EQ(text(), opened) << "an older log is overwritten";
     log->Add(wxString::FromUTF8("Grö"));
-    EXPECT_EQ(withoutTimes(vpc::test::readBytes(file)), opened + "T\t Grö\r\n");
     log->Add("a much longer line");
-    const unsigned long long longLine = log->lastLineStart;
     log->Add("50 %", true);
-    EXPECT_EQ(log->lastLineStart, longLine);
     log->Add("75 %", true);
     const std::string replaced = opened + "T\t Grö\r\nT\t 75 %\r\n";
-    EXPECT_EQ(withoutTimes(vpc::test::readBytes(file)), replaced + " longer line\r\n")
-        << "what the longer line had beyond remains";
-    EXPECT_EQ(log->endPosition, longLine + 25 + 2 + 4 + 2);
-    VpcTimer::Instance()->startTime -= std::chrono::hours(2);
+    EXPECT_EQ(text(), replaced + " longer line\r\n") << "what the longer line had beyond remains";
     log->Close();
     const std::regex closing(
-        "T\t Closed logging, log file was open for 02h:00m:0\\ds\\.\\d{3}ms\r\n");
-    const std::string whole = withoutTimes(vpc::test::readBytes(file));
-    EXPECT_EQ(whole.substr(0, replaced.size()), replaced);
-    EXPECT_TRUE(std::regex_match(whole.substr(replaced.size()), closing)) << whole;
-
-    log->Open(toWx(file));
-    EXPECT_EQ(withoutTimes(vpc::test::readBytes(file)), opened) << "an older log is overwritten";
-    log->Close();
-    log->Open(toWx(folder.path() / "no such folder" / "x.log"));
-    log->Add("swallowed");
-    log->Close();
+        "T\t Closed logging, log file was open for 00h:00m:\\d\\ds.\\d{3}ms\r\n");
+    EXPECT_EQ(text().substr(0, replaced.size()), replaced);
+    EXPECT_TRUE(std::regex_match(text().substr(replaced.size()), closing)) << text();
     log->Open("/dev/full");
     log->Add("lost, quietly");
     log->Close();
@@ -172,47 +111,18 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
 
 // --- Colours -------------------------------------------------------------------------------------
 
-TEST(VpcColorTools, RampsAtTheEndsTheMiddleAndBeyond) {
-    const struct {
-        VpcColorScheme scheme;
-        double value;
-        double red, green, blue;
-    } cases[] = {
-        {VPC_ColorScheme_Spectrum, 10, 0, 0, 127.5},
-        {VPC_ColorScheme_Spectrum, 30, 131.484375, 0, 0},
-        {VPC_ColorScheme_Spectrum, 20, 125.5078125, 255, 129.4921875},
-        {VPC_ColorScheme_Spectrum, 99, 0, 0, 0},
-        {VPC_ColorScheme_Earth, 10, 195, 95, 0},
-        {VPC_ColorScheme_Earth, 30, 255, 255, 0},
-        {VPC_ColorScheme_Hydro, 10, 0, 0, 38},
-        {VPC_ColorScheme_Hydro, 20, 0, 95.5, 163},
-        {VPC_ColorScheme_Hydro, 30, 0, 191, 288},
-        {VPC_ColorScheme_Gray, 15, 63.75, 63.75, 63.75},
-        {VPC_ColorScheme_Gray, 50, 510, 510, 510},
-        {VPC_ColorScheme_Reds, 10, 38, 0, 0},
-        {VPC_ColorScheme_Greens, 20, 0, 146.5, 0},
-        {VPC_ColorScheme_Blues, 30, 0, 0, 255},
-        {VPC_ColorScheme_Blues, -10, 0, 0, -179},
-        {VPC_ColorScheme_ScanColors, 20, 1, 2, 3},
-        {static_cast<VpcColorScheme>(8), 20, 1, 2, 3},
-        {static_cast<VpcColorScheme>(-1), 20, 1, 2, 3},
+// The ramps are held against a model where a view is coloured.
+TEST(VpcColorTools, LeavesColoursAloneWithoutARampAndNumbersWithoutARange) {
+    const auto ramp = [](VpcColorScheme scheme, double value) {
+        std::array rgb{1.0, 2.0, 3.0};
+        VpcColorTools::ApplyColorScheme(value, 10, 30, scheme, rgb[0], rgb[1], rgb[2]);
+        return rgb;
     };
-    for (const auto& c : cases) {
-        double red = 1;
-        double green = 2;
-        double blue = 3;
-        VpcColorTools::ApplyColorScheme(c.value, 10, 30, c.scheme, red, green, blue);
-        EXPECT_EQ(red, c.red) << c.scheme << ' ' << c.value;
-        EXPECT_EQ(green, c.green) << c.scheme << ' ' << c.value;
-        EXPECT_EQ(blue, c.blue) << c.scheme << ' ' << c.value;
-    }
-    double red = 1;
-    double green = 2;
-    double blue = 3;
+    EXPECT_EQ(ramp(VPC_ColorScheme_Blues, -10), (std::array{0.0, 0.0, -179.0}));
+    EXPECT_EQ(ramp(static_cast<VpcColorScheme>(-1), 20), (std::array{1.0, 2.0, 3.0}));
+    double red = 1, green = 2, blue = 3;
     VpcColorTools::ApplyColorSchemeJet(5, 5, 5, red, green, blue);
     EXPECT_EQ(red + green + blue, 0) << "an empty range: NaN becomes 0";
-    VpcColorTools::ApplyColorSchemeGray(5, 5, 5, red, green, blue);
-    EXPECT_TRUE(std::isnan(red));
 }
 
 }  // namespace
