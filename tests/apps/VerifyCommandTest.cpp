@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <limits>
 #include <random>
@@ -8,32 +5,24 @@
 #include "support/ProgramRun.h"
 #include "support/TreeImage.h"
 
+namespace vpc::test {
 namespace {
 
-using testing::HasSubstr;
-using vpc::test::ProgramResult;
-using vpc::test::TempFolder;
-using vpc::test::TreeImage;
 using Word = TreeImage::Word;
 
-class VerifyCommandTest : public testing::Test {
+class VerifyCommandTest : public ProgramTest {
 protected:
-    ProgramResult verify(const std::string& bytes) const {
-        vpc::test::writeBytes(folder.file("t.vpt"), bytes);
-        return vpc::test::runProgram({"verify", "t.vpt"}, folder.path());
+    ProgramResult verify(const TreeImage& tree) const {
+        write("t.vpt", tree.bytes);
+        return run("verify t.vpt");
     }
 
-    TempFolder folder;
     const TreeImage image{{U"a.las"}};
 };
 
-TEST_F(VerifyCommandTest, AcceptsATreeWithoutFaults) {
-    const ProgramResult result = verify(image.bytes);
-    EXPECT_EQ(result.out, "no faults found\n");
-    EXPECT_EQ(result.status, 0);
-}
-
 TEST_F(VerifyCommandTest, FindsEveryKindOfFault) {
+    EXPECT_EQ(verify(image).out, "no faults found\n");
+    EXPECT_EQ(verify(image).status, 0);
     const auto& nodes = image.nodes;
     const double nan = std::numeric_limits<double>::quiet_NaN();
     struct Case {
@@ -94,27 +83,20 @@ TEST_F(VerifyCommandTest, FindsEveryKindOfFault) {
         {"its point block 6", at(nodes[1].block + 8, Word{6})},
         {"1 of 5 points of node 0 of level 2 lie outside its box, the first is point 3",
          at(nodes[3].block + 16 + 54 * 3, 2.0000001)},
+        // The block repeats the count, and the next block does not stand behind so many points.
+        {"2 faults found", member(1, 6, Word{4})},
+        {"1 fault found", member(2, 13, Word{4})},
         {"1 of 3 points", at(nodes[1].block + 16 + 54 + 8, nan)},
         {"points beyond the end", [](TreeImage& i) { i.bytes.pop_back(); }},
         {"and the file at", [](TreeImage& i) { i.bytes += 'x'; }}};
     for (const Case& c : cases) {
         TreeImage damaged = image;
         c.plant(damaged);
-        const ProgramResult result = verify(damaged.bytes);
+        const ProgramResult result = verify(damaged);
         EXPECT_EQ(result.status, 1) << c.finding;
-        EXPECT_THAT(result.out, HasSubstr(c.finding));
+        EXPECT_THAT(result.out, testing::HasSubstr(c.finding));
         EXPECT_EQ(result.err, "");
     }
-}
-
-TEST_F(VerifyCommandTest, OneWrongCountOrPositionIsNotBlamedOnAllThatFollows) {
-    TreeImage damaged = image;
-    damaged.patch(image.nodes[1].members[6], Word{4});
-    // The block repeats the count, and the next block does not stand behind so many points.
-    EXPECT_THAT(verify(damaged.bytes).out, HasSubstr("2 faults found"));
-    damaged = image;
-    damaged.patch(image.nodes[2].members[13], Word{4});
-    EXPECT_THAT(verify(damaged.bytes).out, HasSubstr("1 fault found"));
 }
 
 TEST_F(VerifyCommandTest, SurvivesWhateverItIsGiven) {
@@ -127,9 +109,10 @@ TEST_F(VerifyCommandTest, SurvivesWhateverItIsGiven) {
             for (int change = 0; change < 3; ++change)
                 damaged.patch(random() % (damaged.bytes.size() - 8), static_cast<Word>(random())
                                                                          << (random() % 48));
-        const int status = verify(damaged.bytes).status;
+        const int status = verify(damaged).status;
         EXPECT_TRUE(status == 0 || status == 1) << status;
     }
 }
 
 }  // namespace
+}  // namespace vpc::test

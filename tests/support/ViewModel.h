@@ -47,11 +47,8 @@ struct Pose {
 };
 
 struct ModelCamera {
-    Doubles3 eye{};
-    Doubles3 target{};
-    Doubles3 up{};
-    double width = 0;
-    double height = 0;
+    Doubles3 eye{}, target{}, up{};
+    double width = 0, height = 0;
     bool perspective = false;
 };
 
@@ -95,15 +92,14 @@ public:
     }
     /// Whether no half space leaves out all of the box's corners.
     bool meets(const Doubles3& low, const Doubles3& high) const {
-        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
-            bool any = false;
-            for (int i = 0; i < 8; ++i) {
-                const Doubles3 p{i & 1 ? low[0] : high[0], i & 2 ? low[1] : high[1],
-                                 i & 4 ? low[2] : high[2]};
-                any = any || dot(plane.normal, p) >= plane.offset;
-            }
-            return any;
-        });
+        for (const Plane& plane : planes_) {
+            // The corner that is furthest inside.
+            double most = -plane.offset;
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                most += std::max(plane.normal[axis] * low[axis], plane.normal[axis] * high[axis]);
+            if (most < 0) return false;
+        }
+        return true;
     }
 
 private:
@@ -125,15 +121,12 @@ struct ModelSlot {
     Doubles3 world{};
     std::uint32_t colour = 0;
     double size = 0;
-
-    bool operator==(const ModelSlot&) const = default;
 };
 
 /// A node whose points are shown, and its place among the slots: `last` belongs to it.
 struct ModelNode {
     const TreeNode* node = nullptr;
-    std::size_t first = 0;
-    std::size_t last = 0;
+    std::size_t first = 0, last = 0;
 };
 
 struct ModelView {
@@ -169,24 +162,20 @@ public:
     double reach(const ModelCamera& camera) const {
         return 3 * distance(camera.eye, centre(levels.front().front()));
     }
-    ModelVolume volume(const ModelCamera& camera) const {
-        return {camera, camera.target, camera.width, camera.height, reach(camera), pose};
-    }
-    Word pointsIn(const ModelVolume& volume, Word level) const {
-        Word points = 0;
-        for (const TreeNode& node : levels[level])
-            if (volume.meets(node.boxMin, node.boxMax)) points += node.pointCount;
-        return points;
-    }
-
     /// \param result  what the buffers hold before
     ModelView view(const ModelCamera& camera, ModelView result = {}) const {
-        const ModelVolume seen = volume(camera);
+        const ModelVolume seen(camera, camera.target, camera.width, camera.height, reach(camera),
+                               pose);
         result.level = 0;
         result.selected = 0;
         const Word threshold = lowDensity ? capacity / 5 : capacity - 1;
-        for (Word level = 0; level < levels.size() && pointsIn(seen, level) < threshold; ++level)
+        for (Word level = 0; level < levels.size(); ++level) {
+            Word points = 0;
+            for (const TreeNode& node : levels[level])
+                if (seen.meets(node.boxMin, node.boxMax)) points += node.pointCount;
+            if (points >= threshold) break;
             result.level = level;
+        }
         for (const TreeNode& node : levels[result.level]) {
             if (!seen.meets(node.boxMin, node.boxMax)) continue;
             ++result.selected;
