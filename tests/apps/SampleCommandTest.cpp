@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
@@ -47,10 +45,7 @@ TEST_F(SampleCommandTest, FilesSayWhatThePointsAre) {
         EXPECT_EQ(reader.pointDataFormat, std::stoi(format));
         EXPECT_EQ(reader.nextPointBatch(), 20000U);
         EXPECT_GT(reader.maxRed, 256) << "colours are sixteen bits deep";
-        for (std::size_t i = 0; i < 20000; ++i) ASSERT_GE(reader.pointBuffer[i].intensity, 0);
-        double maxX = 0;
-        std::memcpy(&maxX, read("a.las").data() + 179, sizeof maxX);
-        EXPECT_DOUBLE_EQ(maxX, reader.extentMax.x);
+        EXPECT_DOUBLE_EQ(reader.headerMax.x, reader.extentMax.x);
         reader.closeRead();
     }
     expectDone("sample a.ptx --points 5000");

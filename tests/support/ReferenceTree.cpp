@@ -66,207 +66,186 @@ public:
         : settings_(settings), root_(makeNode(dataBox, nullptr, {0, 0, 0}, {1, 1, 1})) {}
 
     void add(const PointRecord& point) { add(*root_, point); }
-    bool finish();
-    std::string write(const ReferenceStatistics& statistics);
+    bool finish() {
+        std::vector<Node*> endNodes;
+        collectEndNodes(*root_, endNodes);
+        if (endNodes.empty()) return false;
+        const auto isSparser = [](const Node* a, const Node* b) {
+            const Doubles3 p = a->box.sides(), q = b->box.sides();
+            return a->count() / (p[0] * p[1] * p[2]) < b->count() / (q[0] * q[1] * q[2]);
+        };
+        const Node& densest = **std::max_element(endNodes.begin(), endNodes.end(), isSparser);
+        const double s = densest.box.shortest();
+        minimumDistance_ = std::max(0.0025, std::cbrt(s * s * s / densest.count()));
+        for (Node* node : endNodes) {
+            while (node->level() + 1 < levels_.size()) {
+                node->grid = {1, 1, 1};
+                node->cell = node->box.sides();
+                node->children.push_back(makeNode(node->box, node, {0, 0, 0}, {1, 1, 1}));
+                Node* child = node->children.back().get();
+                child->points.swap(node->points);
+                child->grid = node->grid;
+                child->cell = node->cell;
+                node = child;
+            }
+        }
+        fillParents();
+        return true;
+    }
+    std::string write(const ReferenceStatistics& statistics) {
+        // The positions are known only after a first writing; the second one gets them right.
+        Word recordsStart = 0, pointsStart = 0, largest = 0;
+        for (const Node* node : levels_.back())
+            largest = std::max<Word>(largest, node->points.size());
+        Bytes out;
+        for (int round = 0; round < 2; ++round) {
+            out = {};
+            out.put(Word{9}, Word{settings_.isKdTree ? 1u : 0u}, minimumDistance_, largest, false);
+            out.put(statistics.maxRed, statistics.maxGreen, statistics.maxBlue);
+            out.put(statistics.maxIntensity, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0);
+            out.put(settings_.hostValue, recordsStart, pointsStart, Word{0},
+                    Word{PointRecord::size});
+            out.put(Word{levels_.size()});
+            for (const auto& level : levels_) out.put(Word{level.size()});
+            recordsStart = out.position();
+            for (const auto& level : levels_)
+                for (Node* node : level) writeRecord(out, *node);
+            pointsStart = out.position();
+            for (const auto& level : levels_) {
+                for (Node* node : level) {
+                    node->block = out.position();
+                    out.put(Word{node->level()}, Word{node->points.size()});
+                    for (PointRecord point : node->points) {
+                        if (statistics.is16bitColour) point.narrowColours();
+                        out.text += point.bytes();
+                    }
+                }
+            }
+        }
+        return out.text;
+    }
 
     unsigned long long lost = 0;
 
 private:
-    std::unique_ptr<Node> makeNode(const Box& box, Node* parent, Words3 triplet, Words3 grid);
-    Words3 rootRatios() const;
-    Words3 gridFor(const Node& node) const;
-    void add(Node& node, const PointRecord& point);
-    void addToChildren(Node& node, const PointRecord& point);
-    bool split(Node& node);
-    void collectEndNodes(Node& node, std::vector<Node*>& endNodes);
-    double spacing(const Node& node) const;
-    void fillParents();
-    void writeRecord(Bytes& out, Node& node) const;
+    std::unique_ptr<Node> makeNode(const Box& box, Node* parent, Words3 triplet, Words3 grid) {
+        auto node = std::make_unique<Node>();
+        node->box = box;
+        node->parent = parent;
+        if (parent != nullptr) node->path = parent->path, node->gridPath = parent->gridPath;
+        node->path.push_back(triplet);
+        node->gridPath.push_back(grid);
+        if (levels_.size() <= node->level()) levels_.emplace_back();
+        levels_[node->level()].push_back(node.get());
+        return node;
+    }
+    Words3 rootRatios() const {
+        // Of several shortest axes the first counts.
+        const Doubles3 sides = root_->box.sides();
+        const auto shortest = std::min_element(sides.begin(), sides.end());
+        const double rounding = shortest == sides.end() - 1 ? 0.49999 : 0.4999;
+        Words3 ratios{};
+        // At most 20, which is where the cap of the grid cuts them anyway.
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            ratios[axis] = static_cast<Word>(std::min(20.0, sides[axis] / *shortest + rounding));
+        return ratios == Words3{1, 1, 1} ? Words3{2, 2, 2} : ratios;
+    }
+    Words3 gridFor(const Node& node) const {
+        if (!settings_.isKdTree) return node.parent == nullptr ? rootRatios() : Words3{2, 2, 2};
+        const Doubles3 sides = node.box.sides();
+        const auto longest = std::max_element(sides.begin(), sides.end()) - sides.begin();
+        Words3 grid{1, 1, 1};
+        grid[static_cast<std::size_t>(longest)] = 2;
+        return grid;
+    }
+    void add(Node& node, const PointRecord& point) {
+        if (!node.children.empty()) return addToChildren(node, point);
+        node.points.push_back(point);
+        if (node.points.size() < settings_.maxPointsPerNode) return;
+        if (node.level() >= settings_.maxLevel || !split(node)) return;
+        std::vector<PointRecord> points;
+        points.swap(node.points);
+        for (const PointRecord& p : points) addToChildren(node, p);
+    }
+    void addToChildren(Node& node, const PointRecord& point) {
+        bool isTaken = false;
+        for (auto& child : node.children) {
+            if (!child->box.contains(point)) continue;
+            add(*child, point);
+            isTaken = true;
+        }
+        if (!isTaken) ++lost;
+    }
+    /// The cells of a node, unless its coordinates are too coarse for that many different ones.
+    bool split(Node& node) {
+        const Words3 grid = gridFor(node);
+        Doubles3 cell = node.box.sides();
+        std::array<std::vector<double>, 3> bounds;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            cell[axis] /= static_cast<double>(grid[axis]);
+            for (Word i = 0; i < grid[axis]; ++i)
+                bounds[axis].push_back(node.box.min[axis] + static_cast<double>(i) * cell[axis]);
+            bounds[axis].push_back(node.box.max[axis]);
+            for (std::size_t i = 1; i < bounds[axis].size(); ++i)
+                if (!(bounds[axis][i - 1] < bounds[axis][i])) return false;
+        }
+        node.grid = grid;
+        node.cell = cell;
+        for (Word z = 0; z < grid[2]; ++z)
+            for (Word y = 0; y < grid[1]; ++y)
+                for (Word x = 0; x < grid[0]; ++x) {
+                    const Box box{{bounds[0][x], bounds[1][y], bounds[2][z]},
+                                  {bounds[0][x + 1], bounds[1][y + 1], bounds[2][z + 1]}};
+                    node.children.push_back(makeNode(box, &node, {x, y, z}, grid));
+                }
+        return true;
+    }
+    void collectEndNodes(Node& node, std::vector<Node*>& endNodes) {
+        for (auto& child : node.children) collectEndNodes(*child, endNodes);
+        if (node.children.empty() && !node.points.empty()) endNodes.push_back(&node);
+    }
+    double spacing(const Node& node) const {
+        const auto levelsAbove = static_cast<double>(levels_.size() - node.level() - 1);
+        const double growth = settings_.isKdTree ? std::cbrt(2.0) : 2.0;
+        const double shortest = node.box.shortest();
+        const double c = std::min(shortest, minimumDistance_ * std::pow(growth, levelsAbove));
+        double largestCell = 0;
+        for (const double side : node.box.sides())
+            largestCell = std::max(largestCell, side / std::clamp(side / c, 1.0, 400.0));
+        return std::min(shortest, largestCell);
+    }
+    void fillParents() {
+        for (std::size_t level = levels_.size() - 1; level > 0; --level) {
+            for (Node* node : levels_[level]) {
+                node->distance = spacing(*node);
+                node->parent->distance =
+                    node->distance * (settings_.isKdTree ? std::cbrt(3.0) : 3.0);
+                for (const PointRecord& point : thinned(node->points, settings_.isKdTree))
+                    node->parent->points.push_back(point);
+            }
+        }
+    }
+    void writeRecord(Bytes& out, Node& node) const {
+        node.record = out.position();
+        out.put(Word{node.level()}, node.distance);
+        for (const Words3& triplet : node.path) out.put(triplet);
+        for (const Words3& triplet : node.gridPath) out.put(triplet);
+        out.put(node.box.min, node.box.max, Word{node.points.size()}, node.grid);
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            for (Word i = 0; i < node.grid[axis]; ++i) out.put(node.cell[axis]);
+        const Node none;
+        const Node& parent = node.parent != nullptr ? *node.parent : none;
+        out.put(node.record, node.block, node.block + 16, parent.record, parent.block);
+        for (const auto& child : node.children) out.put(child->record, child->block);
+        for (Word i = node.children.size(); i < node.grid[0] * node.grid[1] * node.grid[2]; ++i)
+            out.put(none.record, none.block);
+    }
 
     ReferenceSettings settings_;
     std::vector<std::vector<Node*>> levels_;
     std::unique_ptr<Node> root_;
     double minimumDistance_ = 1e45;
 };
-
-std::unique_ptr<Node> Model::makeNode(const Box& box, Node* parent, Words3 triplet, Words3 grid) {
-    auto node = std::make_unique<Node>();
-    node->box = box;
-    node->parent = parent;
-    if (parent != nullptr) node->path = parent->path, node->gridPath = parent->gridPath;
-    node->path.push_back(triplet);
-    node->gridPath.push_back(grid);
-    if (levels_.size() <= node->level()) levels_.emplace_back();
-    levels_[node->level()].push_back(node.get());
-    return node;
-}
-
-Words3 Model::rootRatios() const {
-    // Of several shortest axes the first counts.
-    const Doubles3 sides = root_->box.sides();
-    const auto shortest = std::min_element(sides.begin(), sides.end());
-    const double rounding = shortest == sides.end() - 1 ? 0.49999 : 0.4999;
-    Words3 ratios{};
-    // At most 20, which is where the cap of the grid cuts them anyway.
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        ratios[axis] = static_cast<Word>(std::min(20.0, sides[axis] / *shortest + rounding));
-    return ratios == Words3{1, 1, 1} ? Words3{2, 2, 2} : ratios;
-}
-
-Words3 Model::gridFor(const Node& node) const {
-    if (!settings_.isKdTree) return node.parent == nullptr ? rootRatios() : Words3{2, 2, 2};
-    const Doubles3 sides = node.box.sides();
-    const auto longest = std::max_element(sides.begin(), sides.end()) - sides.begin();
-    Words3 grid{1, 1, 1};
-    grid[static_cast<std::size_t>(longest)] = 2;
-    return grid;
-}
-
-void Model::add(Node& node, const PointRecord& point) {
-    if (!node.children.empty()) return addToChildren(node, point);
-    node.points.push_back(point);
-    if (node.points.size() < settings_.maxPointsPerNode) return;
-    if (node.level() >= settings_.maxLevel || !split(node)) return;
-    std::vector<PointRecord> points;
-    points.swap(node.points);
-    for (const PointRecord& p : points) addToChildren(node, p);
-}
-
-void Model::addToChildren(Node& node, const PointRecord& point) {
-    bool isTaken = false;
-    for (auto& child : node.children) {
-        if (!child->box.contains(point)) continue;
-        add(*child, point);
-        isTaken = true;
-    }
-    if (!isTaken) ++lost;
-}
-
-/// The cells of a node, unless its coordinates are too coarse for that many different ones.
-bool Model::split(Node& node) {
-    const Words3 grid = gridFor(node);
-    Doubles3 cell = node.box.sides();
-    std::array<std::vector<double>, 3> bounds;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        cell[axis] /= static_cast<double>(grid[axis]);
-        for (Word i = 0; i < grid[axis]; ++i)
-            bounds[axis].push_back(node.box.min[axis] + static_cast<double>(i) * cell[axis]);
-        bounds[axis].push_back(node.box.max[axis]);
-        for (std::size_t i = 1; i < bounds[axis].size(); ++i)
-            if (!(bounds[axis][i - 1] < bounds[axis][i])) return false;
-    }
-    node.grid = grid;
-    node.cell = cell;
-    for (Word z = 0; z < grid[2]; ++z)
-        for (Word y = 0; y < grid[1]; ++y)
-            for (Word x = 0; x < grid[0]; ++x) {
-                const Box box{{bounds[0][x], bounds[1][y], bounds[2][z]},
-                              {bounds[0][x + 1], bounds[1][y + 1], bounds[2][z + 1]}};
-                node.children.push_back(makeNode(box, &node, {x, y, z}, grid));
-            }
-    return true;
-}
-
-void Model::collectEndNodes(Node& node, std::vector<Node*>& endNodes) {
-    for (auto& child : node.children) collectEndNodes(*child, endNodes);
-    if (node.children.empty() && !node.points.empty()) endNodes.push_back(&node);
-}
-
-bool Model::finish() {
-    std::vector<Node*> endNodes;
-    collectEndNodes(*root_, endNodes);
-    if (endNodes.empty()) return false;
-    const auto isSparser = [](const Node* a, const Node* b) {
-        const Doubles3 p = a->box.sides(), q = b->box.sides();
-        return a->count() / (p[0] * p[1] * p[2]) < b->count() / (q[0] * q[1] * q[2]);
-    };
-    const Node& densest = **std::max_element(endNodes.begin(), endNodes.end(), isSparser);
-    const double s = densest.box.shortest();
-    minimumDistance_ = std::max(0.0025, std::cbrt(s * s * s / densest.count()));
-    for (Node* node : endNodes) {
-        while (node->level() + 1 < levels_.size()) {
-            node->grid = {1, 1, 1};
-            node->cell = node->box.sides();
-            node->children.push_back(makeNode(node->box, node, {0, 0, 0}, {1, 1, 1}));
-            Node* child = node->children.back().get();
-            child->points.swap(node->points);
-            child->grid = node->grid;
-            child->cell = node->cell;
-            node = child;
-        }
-    }
-    fillParents();
-    return true;
-}
-
-double Model::spacing(const Node& node) const {
-    const auto levelsAbove = static_cast<double>(levels_.size() - node.level() - 1);
-    const double growth = settings_.isKdTree ? std::cbrt(2.0) : 2.0;
-    const double shortest = node.box.shortest();
-    const double c = std::min(shortest, minimumDistance_ * std::pow(growth, levelsAbove));
-    double largestCell = 0;
-    for (const double side : node.box.sides())
-        largestCell = std::max(largestCell, side / std::clamp(side / c, 1.0, 400.0));
-    return std::min(shortest, largestCell);
-}
-
-void Model::fillParents() {
-    for (std::size_t level = levels_.size() - 1; level > 0; --level) {
-        for (Node* node : levels_[level]) {
-            node->distance = spacing(*node);
-            node->parent->distance = node->distance * (settings_.isKdTree ? std::cbrt(3.0) : 3.0);
-            for (const PointRecord& point : thinned(node->points, settings_.isKdTree))
-                node->parent->points.push_back(point);
-        }
-    }
-}
-
-void Model::writeRecord(Bytes& out, Node& node) const {
-    node.record = out.position();
-    out.put(Word{node.level()}, node.distance);
-    for (const Words3& triplet : node.path) out.put(triplet);
-    for (const Words3& triplet : node.gridPath) out.put(triplet);
-    out.put(node.box.min, node.box.max, Word{node.points.size()}, node.grid);
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        for (Word i = 0; i < node.grid[axis]; ++i) out.put(node.cell[axis]);
-    const Node none;
-    const Node& parent = node.parent != nullptr ? *node.parent : none;
-    out.put(node.record, node.block, node.block + 16, parent.record, parent.block);
-    for (const auto& child : node.children) out.put(child->record, child->block);
-    for (Word i = node.children.size(); i < node.grid[0] * node.grid[1] * node.grid[2]; ++i)
-        out.put(none.record, none.block);
-}
-
-std::string Model::write(const ReferenceStatistics& statistics) {
-    // The positions are known only after a first writing; the second one gets them right.
-    Word recordsStart = 0, pointsStart = 0, largest = 0;
-    for (const Node* node : levels_.back()) largest = std::max<Word>(largest, node->points.size());
-    Bytes out;
-    for (int round = 0; round < 2; ++round) {
-        out = {};
-        out.put(Word{9}, Word{settings_.isKdTree ? 1u : 0u}, minimumDistance_, largest, false);
-        out.put(statistics.maxRed, statistics.maxGreen, statistics.maxBlue);
-        out.put(statistics.maxIntensity, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0);
-        out.put(settings_.hostValue, recordsStart, pointsStart, Word{0}, Word{PointRecord::size});
-        out.put(Word{levels_.size()});
-        for (const auto& level : levels_) out.put(Word{level.size()});
-        recordsStart = out.position();
-        for (const auto& level : levels_)
-            for (Node* node : level) writeRecord(out, *node);
-        pointsStart = out.position();
-        for (const auto& level : levels_) {
-            for (Node* node : level) {
-                node->block = out.position();
-                out.put(Word{node->level()}, Word{node->points.size()});
-                for (PointRecord point : node->points) {
-                    if (statistics.is16bitColour) point.narrowColours();
-                    out.text += point.bytes();
-                }
-            }
-        }
-    }
-    return out.text;
-}
 
 }  // namespace
 

@@ -72,20 +72,19 @@ std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLa
     file.scale.fill(layout.scale);
     file.offset.fill(layout.offset);
     file.gap = lasGap;
-    const bool hasColour = LasBuilder::colourOffset(layout.format) != 0;
-    const auto toGrid = [&](double value) {
-        return static_cast<std::int32_t>(std::lround((value - layout.offset) / layout.scale));
+    /// Rounds a value to the grid; gives the steps from its origin.
+    const auto toGrid = [&](double& value) {
+        const long steps = std::lround((value - layout.offset) / layout.scale);
+        value = static_cast<double>(steps) * layout.scale + layout.offset;
+        return static_cast<std::int32_t>(steps);
     };
-    const auto fromGrid = [&](std::int32_t steps) { return steps * layout.scale + layout.offset; };
     std::vector<PointRecord> delivered = points;
     for (PointRecord& p : delivered) {
         const auto intensity = static_cast<std::int16_t>(std::lround(p.intensity));
         const auto grey = static_cast<std::uint16_t>(intensity);
-        const LasBuilder::Point raw{toGrid(p.x), toGrid(p.y), toGrid(p.z), grey,
-                                    p.red,       p.green,     p.blue};
-        file.points.push_back(raw);
-        p.x = fromGrid(raw.x), p.y = fromGrid(raw.y), p.z = fromGrid(raw.z);
-        if (!hasColour) p.red = p.green = p.blue = grey;
+        file.points.push_back(
+            {toGrid(p.x), toGrid(p.y), toGrid(p.z), grey, p.red, p.green, p.blue});
+        if (LasBuilder::colourOffset(layout.format) == 0) p.red = p.green = p.blue = grey;
         p.intensity = intensity;
         p.scannerDistance = 1;
         p.sourceIndex = sourceIndex;

@@ -52,69 +52,53 @@ struct ModelCamera {
     bool perspective = false;
 };
 
-/// A view or pick volume as the half spaces that it lies in, in the tree's frame.
+/// A view or pick volume as the half spaces that it lies in, for points in the tree's frame.
 class ModelVolume {
 public:
     /// \param reach how far the volume goes from the camera, along the view direction
     /// \param through  a point that the volume's axis leads through
     ModelVolume(const ModelCamera& camera, const Doubles3& through, double width, double height,
-                double reach, const Pose& pose) {
+                double reach, const Pose& pose)
+        : pose_(pose), width_(width), height_(height), reach_(reach) {
         const Doubles3 forward = unit(moved(camera.target, camera.eye, -1));
         const Doubles3 up = unit(camera.up);
         const Doubles3 right = cross(forward, up);
         const Doubles3 toAxis = moved(through, camera.eye, -1);
         const double depth = dot(toAxis, forward);
-        const Doubles3 start = camera.perspective ? camera.eye : moved(through, forward, -depth);
+        start_ = camera.perspective ? camera.eye : moved(through, forward, -depth);
         const Doubles3 step = camera.perspective ? moved({}, toAxis, 1 / depth) : forward;
-        const double scale = camera.perspective ? reach / distance(camera.target, camera.eye) : 1;
-        const Doubles3 end = moved(start, step, reach);
-        const double nearSize = camera.perspective ? 0 : 1;
-        const auto corner = [&](const Doubles3& centre, double size, double r, double u) {
-            return pose.toTree(
-                moved(moved(centre, right, r * size * width / 2), up, u * size * height / 2));
-        };
-        const Doubles3 middle = pose.toTree(moved(start, step, reach / 2));
-        constexpr std::array<std::array<double, 2>, 4> ring{{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}};
-        for (std::size_t i = 0; i < 4; ++i) {
-            const auto [r, u] = ring[i];
-            const auto [r2, u2] = ring[(i + 1) % 4];
-            add(corner(start, nearSize, r, u), corner(end, scale, r, u), corner(end, scale, r2, u2),
-                middle);
-        }
-        add(corner(end, 1, -1, -1), corner(end, 1, 1, -1), corner(end, 1, 1, 1), middle);
-        if (!camera.perspective)
-            add(corner(start, 1, -1, -1), corner(start, 1, 1, -1), corner(start, 1, 1, 1), middle);
+        if (camera.perspective) growth_ = 1 / distance(camera.target, camera.eye);
+        // A point is start + r right + u up + t step: what r, u and t are by Cramer's rule.
+        const double volume = dot(right, cross(up, step));
+        toR_ = moved({}, cross(up, step), 1 / volume);
+        toU_ = moved({}, cross(step, right), 1 / volume);
+        toT_ = moved({}, cross(right, up), 1 / volume);
     }
-    bool holds(const Doubles3& p) const {
-        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
-            return dot(plane.normal, p) >= plane.offset;
-        });
-    }
+    bool holds(const Doubles3& p) const { return meets(p, p); }
     /// Whether no half space leaves out all of the box's corners.
     bool meets(const Doubles3& low, const Doubles3& high) const {
-        for (const Plane& plane : planes_) {
-            // The corner that is furthest inside.
-            double most = -plane.offset;
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                most += std::max(plane.normal[axis] * low[axis], plane.normal[axis] * high[axis]);
-            if (most < 0) return false;
+        std::array<bool, 6> any{};
+        for (int i = 0; i < 8; ++i) {
+            const Doubles3 d =
+                moved(pose_.toWorld({i & 1 ? low[0] : high[0], i & 2 ? low[1] : high[1],
+                                     i & 4 ? low[2] : high[2]}),
+                      start_, -1);
+            const double r = dot(d, toR_), u = dot(d, toU_), t = dot(d, toT_);
+            const double size = (growth_ > 0 ? growth_ * t : 1) / 2;
+            const std::array inside{
+                size * width_ - r, size * width_ + r,    size * height_ - u, size * height_ + u,
+                reach_ - t,        growth_ > 0 ? 0.0 : t};  // a pyramid has no near side
+            for (std::size_t side = 0; side < 6; ++side) any[side] = any[side] || inside[side] >= 0;
         }
-        return true;
+        return std::all_of(any.begin(), any.end(), [](bool met) { return met; });
     }
 
 private:
-    struct Plane {
-        Doubles3 normal;
-        double offset;
-    };
-
-    void add(const Doubles3& a, const Doubles3& b, const Doubles3& c, const Doubles3& inside) {
-        Doubles3 normal = unit(cross(moved(b, a, -1), moved(c, a, -1)));
-        if (dot(normal, inside) < dot(normal, a)) normal = moved({}, normal, -1);
-        planes_.push_back({normal, dot(normal, a)});
-    }
-
-    std::vector<Plane> planes_;
+    Pose pose_;
+    double width_, height_, reach_;
+    /// Share of the size at the target's distance by which the volume grows with every unit.
+    double growth_ = 0;
+    Doubles3 start_{}, toR_{}, toU_{}, toT_{};
 };
 
 struct ModelSlot {
