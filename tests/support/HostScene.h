@@ -1,17 +1,13 @@
 #pragma once
 
 #include <cstring>
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "core/util/StringTools.h"
 #include "core/util/VpcDefinitions.h"
 #include "host/PcCorePointSet.h"
 #include "platform/OdSystemVariables.h"
-#include "platform/TreePreparePars.h"
 #include "support/PrepareRun.h"
-#include "support/ScanFiles.h"
 
 namespace vpc::test {
 
@@ -19,36 +15,21 @@ inline OdString toOd(const std::string& path) {
     return StringTools::ToOdString(toWx(path));
 }
 
-/// A tree file as a host prepares it, its scan's points, and a view of all of them.
-class HostScene {
+/// A prepared tree file for a host.
+class HostScene : public PrepareFolder {
 public:
-    explicit HostScene(const Cloud& cloud = {}, const std::string& folderSuffix = "")
-        : folder(folderSuffix),
-          points(writePts(folder.scan("scan.pts"), 7, {makeCloud(cloud)})),
-          file(folder.folder.file("scan.vpt")) {
-        TreePreparePars pars;
-        pars.headerValue = 6;
-        pars.workingFolder = toWx(folder.work());
-        pars.inputFiles = {toWx(folder.scan("scan.pts"))};
-        pars.outputFile = toWx(file);
-        pars.treeType = Tree_KdTree_Symmetric;
-        pars.maxPointsPerNode = 100;
-        pars.maxLevel = 8;
-        result = PcCorePointSet::preparePointData(pars);
-    }
+    explicit HostScene(const Cloud& cloud = {})
+        : points(prepareTree({makeCloud(cloud)}, {6, true, 100, 8})) {}
 
-    OdString name() const { return toOd(file); }
+    OdString name() const { return toOd(output()); }
     /// Writes a word into the file; the version is the first.
-    void patch(std::size_t position, unsigned long long word) const {
-        std::string bytes = readBytes(file);
+    void patch(std::size_t position, Word word) const {
+        std::string bytes = readBytes(output());
         std::memcpy(bytes.data() + position, &word, sizeof word);
-        writeBytes(file, bytes);
+        writeBytes(output(), bytes);
     }
 
-    PrepareFolder folder;
     std::vector<PointRecord> points;
-    std::string file;
-    TreePrepareResult result;
 };
 
 /// Calls an operation that takes a view with a parallel one from straight above that shows all.
@@ -56,17 +37,16 @@ template <class Set, class Operation>
 auto fromAbove(Set& set, const OdGePoint3d& low, const OdGePoint3d& high, Operation operation,
                const OdGeMatrix3d& matrix = {}) {
     const OdGeVector3d size = high - low;
+    const double field = 2 * size.length();
     OdGePoint3d target = low + size * 0.5;
     target.transformBy(matrix);
-    const OdGePoint3d camera = target + OdGeVector3d(0, 0, 2 * size.length());
-    return (set.*operation)(matrix, camera, target, OdGeVector3d(0, 1, 0), 2 * size.length(),
-                            2 * size.length(), 500, 500, false);
+    const OdGePoint3d camera = target + OdGeVector3d(0, 0, field);
+    return (set.*operation)(matrix, camera, target, {0, 1, 0}, field, field, 500, 500, false);
 }
 
-inline unsigned long long viewFromAbove(GiPointSetDefinition& set, const OdString& file,
-                                        const OdGeMatrix3d& matrix = {}) {
-    OdGePoint3d low;
-    OdGePoint3d high;
+inline Word viewFromAbove(GiPointSetDefinition& set, const OdString& file,
+                          const OdGeMatrix3d& matrix = {}) {
+    OdGePoint3d low, high;
     PcCorePointSet::readDataMinMax(file, low, high);
     return fromAbove(set, low, high, &GiPointSetDefinition::updateVisiblePoints, matrix);
 }

@@ -32,25 +32,24 @@ public:
     const Colour& at(std::size_t column, std::size_t row) const {
         return pixels_.at(row * width + column);
     }
-    /// How many pixels have that colour; `left` to `bottom` become the box around them.
-    std::size_t count(const Colour& colour) {
+    /// How many pixels have that colour, or with `others` any other one; `left` to `bottom` become
+    /// the box around them.
+    std::size_t count(const Colour& colour, bool others = false) {
         left = width, right = 0, top = height, bottom = 0;
         std::size_t found = 0;
         for (std::size_t i = 0; i < pixels_.size(); ++i) {
-            if (pixels_[i] != colour) continue;
+            if ((pixels_[i] == colour) == others) continue;
             ++found;
             left = std::min(left, i % width), right = std::max(right, i % width);
             top = std::min(top, i / width), bottom = std::max(bottom, i / width);
         }
         return found;
     }
+    double middleColumn() const { return static_cast<double>(left + right) / 2; }
+    double middleRow() const { return static_cast<double>(top + bottom) / 2; }
 
-    std::size_t width = 0;
-    std::size_t height = 0;
-    std::size_t left = 0;
-    std::size_t right = 0;
-    std::size_t top = 0;
-    std::size_t bottom = 0;
+    std::size_t width = 0, height = 0;
+    std::size_t left = 0, right = 0, top = 0, bottom = 0;
 
 private:
     std::vector<Colour> pixels_;

@@ -22,7 +22,7 @@ struct PointRecord {
 
     static constexpr std::size_t size = 54;
 
-    double coordinate(int axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
+    double coordinate(std::size_t axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
     bool isFinite() const { return std::isfinite(x) && std::isfinite(y) && std::isfinite(z); }
     void narrowColours() {
         red = static_cast<std::uint16_t>(red >> 8);

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
 #include "support/ReferenceTree.h"
+#include "support/ScanFiles.h"
 #include "support/TempFolder.h"
+#include "support/TreeFile.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/construct/PrepareObserver.h"
 
@@ -26,23 +30,30 @@ inline TreePrepareResult prepare(const std::vector<std::string>& files, const st
 }
 
 /// A folder with room for scans, for temporary files and for one result.
-class PrepareFolder {
+class PrepareFolder : public TempFolder {
 public:
-    explicit PrepareFolder(const std::string& suffix = "") : folder(suffix) {
-        std::filesystem::create_directories(folder.path() / "work");
+    explicit PrepareFolder(const std::string& suffix = "") : TempFolder(suffix) {
+        std::filesystem::create_directories(work());
     }
     /// The working folder with the separator that it has to end with.
-    std::string work() const { return folder.file("work/"); }
-    std::string output() const { return folder.file("result.vpt"); }
-    std::string scan(const std::string& name) const { return folder.file(name); }
+    std::string work() const { return file("work/"); }
+    std::string output() const { return file("t.vpt"); }
+    std::string scan(const std::string& name) const { return file(name); }
     /// Whether nothing of a run is left, whatever its end: no temporary file anywhere and beside
     /// `expected` no new file.
     bool holdsOnly(std::set<std::string> expected) const {
         expected.insert("work");
-        return folder.names() == expected;
+        return names() == expected;
     }
-
-    TempFolder folder;
+    /// Makes a scan "t.ptx" and the tree file of it; returns the points that they hold.
+    std::vector<PointRecord> prepareTree(const PtxScan& content,
+                                         const ReferenceSettings& settings) const {
+        const auto points = writePtx(file("t.ptx"), {content});
+        const auto result = prepare({file("t.ptx")}, work(), output(), settings);
+        EXPECT_TRUE(result.success) << result.message;
+        return points;
+    }
+    TreeFile tree() const { return TreeFile(readBytes(output())); }
 };
 
 }  // namespace vpc::test

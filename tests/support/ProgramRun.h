@@ -1,17 +1,21 @@
 #pragma once
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "support/TempFolder.h"
+#include "support/PrepareRun.h"
 
 namespace vpc::test {
 
@@ -23,13 +27,15 @@ struct ProgramResult {
     std::string err;
 };
 
-/// One run of the program with the given arguments, in a folder; it starts at once.
+/// One run of the program in a folder; it starts at once.
 class ProgramRun {
 public:
-    ProgramRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+    /// \param commandLine  words between blanks; within double quotes they may hold blanks
+    ProgramRun(const std::string& commandLine, const std::filesystem::path& folder,
                rlim_t largestFile = RLIM_INFINITY) {
         std::vector<std::string> words = {VPC_PROGRAM};
-        words.insert(words.end(), arguments.begin(), arguments.end());
+        std::istringstream line(commandLine);
+        for (std::string word; line >> std::quoted(word);) words.push_back(word);
         std::vector<char*> argv;
         for (std::string& word : words) argv.push_back(word.data());
         argv.push_back(nullptr);
@@ -76,9 +82,30 @@ private:
     pid_t child_ = -1;
 };
 
-inline ProgramResult runProgram(const std::vector<std::string>& arguments,
-                                const std::filesystem::path& folder) {
-    return ProgramRun(arguments, folder).wait();
-}
+/// A folder of its own for one test, and the program to run in it.
+class ProgramTest : public testing::Test {
+protected:
+    ProgramResult run(const std::string& commandLine, rlim_t largestFile = RLIM_INFINITY) const {
+        return ProgramRun(commandLine, folder.path(), largestFile).wait();
+    }
+    void expectDone(const std::string& commandLine) const {
+        const ProgramResult result = run(commandLine);
+        EXPECT_EQ(result.status, 0) << commandLine << "\n" << result.err;
+    }
+    /// Expects that a run fails and says something that has `text` in it.
+    void expectFailure(const std::string& commandLine, int status, const std::string& text,
+                       rlim_t largestFile = RLIM_INFINITY) const {
+        const ProgramResult result = run(commandLine, largestFile);
+        EXPECT_EQ(result.status, status) << commandLine;
+        EXPECT_NE(result.err, "") << commandLine;
+        EXPECT_THAT(result.err, testing::HasSubstr(text)) << commandLine;
+    }
+    void write(const std::string& name, const std::string& bytes) const {
+        writeBytes(folder.file(name), bytes);
+    }
+    std::string read(const std::string& name) const { return readBytes(folder.file(name)); }
+
+    const PrepareFolder folder{"Stra\u00dfe \u6771"};
+};
 
 }  // namespace vpc::test

@@ -1,10 +1,9 @@
 #include "support/ScanFiles.h"
 
-#include <charconv>
 #include <cmath>
+#include <locale>
 #include <random>
-#include <string_view>
-#include <type_traits>
+#include <sstream>
 
 #include "support/LasBuilder.h"
 #include "support/TempFolder.h"
@@ -13,21 +12,13 @@ namespace vpc::test {
 
 namespace {
 
-/// Text whose numbers come back as the very same doubles, whatever the locale.
-class Text {
-public:
-    Text& operator<<(std::string_view words) {
-        for (const char c : words) text.push_back(c);
-        return *this;
-    }
-    template <class T>
-    requires std::is_arithmetic_v<T> Text& operator<<(T number) {
-        char digits[64];
-        text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-        return *this;
-    }
-    std::string text;
-};
+/// A text whose numbers come back as the very same doubles, whatever the locale.
+std::ostringstream numberText() {
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text.precision(17);
+    return text;
+}
 
 }  // namespace
 
@@ -39,16 +30,15 @@ std::vector<PointRecord> makeCloud(const Cloud& cloud) {
     for (std::size_t i = 0; i < points.size(); ++i) {
         PointRecord& p = points[i];
         p.x = 100 * unit(engine), p.y = 70 * unit(engine), p.z = 40 * unit(engine);
+        const double spread = i % 3 == 0 ? 0.5 : 1e-3;
         switch (cloud.shape) {
             case CloudShape::Uniform:
                 break;
-            case CloudShape::Clusters: {
-                const double spread = i % 3 == 0 ? 0.5 : 1e-3;
+            case CloudShape::Clusters:
                 p.x = 50.0 * static_cast<double>(i % 5) + spread * p.x;
                 p.y = 30.0 * static_cast<double>(i % 3) + spread * p.y;
                 p.z *= spread;
                 break;
-            }
             case CloudShape::Flat:
                 p.z = -3.25;
                 break;
@@ -59,9 +49,11 @@ std::vector<PointRecord> makeCloud(const Cloud& cloud) {
                 if (i % 4 != 0) p = points[i / 4 * 4];
                 break;
             case CloudShape::FarAway:
-                p.x += 5e6, p.y -= 6e6;
-                p.z *= 1e-4;
+                p.x += 5e6, p.y -= 6e6, p.z *= 1e-4;
                 break;
+            case CloudShape::Corner:
+                p.y /= 0.7, p.z /= 0.4;
+                if (i % 3 == 0) p.x /= 4, p.y /= 4;
         }
         p.red = static_cast<std::uint16_t>(colour(engine));
         p.green = static_cast<std::uint16_t>(colour(engine));
@@ -80,20 +72,19 @@ std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLa
     file.scale.fill(layout.scale);
     file.offset.fill(layout.offset);
     file.gap = lasGap;
-    const bool hasColour = LasBuilder::colourOffset(layout.format) != 0;
-    const auto toGrid = [&](double value) {
-        return static_cast<std::int32_t>(std::lround((value - layout.offset) / layout.scale));
+    /// Rounds a value to the grid; gives the steps from its origin.
+    const auto toGrid = [&](double& value) {
+        const long steps = std::lround((value - layout.offset) / layout.scale);
+        value = static_cast<double>(steps) * layout.scale + layout.offset;
+        return static_cast<std::int32_t>(steps);
     };
-    const auto fromGrid = [&](std::int32_t steps) { return steps * layout.scale + layout.offset; };
     std::vector<PointRecord> delivered = points;
     for (PointRecord& p : delivered) {
         const auto intensity = static_cast<std::int16_t>(std::lround(p.intensity));
         const auto grey = static_cast<std::uint16_t>(intensity);
-        const LasBuilder::Point raw{toGrid(p.x), toGrid(p.y), toGrid(p.z), grey,
-                                    p.red,       p.green,     p.blue};
-        file.points.push_back(raw);
-        p.x = fromGrid(raw.x), p.y = fromGrid(raw.y), p.z = fromGrid(raw.z);
-        if (!hasColour) p.red = p.green = p.blue = grey;
+        file.points.push_back(
+            {toGrid(p.x), toGrid(p.y), toGrid(p.z), grey, p.red, p.green, p.blue});
+        if (LasBuilder::colourOffset(layout.format) == 0) p.red = p.green = p.blue = grey;
         p.intensity = intensity;
         p.scannerDistance = 1;
         p.sourceIndex = sourceIndex;
@@ -105,7 +96,7 @@ std::vector<PointRecord> writeLas(const std::filesystem::path& path, const LasLa
 std::vector<PointRecord> writePts(const std::filesystem::path& path, int columns,
                                   const std::vector<std::vector<PointRecord>>& blocks,
                                   int sourceIndex) {
-    Text file;
+    std::ostringstream file = numberText();
     std::vector<PointRecord> delivered;
     for (const auto& block : blocks) {
         file << block.size() << "\n";
@@ -122,17 +113,16 @@ std::vector<PointRecord> writePts(const std::filesystem::path& path, int columns
             delivered.push_back(p);
         }
     }
-    writeBytes(path, file.text);
+    writeBytes(path, file.str());
     return delivered;
 }
 
 std::vector<PointRecord> writePtx(const std::filesystem::path& path,
                                   const std::vector<PtxScan>& scans, int sourceIndex) {
-    Text file;
+    std::ostringstream file = numberText();
     std::vector<PointRecord> delivered;
     for (const PtxScan& scan : scans) {
         const auto& m = scan.transform;
-        const bool isIdentity = m == PtxScan().transform;
         file << 1 << "\n" << scan.points.size() << "\n";
         file << "1.5 2.5 3.5\n1 0 0\n0 1 0\n0 0 1\n";
         for (std::size_t row = 0; row < 4; ++row)
@@ -147,6 +137,7 @@ std::vector<PointRecord> writePtx(const std::filesystem::path& path,
             file << "\n";
             if (isEmpty) continue;
             if (!scan.hasColour) p.red = p.green = p.blue = 0;
+            const bool isIdentity = m == PtxScan().transform;
             p.scannerDistance = isIdentity ? 1.0 : std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z);
             const double x = p.x, y = p.y, z = p.z;
             p.x = x * m[0] + y * m[3] + z * m[6] + m[9];
@@ -156,7 +147,7 @@ std::vector<PointRecord> writePtx(const std::filesystem::path& path,
             delivered.push_back(p);
         }
     }
-    writeBytes(path, file.text);
+    writeBytes(path, file.str());
     return delivered;
 }
 

@@ -13,8 +13,9 @@ namespace vpc::test {
 // Scans made for the tests. Each writer returns the points that a reader must deliver from its
 // file, in their order, so that what a run makes of them can be told without any reader.
 
-/// How the points of a made-up scan lie in space.
-enum class CloudShape { Uniform, Clusters, Flat, Line, Duplicates, FarAway };
+/// How the points of a made-up scan lie in space; Corner fills the cube from 0 to 100, with a dense
+/// column at its edge.
+enum class CloudShape { Uniform, Clusters, Flat, Line, Duplicates, FarAway, Corner };
 
 struct Cloud {
     CloudShape shape = CloudShape::Uniform;

@@ -57,20 +57,17 @@ public:
 
 private:
     template <class T>
-    void put(T value) {
+    void put(const T& value) {
         bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
     }
-    void put(const std::array<double, 3>& values) {
-        for (const double value : values) put(value);
+    template <class T>
+    void put(const std::vector<T>& values) {
+        for (const T& value : values) put(value);
     }
-    void putTriplet(Word a, Word b, Word c) { put(a), put(b), put(c); }
-
     void putHeader(const std::vector<std::u32string>& sourceNames) {
-        put(Word{9}), put(Word{0}), put(0.25), put(Word{5});
-        bytes += '\0';
-        for (const int maximum : {255, 254, 253}) put(static_cast<unsigned short>(maximum));
-        put(99.5);
-        for (const double value : {1.0, 1.0, 1.0, 0.0, 0.0, 0.0}) put(value);
+        put(Word{9}), put(Word{0}), put(0.25), put(Word{5}), put(false);
+        put(std::array<std::uint16_t, 3>{255, 254, 253});
+        put(std::array{99.5, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0});
         put(Word{6}), put(Word{0}), put(Word{0});
         put(Word{sourceNames.size()});
         for (const std::u32string& name : sourceNames) {
@@ -81,27 +78,25 @@ private:
     }
 
     void putRecord(Node& node) {
-        std::size_t member = 0;
-        const auto note = [&] { node.members[member++] = bytes.size(); };
-        note(), put(node.level);
-        note(), put(0.5);
-        note(), putTriplet(0, 0, 0);
-        if (node.level > 0) putTriplet(node.low[0] > 0 ? 1 : 0, 0, 0);
-        if (node.level > 1) putTriplet(0, 0, 0);
-        note(), putTriplet(1, 1, 1);
-        if (node.level > 0) putTriplet(2, 1, 1);
-        if (node.level > 1) putTriplet(1, 1, 1);
-        note(), put(node.low);
-        note(), put(node.high);
-        note(), put(node.points);
-        for (const Word count : node.grid) note(), put(count);
-        note();
+        std::size_t next = 0;
+        const auto member = [&](const auto&... values) {
+            node.members[next++] = bytes.size();
+            (put(values), ...);
+        };
+        std::vector<std::array<Word, 3>> path{{0, 0, 0}, {node.low[0] > 0 ? 1u : 0u, 0, 0}, {}};
+        std::vector<std::array<Word, 3>> grids{{1, 1, 1}, {2, 1, 1}, {1, 1, 1}};
+        path.resize(node.level + 1), grids.resize(node.level + 1);
+        std::vector<double> widths;
         for (std::size_t axis = 0; axis < 3; ++axis)
-            for (Word i = 0; i < node.grid[axis]; ++i)
-                put((node.high[axis] - node.low[axis]) / static_cast<double>(node.grid[axis]));
-        for (int i = 0; i < 5; ++i) note(), put(Word{0});
-        note();
-        bytes.append(16 * node.grid[0] * node.grid[1] * node.grid[2], '\0');
+            widths.insert(
+                widths.end(), node.grid[axis],
+                (node.high[axis] - node.low[axis]) / static_cast<double>(node.grid[axis]));
+        member(node.level), member(0.5), member(path), member(grids), member(node.low);
+        member(node.high), member(node.points);
+        for (const Word count : node.grid) member(count);
+        member(widths);
+        for (int i = 0; i < 5; ++i) member(Word{0});
+        member(std::vector<Word>(2 * node.grid[0] * node.grid[1] * node.grid[2]));
     }
 
     void putBlock(Node& node) {

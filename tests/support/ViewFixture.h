@@ -2,12 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
 #include "support/PrepareRun.h"
-#include "support/ScanFiles.h"
 #include "support/ViewModel.h"
 #include "view/PcCoreProjectManager.h"
 
@@ -24,32 +22,13 @@ inline Doubles3 fromOd(const OdGePoint3d& p) {
 }
 inline OdGeMatrix3d toOd(const Pose& pose) {
     OdGeMatrix3d matrix;
-    for (int row = 0; row < 3; ++row) {
-        const auto r = static_cast<std::size_t>(row);
-        for (int column = 0; column < 3; ++column)
-            matrix[row][column] = pose.rows[r][static_cast<std::size_t>(column)];
-        matrix[row][3] = pose.shift[r];
+    int row = 0;
+    for (const Doubles3& r : pose.rows) {
+        matrix[row][0] = r[0], matrix[row][1] = r[1], matrix[row][2] = r[2];
+        matrix[row][3] = pose.shift[static_cast<std::size_t>(row)];
+        ++row;
     }
     return matrix;
-}
-
-/// Points in the box from 0 to 100, with a dense corner, so that levels and nodes differ; their
-/// scanner stands in the cloud, so that some are nearer to it than 1.
-inline std::vector<PointRecord> unevenCloud(std::size_t count, double thickness = 100) {
-    std::mt19937 engine(11);
-    std::uniform_real_distribution<double> in(0, 1);
-    std::vector<PointRecord> points(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double reach = i % 3 == 0 ? 25 : 100;
-        points[i].x = reach * in(engine);
-        points[i].y = reach * in(engine);
-        points[i].z = thickness * in(engine);
-        points[i].red = static_cast<std::uint16_t>(engine() % 256);
-        points[i].green = static_cast<std::uint16_t>(engine() % 256);
-        points[i].blue = static_cast<std::uint16_t>(engine() % 256);
-        points[i].intensity = in(engine);
-    }
-    return points;
 }
 
 /// A prepared tree file, and a project that has it loaded.
@@ -59,18 +38,16 @@ protected:
     static constexpr int viewportHeight = 480;
     static constexpr Word hostValue = 6;
 
-    void load(const std::vector<PointRecord>& points) {
-        PtxScan scan;
-        scan.points = points;
-        scan.transform = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0.001, 0, 0};
-        writePtx(folder.scan("scan.ptx"), {scan});
-        ReferenceSettings settings;
-        settings.hostValue = hostValue;
-        settings.maxPointsPerNode = 120;
-        const auto result =
-            prepare({folder.scan("scan.ptx")}, folder.work(), folder.output(), settings);
-        ASSERT_TRUE(result.success) << result.message;
+    /// Prepares and loads points of a scanner that measures in other units, in which some points
+    /// are nearer to it than 1.
+    void load(std::vector<PointRecord> points) {
+        for (PointRecord& p : points) p.x /= 50, p.y /= 50, p.z /= 50;
+        folder.prepareTree({points, {50, 0, 0, 0, 50, 0, 0, 0, 50, 0, 0, 0}},
+                           {hostValue, false, 120, 10});
         ASSERT_TRUE(project.loadProjectFromFile(toWx(folder.output())));
+    }
+    void load(std::size_t points, CloudShape shape = CloudShape::Corner) {
+        load(makeCloud({shape, points, 11}));
     }
     Word update(const ModelCamera& camera, const Pose& pose = {}) {
         return project.updateVisiblePoints(toOd(pose), toOd(camera.eye), toOd(camera.target),
@@ -102,7 +79,7 @@ protected:
     PcCoreProjectManager project;
 };
 
-/// A camera that sees the whole uneven cloud from the south.
+/// A camera that sees the whole cube from 0 to 100 from the south.
 inline const ModelCamera overview{{50, -150, 120}, {50, 50, 50}, {0, 0.33, 0.94}, 320, 240, true};
 
 /// A pose that is neither the identity nor along the axes.

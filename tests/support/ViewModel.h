@@ -47,93 +47,70 @@ struct Pose {
 };
 
 struct ModelCamera {
-    Doubles3 eye{};
-    Doubles3 target{};
-    Doubles3 up{};
-    double width = 0;
-    double height = 0;
+    Doubles3 eye{}, target{}, up{};
+    double width = 0, height = 0;
     bool perspective = false;
 };
 
-/// A view or pick volume as the half spaces that it lies in, in the tree's frame.
+/// A view or pick volume as the half spaces that it lies in, for points in the tree's frame.
 class ModelVolume {
 public:
     /// \param reach how far the volume goes from the camera, along the view direction
     /// \param through  a point that the volume's axis leads through
     ModelVolume(const ModelCamera& camera, const Doubles3& through, double width, double height,
-                double reach, const Pose& pose) {
+                double reach, const Pose& pose)
+        : pose_(pose), width_(width), height_(height), reach_(reach) {
         const Doubles3 forward = unit(moved(camera.target, camera.eye, -1));
         const Doubles3 up = unit(camera.up);
         const Doubles3 right = cross(forward, up);
         const Doubles3 toAxis = moved(through, camera.eye, -1);
         const double depth = dot(toAxis, forward);
-        const Doubles3 start = camera.perspective ? camera.eye : moved(through, forward, -depth);
+        start_ = camera.perspective ? camera.eye : moved(through, forward, -depth);
         const Doubles3 step = camera.perspective ? moved({}, toAxis, 1 / depth) : forward;
-        const double scale = camera.perspective ? reach / distance(camera.target, camera.eye) : 1;
-        const Doubles3 end = moved(start, step, reach);
-        const double nearSize = camera.perspective ? 0 : 1;
-        const auto corner = [&](const Doubles3& centre, double size, double r, double u) {
-            return pose.toTree(
-                moved(moved(centre, right, r * size * width / 2), up, u * size * height / 2));
-        };
-        const Doubles3 middle = pose.toTree(moved(start, step, reach / 2));
-        constexpr std::array<std::array<double, 2>, 4> ring{{{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}};
-        for (std::size_t i = 0; i < 4; ++i) {
-            const auto [r, u] = ring[i];
-            const auto [r2, u2] = ring[(i + 1) % 4];
-            add(corner(start, nearSize, r, u), corner(end, scale, r, u), corner(end, scale, r2, u2),
-                middle);
-        }
-        add(corner(end, 1, -1, -1), corner(end, 1, 1, -1), corner(end, 1, 1, 1), middle);
-        if (!camera.perspective)
-            add(corner(start, 1, -1, -1), corner(start, 1, 1, -1), corner(start, 1, 1, 1), middle);
+        if (camera.perspective) growth_ = 1 / distance(camera.target, camera.eye);
+        // A point is start + r right + u up + t step: what r, u and t are by Cramer's rule.
+        const double volume = dot(right, cross(up, step));
+        toR_ = moved({}, cross(up, step), 1 / volume);
+        toU_ = moved({}, cross(step, right), 1 / volume);
+        toT_ = moved({}, cross(right, up), 1 / volume);
     }
-    bool holds(const Doubles3& p) const {
-        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
-            return dot(plane.normal, p) >= plane.offset;
-        });
-    }
+    bool holds(const Doubles3& p) const { return meets(p, p); }
     /// Whether no half space leaves out all of the box's corners.
     bool meets(const Doubles3& low, const Doubles3& high) const {
-        return std::all_of(planes_.begin(), planes_.end(), [&](const Plane& plane) {
-            bool any = false;
-            for (int i = 0; i < 8; ++i) {
-                const Doubles3 p{i & 1 ? low[0] : high[0], i & 2 ? low[1] : high[1],
-                                 i & 4 ? low[2] : high[2]};
-                any = any || dot(plane.normal, p) >= plane.offset;
-            }
-            return any;
-        });
+        std::array<bool, 6> any{};
+        for (int i = 0; i < 8; ++i) {
+            const Doubles3 d =
+                moved(pose_.toWorld({i & 1 ? low[0] : high[0], i & 2 ? low[1] : high[1],
+                                     i & 4 ? low[2] : high[2]}),
+                      start_, -1);
+            const double r = dot(d, toR_), u = dot(d, toU_), t = dot(d, toT_);
+            const double size = (growth_ > 0 ? growth_ * t : 1) / 2;
+            const std::array inside{
+                size * width_ - r, size * width_ + r,    size * height_ - u, size * height_ + u,
+                reach_ - t,        growth_ > 0 ? 0.0 : t};  // a pyramid has no near side
+            for (std::size_t side = 0; side < 6; ++side) any[side] = any[side] || inside[side] >= 0;
+        }
+        return std::all_of(any.begin(), any.end(), [](bool met) { return met; });
     }
 
 private:
-    struct Plane {
-        Doubles3 normal;
-        double offset;
-    };
-
-    void add(const Doubles3& a, const Doubles3& b, const Doubles3& c, const Doubles3& inside) {
-        Doubles3 normal = unit(cross(moved(b, a, -1), moved(c, a, -1)));
-        if (dot(normal, inside) < dot(normal, a)) normal = moved({}, normal, -1);
-        planes_.push_back({normal, dot(normal, a)});
-    }
-
-    std::vector<Plane> planes_;
+    Pose pose_;
+    double width_, height_, reach_;
+    /// Share of the size at the target's distance by which the volume grows with every unit.
+    double growth_ = 0;
+    Doubles3 start_{}, toR_{}, toU_{}, toT_{};
 };
 
 struct ModelSlot {
     Doubles3 world{};
     std::uint32_t colour = 0;
     double size = 0;
-
-    bool operator==(const ModelSlot&) const = default;
 };
 
 /// A node whose points are shown, and its place among the slots: `last` belongs to it.
 struct ModelNode {
     const TreeNode* node = nullptr;
-    std::size_t first = 0;
-    std::size_t last = 0;
+    std::size_t first = 0, last = 0;
 };
 
 struct ModelView {
@@ -169,24 +146,20 @@ public:
     double reach(const ModelCamera& camera) const {
         return 3 * distance(camera.eye, centre(levels.front().front()));
     }
-    ModelVolume volume(const ModelCamera& camera) const {
-        return {camera, camera.target, camera.width, camera.height, reach(camera), pose};
-    }
-    Word pointsIn(const ModelVolume& volume, Word level) const {
-        Word points = 0;
-        for (const TreeNode& node : levels[level])
-            if (volume.meets(node.boxMin, node.boxMax)) points += node.pointCount;
-        return points;
-    }
-
     /// \param result  what the buffers hold before
     ModelView view(const ModelCamera& camera, ModelView result = {}) const {
-        const ModelVolume seen = volume(camera);
+        const ModelVolume seen(camera, camera.target, camera.width, camera.height, reach(camera),
+                               pose);
         result.level = 0;
         result.selected = 0;
         const Word threshold = lowDensity ? capacity / 5 : capacity - 1;
-        for (Word level = 0; level < levels.size() && pointsIn(seen, level) < threshold; ++level)
+        for (Word level = 0; level < levels.size(); ++level) {
+            Word points = 0;
+            for (const TreeNode& node : levels[level])
+                if (seen.meets(node.boxMin, node.boxMax)) points += node.pointCount;
+            if (points >= threshold) break;
             result.level = level;
+        }
         for (const TreeNode& node : levels[result.level]) {
             if (!seen.meets(node.boxMin, node.boxMax)) continue;
             ++result.selected;
