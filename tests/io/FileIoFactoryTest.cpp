@@ -41,6 +41,14 @@ TEST_F(FileIoFactoryTest, TellsFormatsByTheirExtension) {
     EXPECT_EQ(FileIoFactory::Create(DataFormat_Unknown, 5), nullptr);
 }
 
+TEST_F(FileIoFactoryTest, ColoursAre16BitFrom256On) {
+    for (const std::string green : {"255", "256"}) {
+        const wxString file = write("a.pts", "1\n0 0 0 900 1 " + green + " 1\n");
+        EXPECT_EQ(FileIoFactory::DetermineIs16bitColor({file}, DataFormat_PTS, message),
+                  green == "256");
+    }
+}
+
 TEST_F(FileIoFactoryTest, TheBoxHoldsAllFilesThatDeliverPoints) {
     const wxString a = write("a.pts", "1\n1 2 3\n");
     const wxString b = write("b.pts", "2\n-1 5 3\n0 0 4\n");

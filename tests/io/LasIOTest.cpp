@@ -111,14 +111,15 @@ TEST_F(LasIOTest, AFileWithoutPointsStillFillsTheFirstElement) {
     LasBuilder file;
     file.points = somePoints(3);
     file.legacyCount = 0;
+    file.offset[0] = std::numeric_limits<double>::infinity();
     reader.initializeRead(toWx(write(file.bytes())));
     reader.pointBuffer[0].x = 5;
     EXPECT_EQ(reader.nextPointBatch(), 0u);
-    EXPECT_EQ(describe(reader.pointBuffer[0]), "0 0 0.5 / 300 20 0 / 1000 / -1 / 1");
-    EXPECT_EQ(reader.pointsRead, 0u);
+    EXPECT_EQ(describe(reader.pointBuffer[0]), "inf 0 0.5 / 300 20 0 / 1000 / -1 / 1");
+    EXPECT_EQ(reader.pointsRead + reader.nonFinitePoints, 0u);
     // Beyond the block every raw field is 0.
     reader.ReadPoint(1ULL << 40, reader.pointBuffer[0]);
-    EXPECT_EQ(describe(reader.pointBuffer[0]), "0 0 0 / 0 0 0 / 0 / -1 / 1");
+    EXPECT_EQ(describe(reader.pointBuffer[0]), "inf 0 0 / 0 0 0 / 0 / -1 / 1");
 }
 
 TEST_F(LasIOTest, CoordinatesThatAreNotFiniteAreCountedAndKeptOut) {

@@ -21,16 +21,6 @@ using vpc::test::toWx;
 
 // --- Strings -------------------------------------------------------------------------------------
 
-TEST(StringTools, Split) {
-    using Tokens = std::vector<wxString>;
-    const std::tuple<wxString, wxString, Tokens> cases[] = {
-        {"a,,b", ",", {"a", "", "b"}},  {"a  b", " ", {"a", "b"}},
-        {" a\tb ", " \t", {"a", "b"}},  {",a;b", ",;", {"", "a", "b"}},
-        {"a, b", ", ", {"a", "", "b"}}, {"", ",", {}}};
-    for (const auto& [text, delimiters, tokens] : cases)
-        EXPECT_EQ(StringTools::Split(text, delimiters), tokens) << text;
-}
-
 TEST(StringTools, ReplaceFileExtension) {
     const std::pair<const char*, const char*> cases[] = {
         {"/data/scan.pts", "/data/scan.vpt"}, {"/data/scan", "/data/scan.vpt"},

@@ -8,6 +8,7 @@
 #include "core/geometry/DimensionRatios.h"
 #include "support/PrepareRun.h"
 #include "tree/construct/VpcPointGrid3D.h"
+#include "tree/construct/VpcRandomSampler.h"
 
 namespace {
 
@@ -85,6 +86,22 @@ TEST_F(ConstructTreeTest, GridThinningIsTheDefaultAndKeepsItsSpacing) {
         }
     // The octree's parent spacing is thrice the child's.
     EXPECT_EQ(tree.Root()->MinDistance(), 3.0 * levels[1].back()->MinDistance());
+}
+
+TEST(RandomSampler, TheDeviceSeedsDifferently) {
+    VpcRandomSampler first(0.5, true, 0), second(0.5, true, 0);
+    int differences = 0;
+    for (int i = 0; i < 1000; ++i) differences += first.KeepNext() != second.KeepNext();
+    EXPECT_GT(differences, 300);
+}
+
+TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(VpcPointGrid3D(1.0, {0, 0, 0, 1, 1, 1}, 1ULL << 40, 1ULL << 40, 3),
+                 std::bad_alloc);
+    EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
+        "## EXCEPTION ERROR while creating VpcGrid3D of "
+        "1099511627776x1099511627776x3 of size 24 : bad_alloc caught : "));
 }
 
 TEST(PointGrid, KeepsThePointNearestToEachCellsCentre) {

@@ -171,20 +171,17 @@ TEST_F(VpcDiskTreeTest, DecodesOnlyTheRecordsThatAFileCutShortStillHas) {
     vpc::test::writePts(work.scan("a.pts"), 7, {vpc::test::makeCloud({})});
     vpc::test::prepare({work.scan("a.pts")}, work.work(), work.output(), {77, true, 300, 6});
     const std::string whole = vpc::test::readBytes(work.output());
-    ASSERT_TRUE(load(whole));
-    VpcDiskNode& node = *tree->GetLevels()[1].front();
-    VpcDiskNode& elsewhere = *tree->GetLevels().back().back();
-    ASSERT_GT(node.nrPoints, 90U) << "more than the system's smallest block";
     for (const auto& [bytes, points] :
          std::vector<std::pair<Word, Word>>{{54 * 90, 90}, {54 * 80 + 53, 80}, {53, 0}, {0, 0}}) {
+        ASSERT_TRUE(load(whole));
+        VpcDiskNode& node = *tree->GetLevels()[1].front();
+        ASSERT_GT(node.nrPoints, 90U) << "more than the system's smallest block";
         std::filesystem::resize_file(path(), node.pointsOffset + bytes);
         Buffers buffers(1000);
         EXPECT_EQ(buffers.add(node, 0, 1000), points);
         EXPECT_TRUE(buffers.isUntouched(points)) << bytes;
         vpc::test::writeBytes(path(), whole);
         EXPECT_EQ(buffers.add(node, 0, 1000), node.nrPoints) << "it is back";
-        // Another place of the file, so that nothing of this one is remembered.
-        EXPECT_GT(buffers.add(elsewhere, 0, 1000), 0U);
     }
 }
 

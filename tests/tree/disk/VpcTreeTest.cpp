@@ -62,6 +62,11 @@ TEST(VpcClipping, LiesInItsPlane) {
     const VpcClipping clipping(config);
     EXPECT_TRUE(clipping.isInside(-99, 2.1, 3.1) && clipping.isInside(99, 5.9, 6.9));
     EXPECT_FALSE(clipping.isInside(1, 1.9, 4) || clipping.isInside(1, 4, 7.1));
+    // Up to a tilt of 1/64 the first axis is the world's x or nearly so, beyond that its y.
+    for (const double tilt : {0.0155, 0.0157}) {
+        config.plane = OdGePlane(OdGePoint3d(), OdGeVector3d(tilt, 0, std::sqrt(1 - tilt * tilt)));
+        EXPECT_EQ(VpcClipping(config).isInside(-2, 2, 0), tilt > 1.0 / 64) << tilt;
+    }
 }
 
 TEST(VpcTree, KeepsPointsOnASectionPlane) {
