@@ -19,6 +19,8 @@ protected:
     OdRxObject& operator=(const OdRxObject&) = default;
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes
+
 // What every run-time class declares: its description, and casts that give null for an object of
 // another class and for null.
 #define ODRX_DECLARE_MEMBERS(ClassName)                                \
@@ -43,3 +45,5 @@ public:                                                                \
     const OdRxClass* ClassName::isA() const {                                    \
         return desc();                                                           \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
