@@ -43,7 +43,7 @@ TEST_F(FileIoFactoryTest, TellsFormatsByTheirExtension) {
 
 TEST_F(FileIoFactoryTest, ColoursAre16BitFrom256On) {
     for (const std::string green : {"255", "256"}) {
-        const wxString file = write("a.pts", "1\n0 0 0 900 1 " + green + " 1\n");
+        const wxString file = write("a.pts", "1\n0 0 0 900 0 " + green + " 0\n");
         EXPECT_EQ(FileIoFactory::DetermineIs16bitColor({file}, DataFormat_PTS, message),
                   green == "256");
     }

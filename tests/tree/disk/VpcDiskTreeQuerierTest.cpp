@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "core/util/StringTools.h"
@@ -58,8 +59,6 @@ TEST_F(VpcDiskTreeQuerierTest, FindsEveryMemberOfTheHeaderAndOfEveryNode) {
     EXPECT_EQ(joined(h.version, h.treeType, h.minimumDistance, h.largestNodeCount, h.flag, h.maxRed,
                      h.maxGreen, h.maxBlue, h.maxIntensity, h.hostValue, h.sourceNameBytes),
               "9 0 0.25 5 0 255 254 253 99.5 6 44");
-    EXPECT_EQ(h.nodeRecordsWord, image.firstRecord());
-    EXPECT_EQ(h.pointDataWord, image.pointData());
     EXPECT_EQ(h.sourceNames[1], wxString::FromUTF8("\u00e9t\u00e9\U0001D518"));
     for (std::size_t n = 0; n < image.nodes.size(); ++n) {
         const TreeImage::Node& node = image.nodes[n];
