@@ -220,19 +220,6 @@ TEST_F(FailedRun, CannotDoWithoutItsFolders) {
     EXPECT_TRUE(folder_.holdsOnly({"a.las", "folder.vpt", "t.vpt", "work/notes--0"}));
 }
 
-TEST_F(FailedRun, CannotWriteIntoReadOnlyFolders) {
-    if (geteuid() == 0) GTEST_SKIP() << "permissions do not bind root";
-    const std::string scan = bigScan();
-    namespace fs = std::filesystem;
-    for (const fs::path& locked : {fs::path(folder_.work()), folder_.path()}) {
-        SCOPED_TRACE(locked);
-        fs::permissions(locked, fs::perms::owner_read | fs::perms::owner_exec);
-        EXPECT_FALSE(run(scan).success);
-        fs::permissions(locked, fs::perms::owner_all);
-        expectNothingChanged({"a.las"});
-    }
-}
-
 // Limits from "no node file fits" to "the result does not quite fit".
 TEST_F(FailedRun, FailsCleanlyWhereFilesCannotGrow) {
     const std::string scan = bigScan();

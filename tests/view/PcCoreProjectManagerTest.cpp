@@ -106,56 +106,48 @@ TEST_F(PcCoreProjectManagerTest, CutsAtSectionsAndClippings) {
     model->pose = tilted();
     setBudget(5000);
     const ModelCamera camera = along(model->pose, overview);
-    // Two planes in the world, a circle to keep and a triangle to leave out in the tree's frame.
+    // Two planes in the world, and circles in the tree's frame of which the last is left out.
     const Doubles3 inWorld = model->pose.toWorld({60, 50, 40});
     const std::array<Doubles3, 2> normals{{{1, 2, -1}, {-1, 0.5, 0}}};
     const auto beforePlanes = [&](const Doubles3& p) {
         const Doubles3 d = moved(model->pose.toWorld(p), inWorld, -1);
         return dot(d, normals[0]) >= 0 && dot(d, normals[1]) >= 0;
     };
-    const auto inCircle = [](const Doubles3& p) { return std::hypot(p[0] - 50, p[1] - 50) <= 45; };
-    const auto inTriangle = [](const Doubles3& p) {
-        return p[1] >= 20 && p[1] - 20 <= 2 * (p[0] - 20) && p[1] - 20 <= 2 * (100 - p[0]);
+    const auto inCircle = [](const Doubles3& p, double centre, double radius) {
+        return std::hypot(p[0] - centre, p[1] - centre) <= radius;
     };
-    GiPcClipConfig circle, triangle;
-    circle.flag2 = true;
-    circle.vertices = {{50, 50}, {50, 95}};
-    triangle.type = 1;
-    triangle.vertices = {{20, 20}, {100, 20}, {60, 100}};
-
+    const auto addCircle = [&](double centre, double radius, bool keepsInside) {
+        GiPcClipConfig circle;
+        circle.flag2 = keepsInside;
+        circle.vertices = {{centre, centre}, {centre, centre + radius}};
+        EXPECT_TRUE(set.addClipping(circle));
+    };
     std::set<std::size_t> counts;
     const auto expectFiltered = [&](const std::function<bool(const Doubles3&)>& filter) {
         model->filter = filter;
         counts.insert(expectView(camera).slots.size());
     };
-    set.addClipping(circle);
-    expectFiltered(inCircle);
-    set.addClipping(triangle);
-    expectFiltered([&](const Doubles3& p) { return inCircle(p) && !inTriangle(p); });
+    addCircle(50, 45, true);
+    addCircle(40, 20, false);
+    const auto inRing = [&](const Doubles3& p) {
+        return inCircle(p, 50, 45) && !inCircle(p, 40, 20);
+    };
+    expectFiltered(inRing);
     for (const Doubles3& normal : normals)
         EXPECT_TRUE(set.addSection("cut", toOd(inWorld), toOdVector(normal), false));
-    expectFiltered(
-        [&](const Doubles3& p) { return beforePlanes(p) && inCircle(p) && !inTriangle(p); });
+    expectFiltered([&](const Doubles3& p) { return beforePlanes(p) && inRing(p); });
+    set.removeLastClipping();
+    set.toggleEnableDisableSections();
+    expectFiltered([&](const Doubles3& p) { return inCircle(p, 50, 45); });
     set.clearClippings();
     set.toggleEnableDisableSections();
-    EXPECT_FALSE(project().sectionsEnabled);
-    expectFiltered([](const Doubles3&) { return true; });
-    set.toggleEnableDisableSections();
     expectFiltered(beforePlanes);
-    EXPECT_EQ(counts.size(), 5U);
-    // Two circles that do not meet leave nothing, and nothing is recorded.
-    circle.vertices = {{10, 10}, {10, 20}};
-    set.addClipping(circle);
-    circle.vertices = {{90, 90}, {90, 95}};
-    set.addClipping(circle);
-    expectFiltered([](const Doubles3&) { return false; });
     EXPECT_TRUE(set.clearSections(true));
-    set.removeLastClipping();
-    expectFiltered([](const Doubles3& p) { return std::hypot(p[0] - 10, p[1] - 10) <= 10; });
-    EXPECT_EQ(counts.size(), 7U);
-    set.removeLastClipping();
-    set.removeLastClipping();
-    EXPECT_TRUE(project().clippings().empty());
+    // Two circles that do not meet leave nothing, and nothing is recorded.
+    addCircle(10, 10, true);
+    addCircle(90, 5, true);
+    expectFiltered([](const Doubles3&) { return false; });
+    EXPECT_EQ(counts.size(), 5U);
 }
 
 TEST_F(PcCoreProjectManagerTest, TellsSectionsWithTheRolesOfPointAndNormalExchanged) {
