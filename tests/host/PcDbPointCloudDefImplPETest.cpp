@@ -12,13 +12,15 @@
 
 #include "platform/OdError.h"
 #include "platform/PcDbPointCloudDef.h"
-#include "support/HostScene.h"
+#include "support/ViewFixture.h"
 
 namespace vpc::test {
 
 namespace {
 
 namespace fs = std::filesystem;
+using PcDbPointCloudDefImplPETest = ViewTest;
+using VpcPluginTest = ViewTest;
 
 /// The name of the file that loading ended at; nothing where none was loaded.
 std::optional<wxString> loadedName(PcDbPointCloudDefPE& extension, const std::string& fileName,
@@ -32,13 +34,13 @@ std::optional<wxString> loadedName(PcDbPointCloudDefPE& extension, const std::st
     return name;
 }
 
-TEST(PcDbPointCloudDefImplPE, FindsFilesBesideTheReference) {
-    const HostScene scene;
-    const fs::path top = scene.path();
+TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
+    load(100);
+    const fs::path top = folder.path();
     fs::create_directories(top / "drawings/old");
     for (const char* copy :
          {"scan.vpt", "drawings/scan.vpt", "drawings/.hidden.vpt", "drawings/gr\u00f6\u00dfe.vpt"})
-        fs::copy_file(scene.output(), top / copy);
+        fs::copy_file(folder.output(), top / copy);
     // Another home and another current folder for this test.
     const char* const homeBefore = std::getenv("HOME");
     const std::string home = homeBefore == nullptr ? "" : homeBefore;
@@ -80,19 +82,19 @@ TEST(PcDbPointCloudDefImplPE, FindsFilesBesideTheReference) {
     setenv("HOME", home.c_str(), 1);
 }
 
-TEST(PcDbPointCloudDefImplPE, PassesOnThatAVersionIsAnother) {
-    const HostScene scene;
+TEST_F(PcDbPointCloudDefImplPETest, PassesOnThatAVersionIsAnother) {
+    load(100);
     PcDbPointCloudDefImplPE extension;
     extension.cleanPointSet(nullptr);
-    scene.patch(0, 8);
-    EXPECT_THROW(loadedName(extension, "t.vpt", scene.output()), OdError);
-    scene.patch(0, 9);
-    writeBytes(scene.output(), readBytes(scene.output()).substr(0, 500));
-    EXPECT_EQ(loadedName(extension, "t.vpt", scene.output()), std::nullopt);
+    patch(0, 8);
+    EXPECT_THROW(loadedName(extension, "t.vpt", folder.output()), OdError);
+    patch(0, 9);
+    writeBytes(folder.output(), readBytes(folder.output()).substr(0, 500));
+    EXPECT_EQ(loadedName(extension, "t.vpt", folder.output()), std::nullopt);
 }
 
-TEST(VpcPlugin, LoadsAndDrawsForAHost) {
-    const HostScene scene;
+TEST_F(VpcPluginTest, LoadsAndDrawsForAHost) {
+    load(100);
     const std::unique_ptr<void, int (*)(void*)> plugin(dlopen(VPC_PLUGIN, RTLD_NOW | RTLD_LOCAL),
                                                        dlclose);
     ASSERT_NE(plugin, nullptr) << dlerror();
@@ -100,15 +102,14 @@ TEST(VpcPlugin, LoadsAndDrawsForAHost) {
     auto* create = reinterpret_cast<Create>(dlsym(plugin.get(), "vpcCreatePointCloudExtension"));
     ASSERT_NE(create, nullptr) << dlerror();
     const std::unique_ptr<PcDbPointCloudDefPE> extension(create());
-    GiPointSetDefinition* set = extension->loadProject(nullptr, "t.vpt", scene.name());
-    ASSERT_NE(set, nullptr);
-    // The host's variables are the plug-in's.
-    const PointMaxGuard pointMax(4321);
-    EXPECT_EQ(viewFromAbove(*set, scene.name()), scene.points.size());
-    EXPECT_EQ(set->maxNrPointsInBuffer(), 4321U);
-    extension->cleanPointSet(set);
-    scene.patch(0, 8);
-    EXPECT_THROW(extension->loadProject(nullptr, "t.vpt", scene.name()), OdError);
+    GiPointSetDefinition* plugged = extension->loadProject(nullptr, "t.vpt", name());
+    ASSERT_NE(plugged, nullptr);
+    pointMax.set(4321);  // the host's variables are the plug-in's
+    EXPECT_EQ(update(*plugged, overview), 100U);
+    EXPECT_EQ(plugged->maxNrPointsInBuffer(), 4321U);
+    extension->cleanPointSet(plugged);
+    patch(0, 8);
+    EXPECT_THROW(extension->loadProject(nullptr, "t.vpt", name()), OdError);
 }
 
 TEST(VpcPlugin, ExportsTheHostFacingObjectsAndNothingElse) {

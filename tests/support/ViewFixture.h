@@ -2,15 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <vector>
 
+#include "core/util/StringTools.h"
+#include "core/util/VpcDefinitions.h"
+#include "host/PcCorePointSet.h"
+#include "platform/OdSystemVariables.h"
 #include "support/PrepareRun.h"
 #include "support/ViewModel.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace vpc::test {
 
+inline OdString toOd(const std::string& path) {
+    return StringTools::ToOdString(toWx(path));
+}
 inline OdGePoint3d toOd(const Doubles3& p) {
     return {p[0], p[1], p[2]};
 }
@@ -31,52 +39,78 @@ inline OdGeMatrix3d toOd(const Pose& pose) {
     return matrix;
 }
 
-/// A prepared tree file, and a project that has it loaded.
+/// Sets POINTCLOUDPOINTMAX for one test.
+class PointMaxGuard {
+public:
+    explicit PointMaxGuard(int value) { set(value); }
+    PointMaxGuard(const PointMaxGuard&) = delete;
+    PointMaxGuard& operator=(const PointMaxGuard&) = delete;
+    ~PointMaxGuard() { set(before_); }
+
+    void set(int value) const { odSystemVariables().setInt("POINTCLOUDPOINTMAX", value); }
+
+private:
+    int before_ = odSystemVariables().getInt("POINTCLOUDPOINTMAX");
+};
+
+/// A prepared tree file, and the point set by which a host shows it.
 class ViewTest : public ::testing::Test {
 protected:
     static constexpr int viewportWidth = 640;
     static constexpr int viewportHeight = 480;
-    static constexpr Word hostValue = 6;
 
     /// Prepares and loads points of a scanner that measures in other units, in which some points
     /// are nearer to it than 1.
     void load(std::vector<PointRecord> points) {
         for (PointRecord& p : points) p.x /= 50, p.y /= 50, p.z /= 50;
-        folder.prepareTree({points, {50, 0, 0, 0, 50, 0, 0, 0, 50, 0, 0, 0}},
-                           {hostValue, false, 120, 10});
-        ASSERT_TRUE(project.loadProjectFromFile(toWx(folder.output())));
+        folder.prepareTree({points, {50, 0, 0, 0, 50, 0, 0, 0, 50, 0, 0, 0}}, {6, false, 120, 10});
+        ASSERT_TRUE(set.loadProjectFromFile(name()));
     }
     void load(std::size_t points, CloudShape shape = CloudShape::Corner) {
         load(makeCloud({shape, points, 11}));
     }
+    OdString name() const { return toOd(folder.output()); }
+    /// Writes a word into the file; the version is the first.
+    void patch(std::size_t position, Word word) const {
+        std::string bytes = readBytes(folder.output());
+        std::memcpy(bytes.data() + position, &word, sizeof word);
+        writeBytes(folder.output(), bytes);
+    }
+    static Word update(GiPointSetDefinition& shown, const ModelCamera& camera,
+                       const Pose& pose = {}) {
+        return shown.updateVisiblePoints(toOd(pose), toOd(camera.eye), toOd(camera.target),
+                                         toOdVector(camera.up), camera.width, camera.height,
+                                         viewportWidth, viewportHeight, camera.perspective);
+    }
     Word update(const ModelCamera& camera, const Pose& pose = {}) {
-        return project.updateVisiblePoints(toOd(pose), toOd(camera.eye), toOd(camera.target),
-                                           toOdVector(camera.up), camera.width, camera.height,
-                                           viewportWidth, viewportHeight, camera.perspective);
+        return update(set, camera, pose);
     }
     bool pick(const ModelCamera& camera, const Pose& pose, const Doubles3& at, int pixels,
               OdGePoint3d& found) {
         unsigned short colour = 7;
-        const bool hit = project.pickPointFast(toOd(pose), toOd(camera.eye), toOd(camera.target),
-                                               toOdVector(camera.up), camera.width, camera.height,
-                                               viewportWidth, viewportHeight, camera.perspective,
-                                               toOd(at), pixels, found, colour, colour, colour);
+        const bool hit = project().pickPointFast(toOd(pose), toOd(camera.eye), toOd(camera.target),
+                                                 toOdVector(camera.up), camera.width, camera.height,
+                                                 viewportWidth, viewportHeight, camera.perspective,
+                                                 toOd(at), pixels, found, colour, colour, colour);
         EXPECT_EQ(colour, 7);
         return hit;
     }
-    PcCoreVisibleNodeManager& buffers() { return project.visibleNodeManager(); }
+    PcCoreProjectManager& project() { return *set.projectManager(); }
+    PcCoreVisibleNodeManager& buffers() { return project().visibleNodeManager(); }
 
-    /// The buffers' slots, colours as they are.
+    /// What the host is given to draw, colours as they are.
     std::vector<ModelSlot> slots() {
         std::vector<ModelSlot> result;
-        for (Word i = 0; i < buffers().nrPointsInBuffer; ++i)
-            result.push_back({fromOd(buffers().coordinates()[i]), buffers().colours()[i].color(),
-                              buffers().sizes()[i]});
+        for (Word i = 0; i < set.getNrVisiblePoints(); ++i)
+            result.push_back({fromOd(set.getPointCoordinates()[i]), set.getPointColors()[i].color(),
+                              set.getPointSizes()[i]});
         return result;
     }
 
-    PrepareFolder folder;
-    PcCoreProjectManager project;
+    const PrepareFolder folder;
+    /// Too small to change the buffers.
+    const PointMaxGuard pointMax{50};
+    PcCorePointSet set;
 };
 
 /// A camera that sees the whole cube from 0 to 100 from the south.

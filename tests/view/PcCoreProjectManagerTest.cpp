@@ -23,7 +23,7 @@ protected:
         ASSERT_TRUE(buffers().resizePointBuffer(slots));
         model->capacity = slots;
         model->lowDensity = lowDensity;
-        project.drawDensity = lowDensity ? GiPc_DrawDensity_Low : GiPc_DrawDensity_Full;
+        project().drawDensity = lowDensity ? GiPc_DrawDensity_Low : GiPc_DrawDensity_Full;
     }
     /// Moves a camera that is given in the tree's frame along with the cloud.
     static ModelCamera along(const Pose& pose, ModelCamera camera) {
@@ -36,7 +36,7 @@ protected:
     ModelView expectView(const ModelCamera& camera) {
         const ModelView expected = model->view(camera);
         EXPECT_EQ(update(camera, model->pose), expected.slots.size());
-        EXPECT_EQ(project.selectedLevel, expected.level);
+        EXPECT_EQ(project().selectedLevel, expected.level);
         EXPECT_EQ(buffers().nextSlot, expected.slots.size());
         expectBuffers(expected);
         return expected;
@@ -90,7 +90,8 @@ TEST_F(PcCoreProjectManagerTest, ShowsTheDeepestLevelThatTheBudgetAllows) {
                 levels.insert(first.level);
                 // Selects once more into what is left of the buffers.
                 const ModelView second = model->view(camera, first);
-                EXPECT_EQ(project.flatNodeSelection(project.viewFrustum()).size(), second.selected);
+                EXPECT_EQ(project().flatNodeSelection(project().viewFrustum()).size(),
+                          second.selected);
                 EXPECT_EQ(buffers().nrPointsInBuffer, second.slots.size());
                 expectNodes(second);
                 leftOut.insert(second.nodes.size() < first.nodes.size() + second.selected);
@@ -105,66 +106,58 @@ TEST_F(PcCoreProjectManagerTest, CutsAtSectionsAndClippings) {
     model->pose = tilted();
     setBudget(5000);
     const ModelCamera camera = along(model->pose, overview);
-    // Two planes in the world, a circle to keep and a triangle to leave out in the tree's frame.
+    // Two planes in the world, and circles in the tree's frame of which the last is left out.
     const Doubles3 inWorld = model->pose.toWorld({60, 50, 40});
     const std::array<Doubles3, 2> normals{{{1, 2, -1}, {-1, 0.5, 0}}};
     const auto beforePlanes = [&](const Doubles3& p) {
         const Doubles3 d = moved(model->pose.toWorld(p), inWorld, -1);
         return dot(d, normals[0]) >= 0 && dot(d, normals[1]) >= 0;
     };
-    const auto inCircle = [](const Doubles3& p) { return std::hypot(p[0] - 50, p[1] - 50) <= 45; };
-    const auto inTriangle = [](const Doubles3& p) {
-        return p[1] >= 20 && p[1] - 20 <= 2 * (p[0] - 20) && p[1] - 20 <= 2 * (100 - p[0]);
+    const auto inCircle = [](const Doubles3& p, double centre, double radius) {
+        return std::hypot(p[0] - centre, p[1] - centre) <= radius;
     };
-    GiPcClipConfig circle, triangle;
-    circle.flag2 = true;
-    circle.vertices = {{50, 50}, {50, 95}};
-    triangle.type = 1;
-    triangle.vertices = {{20, 20}, {100, 20}, {60, 100}};
-
+    const auto addCircle = [&](double centre, double radius, bool keepsInside) {
+        GiPcClipConfig circle;
+        circle.flag2 = keepsInside;
+        circle.vertices = {{centre, centre}, {centre, centre + radius}};
+        EXPECT_TRUE(set.addClipping(circle));
+    };
     std::set<std::size_t> counts;
     const auto expectFiltered = [&](const std::function<bool(const Doubles3&)>& filter) {
         model->filter = filter;
         counts.insert(expectView(camera).slots.size());
     };
-    project.addClipping(circle);
-    expectFiltered(inCircle);
-    project.addClipping(triangle);
-    expectFiltered([&](const Doubles3& p) { return inCircle(p) && !inTriangle(p); });
+    addCircle(50, 45, true);
+    addCircle(40, 20, false);
+    const auto inRing = [&](const Doubles3& p) {
+        return inCircle(p, 50, 45) && !inCircle(p, 40, 20);
+    };
+    expectFiltered(inRing);
     for (const Doubles3& normal : normals)
-        EXPECT_TRUE(project.addSection("cut", toOd(inWorld), toOdVector(normal), false));
-    expectFiltered(
-        [&](const Doubles3& p) { return beforePlanes(p) && inCircle(p) && !inTriangle(p); });
-    project.clearClippings();
-    project.toggleEnableDisableSections();
-    EXPECT_FALSE(project.sectionsEnabled);
-    expectFiltered([](const Doubles3&) { return true; });
-    project.toggleEnableDisableSections();
+        EXPECT_TRUE(set.addSection("cut", toOd(inWorld), toOdVector(normal), false));
+    expectFiltered([&](const Doubles3& p) { return beforePlanes(p) && inRing(p); });
+    set.removeLastClipping();
+    set.toggleEnableDisableSections();
+    expectFiltered([&](const Doubles3& p) { return inCircle(p, 50, 45); });
+    set.clearClippings();
+    set.toggleEnableDisableSections();
     expectFiltered(beforePlanes);
-    EXPECT_EQ(counts.size(), 5U);
+    EXPECT_TRUE(set.clearSections(true));
     // Two circles that do not meet leave nothing, and nothing is recorded.
-    circle.vertices = {{10, 10}, {10, 20}};
-    project.addClipping(circle);
-    circle.vertices = {{90, 90}, {90, 95}};
-    project.addClipping(circle);
+    addCircle(10, 10, true);
+    addCircle(90, 5, true);
     expectFiltered([](const Doubles3&) { return false; });
-    EXPECT_TRUE(project.deleteSections(true));
-    project.removeLastClipping();
-    expectFiltered([](const Doubles3& p) { return std::hypot(p[0] - 10, p[1] - 10) <= 10; });
-    EXPECT_EQ(counts.size(), 7U);
-    project.removeLastClipping();
-    project.removeLastClipping();
-    EXPECT_TRUE(project.clippings().empty());
+    EXPECT_EQ(counts.size(), 5U);
 }
 
 TEST_F(PcCoreProjectManagerTest, TellsSectionsWithTheRolesOfPointAndNormalExchanged) {
-    EXPECT_TRUE(project.hasSameSections({}));
-    project.addSection("a", {1, 2, 3}, {0, 0, 2}, true);
-    EXPECT_TRUE(project.sectionsEnabled);
-    EXPECT_TRUE(project.hasSameSections({{{0, 0, 1}, {9, 9, 3}}}));
-    EXPECT_FALSE(project.hasSameSections({{{1, 2, 3}, {0, 0, 2}}}));
-    EXPECT_FALSE(project.hasSameSections({{{0, 0, 1}, {9, 9, 3.00001}}}));
-    EXPECT_FALSE(project.hasSameSections({}));
+    EXPECT_TRUE(set.hasSameSections({}));
+    set.addSection("a", {1, 2, 3}, {0, 0, 2}, true);
+    EXPECT_TRUE(project().sectionsEnabled);
+    EXPECT_TRUE(set.hasSameSections({{{0, 0, 1}, {9, 9, 3}}}));
+    EXPECT_FALSE(set.hasSameSections({{{1, 2, 3}, {0, 0, 2}}}));
+    EXPECT_FALSE(set.hasSameSections({{{0, 0, 1}, {9, 9, 3.00001}}}));
+    EXPECT_FALSE(set.hasSameSections({}));
 }
 
 TEST_F(PcCoreProjectManagerTest, TellsAChangedView) {
@@ -174,9 +167,8 @@ TEST_F(PcCoreProjectManagerTest, TellsAChangedView) {
     const auto isChanged = [&](std::size_t which, double factor, int pixels = viewportWidth) {
         std::array<double, 11> v{10, 20, 30, 40, 50, 60, 0.1, 0.2, 0.3, 70, 80};
         if (which < v.size()) v[which] *= factor;
-        return project.hasViewGeometryChanged(toOd(tilted()), {v[0], v[1], v[2]},
-                                              {v[3], v[4], v[5]}, {v[6], v[7], v[8]}, v[9], v[10],
-                                              pixels, 1, which != 11);
+        return set.hasViewGeometryChanged(toOd(tilted()), {v[0], v[1], v[2]}, {v[3], v[4], v[5]},
+                                          {v[6], v[7], v[8]}, v[9], v[10], pixels, 1, which != 11);
     };
     for (std::size_t i = 0; i < 11; ++i) {
         EXPECT_FALSE(isChanged(i, 1.000999) || isChanged(i, 0.999001)) << i;
@@ -190,37 +182,34 @@ TEST_F(PcCoreProjectManagerTest, TellsAChangedView) {
 }
 
 TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllows) {
+    load(4000, CloudShape::Clusters);  // some nodes hold a single point
     std::set<std::size_t> sizes;
     for (const Word budget : {51U, 200U, 500U, 1000U, 2000U, 3900U, 10000U}) {
         setBudget(budget);
         for (const ModelCamera& camera : cameras) {
             update(camera);
             buffers().clear();
-            const VpcFrustumDef& frustum = project.viewFrustum();
-            const auto selected = project.dynamicNodeSelection(frustum);
+            const VpcFrustumDef& frustum = project().viewFrustum();
+            const auto selected = project().dynamicNodeSelection(frustum);
             sizes.insert(selected.size());
-            const Word total = project.getNrPointsInSelectedNodes(selected);
+            const Word total = project().getNrPointsInSelectedNodes(selected);
             EXPECT_EQ(buffers().nrPointsInBuffer, std::min(total, budget));
-            std::set<const VpcDiskNode*> above;
-            for (const VpcDiskNode* node : selected)
-                for (node = node->parent; node != nullptr; node = node->parent) above.insert(node);
             for (VpcDiskNode* const node : selected) {
+                EXPECT_TRUE(frustum.Intersects(node->box));
                 std::vector<VpcDiskNode*> children;
                 const auto [own, below] =
-                    project.checkReplaceParentByVisibleChildren(frustum, node, children);
+                    project().checkReplaceParentByVisibleChildren(frustum, node, children);
                 EXPECT_TRUE(own == 0 || below == 0 || total - own + below >= budget)
                     << "a node is left that could have been replaced";
             }
-            // What is visible is either shown, or refined to children of which the same holds.
-            const auto state = [&](const VpcDiskNode* node) {
-                return std::count(selected.begin(), selected.end(), node) +
-                       static_cast<long>(above.count(node));
-            };
-            EXPECT_EQ(state(project.tree()->GetRootNode()), selected.empty() ? 0 : 1);
-            for (const VpcDiskNode* const node : above)
-                for (const VpcDiskNode* const child : node->children)
-                    EXPECT_TRUE(child->nrPoints == 0 ||
-                                state(child) == frustum.Intersects(child->box));
+            // Every visible leaf is shown once, by itself or by a node above it.
+            for (const VpcDiskNode* const leaf : project().tree()->GetLevels().back()) {
+                if (leaf->nrPoints == 0 || !frustum.Intersects(leaf->box)) continue;
+                long shown = 0;
+                for (const VpcDiskNode* node = leaf; node != nullptr; node = node->parent)
+                    shown += std::count(selected.begin(), selected.end(), node);
+                EXPECT_EQ(shown, 1);
+            }
         }
     }
     EXPECT_GT(sizes.size(), 5U);
@@ -228,7 +217,7 @@ TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllow
 
 TEST_F(PcCoreProjectManagerTest, TheNodeHeapGivesTheSparsestFirst) {
     std::vector<VpcDiskNode*> heap;
-    for (VpcDiskNode* const node : project.tree()->GetLevels().back()) PushNode(heap, node);
+    for (VpcDiskNode* const node : project().tree()->GetLevels().back()) PushNode(heap, node);
     const std::size_t size = heap.size();
     for (const int none : {-1, static_cast<int>(size)}) PopNode(heap, none);
     std::vector<double> densities;
@@ -259,58 +248,67 @@ TEST_F(PcCoreProjectManagerTest, AViewWithoutExtentSelectsNothing) {
     }
     const OdGePoint3d eye = toOd(overview.eye), target = toOd(overview.target);
     for (const int none : {0, 1})
-        EXPECT_EQ(project.updateVisiblePoints({}, eye, target, {0, 0, 1}, 320, 240, none * 640,
-                                              (1 - none) * 480, true),
+        EXPECT_EQ(project().updateVisiblePoints({}, eye, target, {0, 0, 1}, 320, 240, none * 640,
+                                                (1 - none) * 480, true),
                   0U);
 }
 
 TEST_F(PcCoreProjectManagerTest, TellsWhatTheFileHolds) {
-    EXPECT_EQ(project.pointModelUnit(), hostValue);
-    EXPECT_EQ(project.totalNrPoints, 4000U);
-    EXPECT_EQ(project.selectedLevel, 1U);
-    EXPECT_EQ(project.workingFolder(), toWx(folder.file("")));
+    EXPECT_EQ(set.getPointModelUnit(), 6U);
+    EXPECT_EQ(set.getTotalNrPoints(), 4000U);
+    EXPECT_EQ(project().selectedLevel, 1U);
+    EXPECT_EQ(set.drawDensity(), GiPc_DrawDensity_Full);
+    EXPECT_EQ(set.stylizationType(), GiPc_Stylization_NONE);
+    const auto summary = set.GetNodePointSummary();
+    ASSERT_EQ(summary.size(), model->levels.size());
+    for (std::size_t level = 0; level < summary.size(); ++level)
+        EXPECT_EQ(summary[level], std::pair(Word{model->levels[level].size()},
+                                            Word{folder.tree().pointsOf(level).size()}));
+    EXPECT_EQ(project().workingFolder(), toWx(folder.file("")));
     const TreeNode& root = model->levels.front().front();
     for (std::size_t axis = 0; axis < 3; ++axis) {
         const double growth = 0.025 * (root.boxMax[axis] - root.boxMin[axis]);
-        EXPECT_NEAR(fromOd(project.dataMin())[axis], root.boxMin[axis] - growth, 1e-9);
-        EXPECT_NEAR(fromOd(project.dataMax())[axis], root.boxMax[axis] + growth, 1e-9);
+        EXPECT_NEAR(fromOd(set.dataMin())[axis], root.boxMin[axis] - growth, 1e-9);
+        EXPECT_NEAR(fromOd(set.dataMax())[axis], root.boxMax[axis] + growth, 1e-9);
     }
     // Every update is flat and writes no files.
-    project.useFlatView = false;
-    project.drawGeometry = true;
+    project().useFlatView = false;
+    project().drawGeometry = true;
     update(overview);
-    EXPECT_TRUE(project.useFlatView);
-    EXPECT_FALSE(project.drawGeometry);
-    EXPECT_EQ(project.pixelSize, 0.5);
-    EXPECT_DOUBLE_EQ(project.cameraDistance, model->reach(overview) / 3);
+    EXPECT_TRUE(project().useFlatView);
+    EXPECT_FALSE(project().drawGeometry);
+    EXPECT_EQ(project().pixelSize, 0.5);
+    EXPECT_DOUBLE_EQ(project().cameraDistance, model->reach(overview) / 3);
     EXPECT_FALSE(std::filesystem::exists(folder.file("CameraParameters.txt")));
     // A file that cannot be loaded leaves the project as it is.
     const std::string bytes = readBytes(folder.output());
     writeBytes(folder.file("cut.vpt"), bytes.substr(0, bytes.size() / 2));
     writeBytes(folder.file("old.vpt"), '\x08' + bytes.substr(1));
     for (const char* bad : {"none.vpt", "cut.vpt", "old.vpt"})
-        EXPECT_FALSE(project.loadProjectFromFile(toWx(folder.file(bad)))) << bad;
-    EXPECT_EQ(project.totalNrPoints, 4000U);
+        EXPECT_FALSE(project().loadProjectFromFile(toWx(folder.file(bad)))) << bad;
+    EXPECT_EQ(project().totalNrPoints, 4000U);
     EXPECT_GT(update(overview), 0U);
 }
 
 TEST_F(ViewTest, CopesWithATreeWithoutNodesAndWithNone) {
+    PcCoreProjectManager empty;
     for (const bool isLoaded : {false, true}) {
         if (isLoaded) {
             std::string bytes(143, '\0');
             bytes[0] = 9;
             bytes[127] = 54;
             writeBytes(folder.output(), bytes);
-            ASSERT_TRUE(project.loadProjectFromFile(toWx(folder.output())));
+            ASSERT_TRUE(empty.loadProjectFromFile(toWx(folder.output())));
+            ASSERT_TRUE(set.loadProjectFromFile(name()));
+            EXPECT_EQ(update(overview), 0U);
+            OdGePoint3d found;
+            EXPECT_FALSE(pick(overview, {}, {50, 50, 50}, 9, found));
         }
-        EXPECT_EQ(update(overview), 0U);
-        EXPECT_EQ(project.getNrPointsInFrustumLOD(project.viewFrustum(), 0), 0U);
-        EXPECT_TRUE(project.flatNodeSelection(project.viewFrustum()).empty());
-        EXPECT_TRUE(project.dynamicNodeSelection(project.viewFrustum()).empty());
-        OdGePoint3d found;
-        EXPECT_FALSE(pick(overview, {}, {50, 50, 50}, 9, found));
-        EXPECT_EQ(project.totalNrPoints, 0U);
-        EXPECT_EQ(project.dataMin().x, 1e80);
+        EXPECT_EQ(empty.getNrPointsInFrustumLOD(empty.viewFrustum(), 0), 0U);
+        EXPECT_TRUE(empty.flatNodeSelection(empty.viewFrustum()).empty());
+        EXPECT_TRUE(empty.dynamicNodeSelection(empty.viewFrustum()).empty());
+        EXPECT_EQ(empty.totalNrPoints, 0U);
+        EXPECT_EQ(empty.dataMin().x, 1e80);
     }
 }
 

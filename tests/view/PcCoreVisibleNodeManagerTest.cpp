@@ -50,8 +50,8 @@ TEST_F(PcCoreVisibleNodeManagerTest, ColoursByElevationAndIntensityInEveryScheme
     const Doubles3 up = moved(pose.toWorld({0, 1, 0}), pose.shift, -1);
     const ModelCamera camera{
         pose.toWorld({50, 50, 300}), pose.toWorld({50, 50, 50}), up, 400, 400, false};
-    project.stylizationType = GiPc_Stylization_SCANCOLORS;
-    project.colorScheme = GiPc_ColorScheme_Reds;
+    project().stylizationType = GiPc_Stylization_SCANCOLORS;
+    project().colorScheme = GiPc_ColorScheme_Reds;
     ASSERT_EQ(update(camera, pose), 1500U);
     const std::vector<ModelSlot> plain = slots();
     for (const bool byElevation : {true, false}) {
@@ -63,11 +63,11 @@ TEST_F(PcCoreVisibleNodeManagerTest, ColoursByElevationAndIntensityInEveryScheme
                                                0.0721 * (c & 0xFF));
         }
         const auto [min, max] = std::minmax_element(values.begin(), values.end());
-        project.stylizationType =
+        project().stylizationType =
             byElevation ? GiPc_Stylization_ELEVATION : GiPc_Stylization_INTENSITY;
         for (std::size_t scheme = 0; scheme < ramps.size(); ++scheme) {
             SCOPED_TRACE(testing::Message() << byElevation << " scheme " << scheme);
-            project.colorScheme = static_cast<GiPcColorScheme>(scheme);
+            project().colorScheme = static_cast<GiPcColorScheme>(scheme);
             update(camera, pose);
             const std::vector<ModelSlot> coloured = slots();
             ASSERT_EQ(coloured.size(), plain.size());
@@ -86,9 +86,9 @@ TEST_F(PcCoreVisibleNodeManagerTest, ColoursWhereAllValuesAreTheSame) {
     for (PointRecord& p : white) p.red = p.green = p.blue = 255;
     load(white);
     for (const auto type : {GiPc_Stylization_INTENSITY, GiPc_Stylization_ELEVATION}) {
-        project.stylizationType = type;
+        project().stylizationType = type;
         for (int scheme = 0; scheme < 8; ++scheme) {
-            project.colorScheme = static_cast<GiPcColorScheme>(scheme);
+            project().colorScheme = static_cast<GiPcColorScheme>(scheme);
             ASSERT_EQ(update(overview), 200U);
             // The ramps' undefined values become 0; Earth has none in blue, ScanColors none at all.
             EXPECT_EQ(slots()[7].colour, scheme == 0 ? 0xC2FFFFFF : 0xC2000000) << scheme;
@@ -184,9 +184,9 @@ TEST_F(PcCoreVisibleNodeManagerTest, NeverPicksANodesLastPoint) {
     EXPECT_FALSE(pick(camera, {}, fromOd(last), 5, found));
     EXPECT_FALSE(pick(camera, {}, fromOd(first), 0, found));
     OdArray<OdGePoint3d> snapped{{7, 7, 7}};
-    project.getOsnapPoints(last, {}, {}, toOd(tilted()), snapped);
+    set.getOsnapPoints(last, {}, {}, toOd(tilted()), snapped);
     EXPECT_EQ(snapped.size(), 1U);
-    project.getOsnapPoints(first, {}, {}, toOd(tilted()), snapped);
+    set.getOsnapPoints(first, {}, {}, toOd(tilted()), snapped);
     EXPECT_EQ(snapped, (OdArray<OdGePoint3d>{{7, 7, 7}, first}));
 }
 
@@ -198,9 +198,9 @@ TEST_F(PcCoreVisibleNodeManagerTest, PicksAmongUndefinedPoints) {
         for (Word i = 0; i < node.pointCount; i += 3)
             std::memcpy(&bytes[node.listPosition + PointRecord::size * i], &nan, sizeof nan);
     writeBytes(folder.output(), bytes);
-    ASSERT_TRUE(project.loadProjectFromFile(toWx(folder.output())));
+    ASSERT_TRUE(set.loadProjectFromFile(name()));
     for (const auto type : {GiPc_Stylization_ELEVATION, GiPc_Stylization_INTENSITY}) {
-        project.stylizationType = type;
+        project().stylizationType = type;
         ASSERT_EQ(update(overview), 3000U);
     }
     EXPECT_TRUE(std::isnan(buffers().coordinates()[0].x));
@@ -223,12 +223,12 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
         return std::string(text);
     };
     const std::string folderName = folder.file("");
-    project.exportView(toWx(folderName));
-    project.exportPick(toWx(folder.path()));
-    const std::string box = "Bounding box : min " + bounds(project.dataMin()) +
-                            "\r\nBounding box : max " + bounds(project.dataMax()) +
+    project().exportView(toWx(folderName));
+    project().exportPick(toWx(folder.path()));
+    const std::string box = "Bounding box : min " + bounds(set.dataMin()) +
+                            "\r\nBounding box : max " + bounds(set.dataMax()) +
                             "\r\nWorld width 320.000000, worldHeight = 240.000000\r\n";
-    const double far = -100.5 + 3 * project.cameraDistance;
+    const double far = -100.5 + 3 * project().cameraDistance;
     EXPECT_EQ(readBytes(folderName + "CameraParameters.txt"),
               "Camera position: (50.000000, -100.500000, 50.000000)\r\n"
               "Camera lookat  : (50.000000, 50.000000, 50.000000)\r\n"
@@ -257,7 +257,7 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
     // The other mode, into a folder that is not there, fails without a word.
     for (const std::string& where : {folderName + "none", folderName})
         buffers().exportVisibleNodesAsPly(toWx(where), false, {}, {}, {}, {}, 1, 1, 1,
-                                          project.viewFrustum());
+                                          project().viewFrustum());
     EXPECT_THAT(readBytes(folderName + "CameraParameters.txt"),
                 testing::EndsWith("Current view mode => dynamic pyramid node selection (increase "
                                   "closer to camera) \r\n"));
