@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <string>
 
 /// Stand-in for the host SDK's wide string.
@@ -21,7 +20,7 @@ public:
     }
     friend OdString operator+(OdString head, const OdString& tail) { return head += tail; }
     /// Ordered by the characters' numbers.
-    auto operator<=>(const OdString&) const = default;
+    bool operator<(const OdString& other) const { return text_ < other.text_; }
     bool operator==(const OdString&) const = default;
 
 private:

@@ -8,7 +8,7 @@
 #include "platform/OdOPMExtensionManager.h"
 #include "platform/PcDbPointCloud.h"
 #include "platform/PcDbPointCloudDef.h"
-#include "support/HostScene.h"
+#include "support/ViewFixture.h"
 #include "tree/disk/PointTreeLayout.h"
 
 namespace vpc::test {
@@ -26,7 +26,7 @@ OPMVariant number(OdInt64 value) {
 }
 
 /// The palette's extension and an entity in a drawing.
-class OPMPointCloudPropertiesTest : public testing::Test {
+class OPMPointCloudPropertiesTest : public ViewTest {
 protected:
     OPMPointCloudPropertiesTest() {
         cloud.setDatabase(&drawing);
@@ -49,7 +49,7 @@ protected:
         EXPECT_NE(found, value == untouched);
         return found ? value : none;
     }
-    bool set(int id, const OPMVariant& value) {
+    bool edit(int id, const OPMVariant& value) {
         const bool done = palette.setPropertyValue(&cloud, id, L"", value);
         EXPECT_FALSE(cloud.isWriteEnabled());
         return done;
@@ -144,20 +144,20 @@ TEST_F(OPMPointCloudPropertiesTest, EditsAreReadBack) {
         {11, OPMVariant(false), OPMVariant(false)},
         {12, OPMVariant(true), OPMVariant(true)},
     };
-    for (const auto& edit : edits) {
-        EXPECT_TRUE(set(edit.id, edit.value)) << edit.id;
-        EXPECT_EQ(value(edit.id), edit.readBack) << edit.id;
+    for (const auto& e : edits) {
+        EXPECT_TRUE(edit(e.id, e.value)) << e.id;
+        EXPECT_EQ(value(e.id), e.readBack) << e.id;
     }
     EXPECT_EQ(cloud.location(), OdGePoint3d(-10.5, 20.5, 1e300));
     EXPECT_EQ(cloud.stylizationType(), 1);
     EXPECT_EQ(cloud.getCurrentColorScheme(), L"9B45EA40-176A-46B5-9470-1FA6A7880EE3");
 
-    set(3, text(L"Intensity"));
+    edit(3, text(L"Intensity"));
     EXPECT_EQ(cloud.stylizationType(), 5);
-    set(3, text(L"Elevation"));
+    edit(3, text(L"Elevation"));
     EXPECT_EQ(cloud.stylizationType(), 4);
     for (const wchar_t* name : {L"Scan", L"blues", L""}) {
-        EXPECT_TRUE(set(4, text(L"Blues")) && set(4, text(name)));
+        EXPECT_TRUE(edit(4, text(L"Blues")) && edit(4, text(name)));
         EXPECT_EQ(cloud.getCurrentColorScheme(), L"") << name;
     }
 }
@@ -180,7 +180,7 @@ TEST_F(OPMPointCloudPropertiesTest, RefusesWhatCannotBeSet) {
             if ((isText && type == OPMVariant::kString) ||
                 (isNumber && type == OPMVariant::kDouble) || (isTruth && type == OPMVariant::kBool))
                 continue;
-            EXPECT_FALSE(set(id, wrong)) << id << " by a value of type " << type;
+            EXPECT_FALSE(edit(id, wrong)) << id << " by a value of type " << type;
         }
     }
     EXPECT_EQ(all(), before);
@@ -199,22 +199,20 @@ TEST_F(OPMPointCloudPropertiesTest, KnowsNothingOfOtherEntities) {
 }
 
 TEST_F(OPMPointCloudPropertiesTest, TellsOfTheLoadedPoints) {
-    const HostScene scene;
-    PcCorePointSet points;
-    ASSERT_TRUE(points.loadProjectFromFile(scene.name()));
-    definition.setPointSet(&points);
+    load(1000);
+    definition.setPointSet(&set);
     drawing.setINSUNITS(OdDb::kUnitsMillimeters);
-    const auto shown = viewFromAbove(points, scene.name());
+    const auto shown = update(overview);
     EXPECT_EQ(value(15), text(L"Meters"));
     EXPECT_EQ(value(16), OPMVariant(1000.0));
-    EXPECT_EQ(value(17), number(static_cast<OdInt64>(scene.points.size())));
+    EXPECT_EQ(value(17), number(1000));
     EXPECT_EQ(value(18), number(static_cast<OdInt64>(shown)));
     cloud.setDatabase(nullptr);
     EXPECT_EQ(value(16), none);
 
     cloud.setDatabase(&drawing);
-    scene.patch(PointTreeLayout::hostValuePosition, 21);
-    ASSERT_TRUE(points.loadProjectFromFile(scene.name()));
+    patch(PointTreeLayout::hostValuePosition, 21);
+    ASSERT_TRUE(set.loadProjectFromFile(name()));
     EXPECT_EQ(value(15), text(L"Undefined"));
     EXPECT_EQ(value(16), OPMVariant(1.0));
 }
