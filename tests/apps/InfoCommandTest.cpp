@@ -69,7 +69,7 @@ TEST_F(InfoCommandTest, RefusesWhatItCannotRead) {
     EXPECT_THAT(vpc::test::runProgram({"info", "t.las"}, folder.path()).err,
                 HasSubstr("not named '.vpt'"));
     image.patch(image.nodes[3].members[9], 1ULL << 60);
-    EXPECT_THAT(info().err, HasSubstr("node record leads out"));
+    EXPECT_THAT(info().err, HasSubstr("a node record is missing"));
     image.bytes.resize(130);
     EXPECT_THAT(info().err, HasSubstr("'t.vpt' is too short"));
     EXPECT_EQ(info().status, 1);

@@ -380,7 +380,7 @@ TEST_F(ViewCommandTest, SaysWhatIsWrongWithAFile) {
         EXPECT_EQ(result.status, 1);
         EXPECT_THAT(result.err, HasSubstr(text));
     };
-    fail(whole.substr(0, 1000), "'b.vpt' is damaged and cannot be loaded");
+    fail(whole.substr(0, 1000), "'b.vpt' cannot be loaded: it is damaged");
     fail('\x08' + whole.substr(1), "b.vpt vpt version is 8 but software expects version 9");
 }
 

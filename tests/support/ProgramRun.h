@@ -23,12 +23,13 @@ struct ProgramResult {
     std::string err;
 };
 
-/// One run of the program with the given arguments, in a folder; it starts at once.
+/// One run of `vpc`, or of another program, with the given arguments, in a folder; it starts at
+/// once.
 class ProgramRun {
 public:
     ProgramRun(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-               rlim_t largestFile = RLIM_INFINITY) {
-        std::vector<std::string> words = {VPC_PROGRAM};
+               rlim_t largestFile = RLIM_INFINITY, const std::string& program = VPC_PROGRAM) {
+        std::vector<std::string> words = {program};
         words.insert(words.end(), arguments.begin(), arguments.end());
         std::vector<char*> argv;
         for (std::string& word : words) argv.push_back(word.data());
