@@ -125,6 +125,8 @@ std::vector<VpcPoint3D> ExportCommand::ReadPoints() const {
     const unsigned long long level =
         levelText_.empty() ? levels - 1 : parseLevel(levelText_, levels);
     const VpcDiskTreeQuerier querier(hostString(file_));
+    if (!querier.isOpen())
+        throw CommandError("'" + file_ + "' " + FileTools::ToNativePath(querier.fault()));
     return LevelPoints::Read(querier.fileName(), querier.header(), level);
 }
 

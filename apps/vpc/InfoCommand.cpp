@@ -30,7 +30,11 @@ struct Box {
 Box rootBox(VpcDiskTreeQuerier& querier) {
     OdGePoint3d min;
     OdGePoint3d max;
-    if (!querier.rootNodeExtents(min, max)) return {};
+    if (!querier.rootNodeExtents(min, max)) {
+        if (querier.header().levels == 0) return {};
+        throw CommandError("'" + FileTools::ToNativePath(querier.fileName()) +
+                           "' cannot be read; see vpc verify");
+    }
     return {{min.x, min.y, min.z}, {max.x, max.y, max.z}};
 }
 

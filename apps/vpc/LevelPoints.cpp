@@ -11,8 +11,8 @@ namespace {
 
 [[noreturn]] void refuseDamaged(const wxString& file) {
     throw CommandError("'" + FileTools::ToNativePath(file) +
-                       "' is damaged: it does not hold the points that its node records claim; "
-                       "see vpc verify");
+                       "' is damaged or cannot be read: the points that its node records claim are "
+                       "missing; see vpc verify");
 }
 
 }  // namespace

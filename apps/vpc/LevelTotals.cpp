@@ -23,7 +23,8 @@ std::vector<LevelTotals> LevelTotals::Count(const wxString& file, const PointTre
     }
     if (reader.Failed())
         throw CommandError("'" + FileTools::ToNativePath(file) +
-                           "' is damaged: a node record leads out of it; see vpc verify");
+                           "' is damaged or cannot be read: a node record is missing; see vpc "
+                           "verify");
     return levels;
 }
 

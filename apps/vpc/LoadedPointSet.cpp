@@ -12,6 +12,7 @@
 #include "core/util/StringTools.h"
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
+#include "tree/disk/VpcDiskTree.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace vpc {
@@ -52,8 +53,8 @@ LoadedPointSet::LoadedPointSet(const std::string& file) : file_(file) {
     }
     if (set_ == nullptr)
         throw CommandError("'" + file +
-                           "' is damaged and cannot be loaded; see vpc verify, and get a complete "
-                           "copy or prepare it anew");
+                           "' cannot be loaded: it is damaged or cannot be read; see vpc verify, "
+                           "and get a complete copy or prepare it anew");
 }
 
 LoadedPointSet::~LoadedPointSet() {
@@ -78,7 +79,8 @@ void LoadedPointSet::SetBudget(unsigned long long points) {
 
 CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const {
     OdGePoint3d low, high;
-    Core().readDataMinMax(AbsoluteName(), low, high);
+    const bool hasRoot = !Core().GetNodePointSummary().empty();
+    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
     CameraOptions::Corners corners;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         OdGePoint3d corner((i & 1) != 0 ? high.x : low.x, (i & 2) != 0 ? high.y : low.y,
@@ -93,6 +95,14 @@ void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix
     set_->updateVisiblePoints(matrix, toPoint(camera.eye), toPoint(camera.target),
                               toVector(camera.up), camera.fieldWidth, camera.fieldHeight,
                               camera.viewport.width, camera.viewport.height, camera.perspective);
+    // A host's view goes on with the points that could be read; here they would pass for all.
+    if (Core().projectManager()->tree()->LacksPoints()) FailReading();
+}
+
+void LoadedPointSet::FailReading() const {
+    throw CommandError("'" + file_ +
+                       "' can no longer be read in full: it has changed or its disk fails; see vpc "
+                       "verify");
 }
 
 ViewReport LoadedPointSet::Report(double updateSeconds) const {

@@ -31,7 +31,8 @@ public:
     /// Sets the host's variable for the points to show at most. Throws CommandError where there is
     /// not the memory for so many.
     void SetBudget(unsigned long long points);
-    /// The corners of the box around all points, as `matrix` places them in the world.
+    /// The corners of the box around all points, as `matrix` places them in the world. This and
+    /// Update throw CommandError where the file cannot be read any more.
     CameraOptions::Corners Corners(const OdGeMatrix3d& matrix) const;
     /// Shows the view that a camera has of the points, which `matrix` places in the world.
     void Update(const ViewCamera& camera, const OdGeMatrix3d& matrix);
@@ -48,6 +49,7 @@ private:
     /// What goes beyond the host's interface.
     PcCorePointSet& Core() const { return static_cast<PcCorePointSet&>(*set_); }
     OdString AbsoluteName() const;
+    [[noreturn]] void FailReading() const;
 
     std::string file_;
     PcDbPointCloudDefImplPE extension_;

@@ -189,11 +189,17 @@ void PrepareCommand::LogStart() const {
 }
 
 void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
+    const std::string written = "'" + options_.output + "' was written but ";
+    const std::string see = "; check its disk, then see vpc verify";
     const VpcDiskTreeQuerier querier(StringTools::ToOdString(fullPath(options_.output)));
     if (!querier.isOpen())
-        throw CommandError("'" + options_.output + "' was written but " +
-                           FileTools::ToNativePath(querier.fault()));
-    const auto levels = LevelTotals::Count(querier.fileName(), querier.header());
+        throw CommandError(written + FileTools::ToNativePath(querier.fault()) + see);
+    std::vector<LevelTotals> levels;
+    try {
+        levels = LevelTotals::Count(querier.fileName(), querier.header());
+    } catch (const CommandError&) {
+        throw CommandError(written + "cannot be read" + see);
+    }
     const auto nodes = std::accumulate(
         levels.begin(), levels.end(), 0ULL,
         [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });

@@ -29,9 +29,13 @@ void requireTreeFile(const std::string& file) {
     if (stat(file.c_str(), &status) != 0)
         refuse("cannot be read (" + std::generic_category().message(errno) + "); check the name");
     if (!S_ISREG(status.st_mode)) refuse("is no regular file; name a tree file");
-    if (!FileHandle(std::fopen(file.c_str(), "rb")))
-        refuse("cannot be read (" + std::generic_category().message(errno) +
-               "); change its permissions");
+    const auto reason = [] { return std::generic_category().message(errno); };
+    const FileHandle handle(std::fopen(file.c_str(), "rb"));
+    if (handle == nullptr) refuse("cannot be read (" + reason() + "); change its permissions");
+    // What comes after would take a disk that fails for a damaged file.
+    char first = 0;
+    if (std::fread(&first, 1, 1, handle.get()) == 0 && std::ferror(handle.get()) != 0)
+        refuse("cannot be read (" + reason() + "); check its disk or network");
 }
 
 }  // namespace vpc

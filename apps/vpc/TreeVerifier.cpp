@@ -72,6 +72,7 @@ void TreeVerifier::CheckHeaderValues() {
     FileWindow file(querier_.fileName());
     const char* bytes = file.Bytes(0, Layout::sourceNamesPosition);
     unsigned long long treeType = 0;
+    if (bytes == nullptr) fault("it cannot be read");
     if (bytes != nullptr) std::memcpy(&treeType, bytes + Layout::treeTypePosition, sizeof treeType);
     if (treeType > 1) fault("the tree type is " + std::to_string(treeType) + ", not 0 or 1");
     if (bytes != nullptr && bytes[Layout::flagPosition] != 0) fault("the flag is not 0");
@@ -166,6 +167,9 @@ void TreeVerifier::CheckPointBlocks() {
     PointBlockVerifier blocks(querier_.fileName(), pointData_, findings_);
     NodeRecord record;
     while (reader.Next(record)) blocks.Add(record);
+    if (reader.Failed())
+        findings_.Add("record", nodeName(reader.Level(), reader.Index()) +
+                                    " has a record that cannot be read again");
     blocks.Finish();
 }
 

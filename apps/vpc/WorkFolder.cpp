@@ -1,5 +1,7 @@
 #include "WorkFolder.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -17,6 +19,8 @@ WorkFolder::WorkFolder(const std::string& parent) : path_(parent + "/vpc-work-XX
 }
 
 WorkFolder::~WorkFolder() {
+    // Mostly it is empty, and then needs not be opened, for which there may be no descriptor left.
+    if (rmdir(path_.c_str()) == 0) return;
     std::error_code ignored;  // nothing is left to be done about a folder that cannot be removed
     std::filesystem::remove_all(path_, ignored);
 }

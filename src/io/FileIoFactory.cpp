@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
+#include <utility>
 
 #include <wx/filename.h>
 #include <wx/log.h>
@@ -57,6 +59,7 @@ private:
     const ScanProgress& progress_;
     unsigned long long pointsKnown_;
     bool hasBox_ = false;
+    bool isFirst_ = true;
 };
 
 bool BoundingBoxPass::Read(const wxString& file) {
@@ -64,6 +67,10 @@ bool BoundingBoxPass::Read(const wxString& file) {
         failure = reader_.errorMessage;
         return false;
     }
+    if (std::exchange(isFirst_, false)) summary.firstFileOpened = reader_.opened;
+    if (!reader_.opened)
+        appendLine(warnings,
+                   wxString::Format(wxGetTranslation("%s cannot be opened and is left out"), file));
     unsigned long long delivered = 0;
     bool goesOn = CountIsPossible(file);
     while (goesOn && reader_.pointsRemaining != 0) {
@@ -130,11 +137,15 @@ std::unique_ptr<FileParentIO> FileIoFactory::Create(VpcDataFormat format,
 }
 
 bool FileIoFactory::DetermineIs16bitColor(const std::vector<wxString>& files, VpcDataFormat format,
-                                          wxString& /*message*/) {
+                                          wxString& /*message*/, bool openedBefore) {
     const wxLogNull noPopUps;
     const auto reader = Create(format, defaultBatchCapacity);
     if (reader == nullptr || files.empty()) return false;
-    if (reader->initializeRead(files.front()) == nullptr) return false;
+    const bool valid = reader->initializeRead(files.front()) != nullptr;
+    if (openedBefore && !reader->opened)
+        throw std::runtime_error(FileTools::ToNativePath(files.front()) +
+                                 " can no longer be opened");
+    if (!valid) return false;
     reader->nextPointBatch();
     reader->closeRead();
     return (reader->maxRed | reader->maxGreen | reader->maxBlue) >= 256;

@@ -23,8 +23,11 @@ public:
                                                 unsigned long long batchCapacity);
     /// True when a colour channel in the first batch of the first file exceeds 255. Takes a known
     /// format and at least one file; leaves `message` alone.
+    ///
+    /// \param openedBefore the first file could be opened: that it cannot be any more throws
+    ///                     std::runtime_error, as a read error does
     static bool DetermineIs16bitColor(const std::vector<wxString>& files, VpcDataFormat format,
-                                      wxString& message);
+                                      wxString& message, bool openedBefore = false);
     /// Sets `box` to the common bounding box of all points of all files; a file that delivers no
     /// point with finite coordinates adds nothing, and where none does `box` stays as it was.
     ///

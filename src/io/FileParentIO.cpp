@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <stdexcept>
 #include <system_error>
 
 #include "core/geometry/VpcNumMathTools.h"
@@ -42,8 +43,15 @@ void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, doub
     if (intensity > maxIntensity) maxIntensity = intensity;
 }
 
+void FileParentIO::FailReading() const {
+    throw std::runtime_error(FileTools::ToNativePath(fileName) +
+                             " cannot be read to its end, the system reports a read error; check "
+                             "its disk or network");
+}
+
 void FileParentIO::BeginFile(const wxString& path) {
     fileName = path;
+    opened = false;
     errorMessage.clear();
     fileBytes_ = sizeOfFile(path);
     EmptyExtent();

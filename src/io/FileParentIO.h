@@ -37,7 +37,8 @@ public:
     FileParentIO& operator=(const FileParentIO&) = delete;
     virtual ~FileParentIO() = default;
 
-    /// Opens the file and prepares the counters. Returns pointBuffer, or null on failure.
+    /// Opens the file and prepares the counters. Returns pointBuffer, or null on failure. This and
+    /// nextPointBatch throw std::runtime_error where the system cannot read on.
     virtual VpcPoint3D* initializeRead(wxString path) = 0;
     /// Reads and checks the header of formats that have one; true when it is valid.
     virtual bool readHeader(wxString path, bool closeAfterHeader) = 0;
@@ -98,6 +99,8 @@ public:
     int scanIndex = -1;
     /// The file being read.
     wxString fileName;
+    /// Whether it could be opened.
+    bool opened = false;
     std::uint16_t maxRed = 0;
     std::uint16_t maxGreen = 0;
     std::uint16_t maxBlue = 0;
@@ -118,6 +121,9 @@ public:
     unsigned long long impossibleCount = 0;
 
 protected:
+    /// Throws std::runtime_error for a file that the system cannot read on. To go on with what came
+    /// before would be to lose the rest of the points, or to make them up.
+    [[noreturn]] void FailReading() const;
     /// Starts on another file: everything that is kept per file is as in a new reader.
     void BeginFile(const wxString& path);
     /// Notes a count that cannot be true.

@@ -107,6 +107,8 @@ bool LasIO::ReadHeaderBlock(const wxString& path) {
     if (!stream.StreamOpen(path, FileModeRead))
         return Fail(wxString::Format(wxGetTranslation("ERROR: cannot open las file %s"), path));
     stream.ReadFileBlock2Buffer(0, headerBlockBytes);
+    if (stream.HasSystemError())
+        return Fail(wxString::Format(wxGetTranslation("ERROR: cannot read las file %s"), path));
     stream.StreamClearState();  // most files are shorter than the block, or may be
     if (stream.LastBlockSize() < 4 || std::memcmp(stream.bufferStart, "LASF", 4) != 0)
         return Fail(wxGetTranslation("\n input file is not a las file!"));
@@ -177,6 +179,7 @@ VpcPoint3D* LasIO::initializeRead(wxString path) {
         stream.StreamClose();
         return nullptr;
     }
+    opened = true;
     bytesPerBatch = pointDataRecordLength * batchCapacity;
     // A file that is smaller than one batch needs no more room than it has bytes.
     const unsigned long long fileBytes = stream.StreamSize();
@@ -214,6 +217,7 @@ unsigned long long LasIO::nextPointBatch() {
 /// Reads the next block of the file; returns the whole records that came.
 unsigned long long LasIO::ReadBlock() {
     stream.ReadFileBlock2Buffer(offsetToPointData + batchIndex * bytesPerBatch, blockBytes_);
+    if (stream.HasSystemError()) FailReading();
     stream.StreamClearState();  // the last block is mostly a short one
     return pointDataRecordLength == 0 ? 0 : stream.LastBlockSize() / pointDataRecordLength;
 }

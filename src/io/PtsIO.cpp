@@ -10,11 +10,17 @@
 VpcPoint3D* PtsIO::initializeRead(wxString path) {
     BeginFile(path);
     numberOfPoints = 0;
-    tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(path, 1));
+    tokensPerLine = 0;
     hasMoreBlocks = false;
     // One point stays to be asked for when the text has no count, and it is delivered.
     pointsRemaining = 1;
-    if (OpenStream()) InitializeView();
+    if (OpenStream()) {
+        tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(stream.get(), 1));
+        // Unlike rewind, this does not forget a read error.
+        if (std::fseek(stream.get(), 0, SEEK_SET) != 0) FailReading();
+        InitializeView();
+        RequireReadable();
+    }
     return pointBuffer;
 }
 
@@ -48,6 +54,7 @@ unsigned long long PtsIO::nextPointBatch() {
     if (pointsRemaining == 0) InitializeView();
     // After the count of a following block as well, whose points only widen the extent.
     ++batchIndex;
+    RequireReadable();
     return n;
 }
 

@@ -30,6 +30,7 @@ VpcPoint3D* PtxIO::initializeRead(wxString path) {
     pointsInBatch = 0;
     pointsRemaining = 1;
     if (OpenStream()) InitializeView();
+    RequireReadable();
     return pointBuffer;
 }
 
@@ -131,6 +132,7 @@ unsigned long long PtxIO::nextPointBatch() {
     if (pointsRemaining == 0) InitializeView();
     // After the header of a following scan as well, whose points only widen the extent.
     ++batchIndex;
+    RequireReadable();
     return pointsInBatch;
 }
 

@@ -13,6 +13,8 @@ struct ScanSummary {
     unsigned long long pointsWithoutValues = 0;
     /// Points that LAS headers claim beyond the records that their files hold.
     unsigned long long missingRecords = 0;
+    /// Whether the first file could be opened. Text files that cannot are left out.
+    bool firstFileOpened = false;
 };
 
 /// Called after every batch with the points read so far and the points known to come in all (a

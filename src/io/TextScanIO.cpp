@@ -6,7 +6,8 @@ bool TextScanIO::OpenStream() {
     stream.reset();
     stream.reset(std::fopen(FileTools::ToNativePath(fileName).c_str(), "r+"));
     scanner_.Attach(stream.get());
-    return stream != nullptr;
+    opened = stream != nullptr;
+    return opened;
 }
 
 bool TextScanIO::closeRead() {

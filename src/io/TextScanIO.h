@@ -19,6 +19,10 @@ public:
 protected:
     /// Opens fileName for reading and update; false when that fails.
     bool OpenStream();
+    /// Throws where a read of the file has failed: to the scanner that is like the text's end.
+    void RequireReadable() const {
+        if (stream != nullptr && std::ferror(stream.get()) != 0) FailReading();
+    }
 
     vpc::TextScanner scanner_;
 };

@@ -52,7 +52,7 @@ TEST_F(InfoCommandTest, RefusesWhatItCannotRead) {
         expectFailure("info t.vpt", 1, text);
     };
     image.patch(image.nodes[3].members[9], 1ULL << 60);
-    expect("node record leads out");
+    expect("a node record is missing");
     image.bytes.resize(130);
     expect("'t.vpt' is too short");
     image.patch(0, 8ULL);

@@ -14,8 +14,8 @@ namespace {
 /// The points of a tree file's deepest level.
 std::size_t pointsIn(const std::string& file) {
     std::size_t points = 0;
-    for (const TreeNode& node : TreeFile(readBytes(file)).levels.back())
-        points += node.points.size();
+    const TreeFile tree(readBytes(file));
+    for (const TreeNode& node : tree.levels.back()) points += node.points.size();
     return points;
 }
 
@@ -58,15 +58,16 @@ private:
     std::string file_;
 };
 
-TEST(Misuse, AScanThatVanishesIsTold) {
+TEST(Misuse, AScanThatVanishesEndsTheRun) {
     const PrepareFolder folder;
     writeLas(folder.scan("a.las"), {}, makeCloud({}));
     writeLas(folder.scan("b.las"), {}, makeCloud({}));
     Remover remover(folder.scan("b.las"));
     const auto result = prepare({folder.scan("a.las"), folder.scan("b.las")}, folder.work(),
                                 folder.output(), {}, &remover);
-    EXPECT_TRUE(result.success);
-    EXPECT_NE(result.message.find("1000 points could not be read a second time"), wxString::npos);
+    EXPECT_FALSE(result.success);
+    EXPECT_NE(result.message.find("gave 2000 points at first and 1000 when"), wxString::npos);
+    EXPECT_FALSE(std::filesystem::exists(folder.output()));
 }
 
 TEST(Misuse, CoordinatesOutOfAllBoundsAreLeftOut) {

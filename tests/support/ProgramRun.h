@@ -27,13 +27,14 @@ struct ProgramResult {
     std::string err;
 };
 
-/// One run of the program in a folder; it starts at once.
+/// One run of a program in a folder; it starts at once.
 class ProgramRun {
 public:
     /// \param commandLine  words between blanks; within double quotes they may hold blanks
+    /// \param program      `vpc`, or another one
     ProgramRun(const std::string& commandLine, const std::filesystem::path& folder,
-               rlim_t largestFile = RLIM_INFINITY) {
-        std::vector<std::string> words = {VPC_PROGRAM};
+               rlim_t largestFile = RLIM_INFINITY, const std::string& program = VPC_PROGRAM) {
+        std::vector<std::string> words = {program};
         std::istringstream line(commandLine);
         for (std::string word; line >> std::quoted(word);) words.push_back(word);
         std::vector<char*> argv;

@@ -194,7 +194,8 @@ TEST_F(PcCoreVisibleNodeManagerTest, PicksAmongUndefinedPoints) {
     load(3000);
     std::string bytes = readBytes(folder.output());
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    for (const TreeNode& node : folder.tree().levels.back())
+    const TreeFile tree = folder.tree();
+    for (const TreeNode& node : tree.levels.back())
         for (Word i = 0; i < node.pointCount; i += 3)
             std::memcpy(&bytes[node.listPosition + PointRecord::size * i], &nan, sizeof nan);
     writeBytes(folder.output(), bytes);

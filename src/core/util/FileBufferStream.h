@@ -56,6 +56,9 @@ public:
     void StreamClose();
     /// True while no operation has failed, the last StreamClose included.
     bool IsStreamGood() const { return !failed_; }
+    /// True when the system could not move bytes of the open file, which the end of the file is
+    /// not. StreamClearState does not forget it.
+    bool HasSystemError() const { return file_ != nullptr && std::ferror(file_) != 0; }
     /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
     /// cut short.
     void StreamClearState() { failed_ = false; }

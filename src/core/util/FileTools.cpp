@@ -42,21 +42,24 @@ std::uint32_t codeUnit(const unsigned char* bytes, const TextEncoding& encoding)
     return unit;
 }
 
+vpc::FileHandle openToRead(const wxString& path) {
+    return vpc::FileHandle(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
+}
+
 /// Hands `use` the code units of a text file until it returns false.
 template <class Use>
-void forEachUnit(const wxString& path, const Use& use) {
-    const vpc::FileHandle file(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
-    if (!file) return;
+void forEachUnit(std::FILE* file, const Use& use) {
+    if (file == nullptr) return;
     // A multiple of every unit size, so that no unit is torn.
     constexpr std::size_t pieceSize = std::size_t{1} << 16U;
     std::vector<unsigned char> piece(pieceSize);
-    std::size_t size = std::fread(piece.data(), 1, pieceSize, file.get());
+    std::size_t size = std::fread(piece.data(), 1, pieceSize, file);
     const TextEncoding encoding = detectEncoding(piece.data(), size);
     std::size_t at = encoding.markSize;
     while (size > 0) {
         for (; at + encoding.unitSize <= size; at += encoding.unitSize)
             if (!use(codeUnit(&piece[at], encoding))) return;
-        size = std::fread(piece.data(), 1, pieceSize, file.get());
+        size = std::fread(piece.data(), 1, pieceSize, file);
         at = 0;
     }
 }
@@ -151,11 +154,15 @@ bool FileTools::RenameFile(const wxString& from, const wxString& to) {
 
 unsigned long long FileTools::CountTokensOnLine(const wxString& path,
                                                 unsigned long long lineIndex) {
+    return CountTokensOnLine(openToRead(path).get(), lineIndex);
+}
+
+unsigned long long FileTools::CountTokensOnLine(std::FILE* file, unsigned long long lineIndex) {
     LineEnds lineEnds;
     unsigned long long line = 0;
     unsigned long long tokens = 0;
     bool inToken = false;
-    forEachUnit(path, [&](std::uint32_t unit) {
+    forEachUnit(file, [&](std::uint32_t unit) {
         const LineEnds::Kind kind = lineEnds.Next(unit);
         if (kind == LineEnds::Kind::LineEnd) return line++ < lineIndex;
         if (kind == LineEnds::Kind::Skipped || line < lineIndex) return true;
@@ -171,7 +178,7 @@ unsigned long long FileTools::CountLinesInFile(const wxString& path) {
     LineEnds lineEnds;
     unsigned long long lines = 0;
     bool openLine = false;
-    forEachUnit(path, [&](std::uint32_t unit) {
+    forEachUnit(openToRead(path).get(), [&](std::uint32_t unit) {
         const LineEnds::Kind kind = lineEnds.Next(unit);
         if (kind != LineEnds::Kind::Skipped) openLine = kind == LineEnds::Kind::Text;
         if (kind == LineEnds::Kind::LineEnd) ++lines;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,8 @@ public:
     /// 0 where the file cannot be opened or has no such line. UTF-16 and UTF-32 are told by their
     /// byte order mark. Reads in pieces, however long a line is.
     static unsigned long long CountTokensOnLine(const wxString& path, unsigned long long lineIndex);
+    /// The same for an open file from its position on. A read error shows in the state of `file`.
+    static unsigned long long CountTokensOnLine(std::FILE* file, unsigned long long lineIndex);
     /// How many lines a text file has, a last one without line end included; 0 where it cannot
     /// be opened.
     static unsigned long long CountLinesInFile(const wxString& path);

@@ -2,6 +2,8 @@
 
 #include <exception>
 #include <memory>
+#include <stdexcept>
+#include <string>
 
 #include <wx/intl.h>
 #include <wx/translation.h>
@@ -94,7 +96,8 @@ TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString
             _("No valid input files (*.las, *.pts or *.ptx), so not able to preprocess "
               "point cloud"));
     if (!MeasureScans()) return failure(message_);
-    const bool is16bitColor = FileIoFactory::DetermineIs16bitColor(inputFiles_, format_, message_);
+    const bool is16bitColor = FileIoFactory::DetermineIs16bitColor(inputFiles_, format_, message_,
+                                                                   summary_.firstFileOpened);
 
     VpcConstructTree tree(workingFolder, treeType, maxPointsPerNode, maxLevel, is16bitColor,
                           pointMemory);
@@ -136,6 +139,11 @@ void PrepareRun::AddScans(VpcConstructTree& tree) {
     const std::unique_ptr<FileParentIO> reader(
         FileIoFactory::Create(format_, FileIoFactory::defaultBatchCapacity));
     for (std::size_t i = 0; i < inputFiles_.size(); ++i) AddScan(*reader, i, tree);
+    // A scan that has changed since it was measured, or cannot be opened any more.
+    if (pointsRead_ != summary_.points)
+        throw std::runtime_error("the scans gave " + std::to_string(summary_.points) +
+                                 " points at first and " + std::to_string(pointsRead_) +
+                                 " when they were read again; nothing may change them meanwhile");
     tree.maxRed = reader->maxRed;
     tree.maxGreen = reader->maxGreen;
     tree.maxBlue = reader->maxBlue;
@@ -171,10 +179,6 @@ void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long co
 }
 
 void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
-    if (pointsRead_ < summary_.points)
-        AddNote(wxString::Format(_("%llu points could not be read a second time and were left out: "
-                                   "have the scans changed?"),
-                                 summary_.points - pointsRead_));
     if (nonFinitePoints_ != 0)
         AddNote(wxString::Format(_("%llu points with a coordinate that is no finite number, or is "
                                    "out of all bounds, were "

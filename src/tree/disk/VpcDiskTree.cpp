@@ -219,7 +219,8 @@ std::span<const char> VpcDiskTree::ReadPointRecords(unsigned long long position,
     stream_->StreamSeek(position);
     stream_->ReadCharArray2File(stream_->bufferStart, bytes);
     if (stream_->IsStreamGood()) return {stream_->bufferStart, bytes};
-    // The file has become shorter since it was loaded.
+    // The file has become shorter since it was loaded, or its disk fails.
+    lacksPoints_ = true;
     const unsigned long long end = stream_->StreamPosition();
     const unsigned long long read = end > position ? std::min(end - position, bytes) : 0;
     return {stream_->bufferStart, read / recordSize * recordSize};
@@ -241,4 +242,5 @@ void VpcDiskTree::Clear() {
     vptVersion = 0;
     fileName_.clear();
     stream_.reset();
+    lacksPoints_ = false;
 }

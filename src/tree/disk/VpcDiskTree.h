@@ -72,6 +72,8 @@ public:
     /// Reads point records with one seek and one read: those that the file really has, whole ones
     /// only. They are valid until the next call.
     std::span<const char> ReadPointRecords(unsigned long long position, unsigned long long count);
+    /// Whether that ever gave fewer than were asked for: views since then may lack points.
+    bool LacksPoints() const { return lacksPoints_; }
 
 private:
     friend class VpcDiskNode;
@@ -109,4 +111,5 @@ private:
     std::pmr::monotonic_buffer_resource numbers_;
     /// Its buffer holds the points of one node.
     std::unique_ptr<FileBufferStream> stream_;
+    bool lacksPoints_ = false;
 };

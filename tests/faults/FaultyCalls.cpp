@@ -1,0 +1,189 @@
+// Comes before the C library (LD_PRELOAD) and lets calls of a program fail. The variable FAULTS
+// says which: KIND WAY N REPORT FOLDER. Of the calls of that kind (open, read, write, rename) that
+// are about files below the folder, the N-th fails: "once", "lasting" (those after it as well) or
+// "half" (after half of its bytes). How many there were is written to the file REPORT at the end.
+//
+// The C library's calls within itself cannot be met: a buffered file fails where a program reads
+// it, writes it, or has its buffer written by a seek or by closing it.
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <stdio_ext.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace {
+
+struct Plan {
+    Plan() {
+        const char* text = std::getenv("FAULTS");
+        std::istringstream(text != nullptr ? text : "") >> kind >> way >> call >> report >> folder;
+    }
+    ~Plan() { std::ofstream(report) << seen; }
+    std::string kind, way, report, folder;
+    long call = 0, seen = 0;
+};
+
+Plan& plan() {
+    static Plan instance;
+    return instance;
+}
+[[maybe_unused]] const Plan& fromTheStart = plan();
+
+std::string target(const std::string& link) {
+    char path[PATH_MAX];
+    const ssize_t size = readlink(link.c_str(), path, sizeof path);
+    return {path, size > 0 ? static_cast<std::size_t>(size) : 0};
+}
+std::string fileOf(int descriptor) {
+    return target("/proc/self/fd/" + std::to_string(descriptor));
+}
+std::string fileOf(int folder, const char* path) {
+    if (path[0] == '/') return path;
+    return (folder == AT_FDCWD ? target("/proc/self/cwd") : fileOf(folder)) + "/" + path;
+}
+
+/// Counts a call that is to move `bytes` bytes. Returns false, with the error set, when it fails;
+/// `bytes` is then what it moves all the same.
+bool succeeds(const char* kind, const std::string& file, std::size_t& bytes) {
+    Plan& p = plan();
+    // Half of a single value is no other case than none of it.
+    const bool counts = p.kind == kind && file.rfind(p.folder + "/", 0) == 0 &&
+                        (p.way != "half" || bytes > sizeof(double));
+    if (!counts) return true;
+    ++p.seen;
+    if (p.seen < p.call || (p.seen > p.call && p.way != "lasting")) return true;
+    bytes = p.way == "half" ? bytes / 2 : 0;
+    errno = p.kind == "write" ? ENOSPC : p.kind == "read" ? EIO : EACCES;
+    return false;
+}
+
+/// What the C library has under a name.
+template <class Function>
+Function* real(Function*, const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+#define REAL(function) real(&function, #function)
+
+template <class Call>
+auto unlessFails(const char* kind, const std::string& file, const Call& call,
+                 decltype(call()) failure) {
+    std::size_t none = 0;
+    return succeeds(kind, file, none) ? call() : failure;
+}
+
+/// A call on a descriptor, which says itself how many bytes it has moved.
+template <class Call>
+ssize_t moved(const char* kind, int descriptor, std::size_t bytes, const Call& call) {
+    if (!succeeds(kind, fileOf(descriptor), bytes) && bytes == 0) return -1;
+    return call(bytes);
+}
+
+template <class Call>
+std::size_t movedBuffered(const char* kind, std::FILE* file, std::size_t bytes, const Call& call) {
+    if (succeeds(kind, fileOf(fileno(file)), bytes)) return call(bytes);
+    const int reason = errno;
+    const std::size_t done = bytes != 0 ? call(bytes) : 0;
+    file->_flags |= _IO_ERR_SEEN;
+    errno = reason;
+    return done;
+}
+
+/// A call on parts of memory, of which half are left out where half the bytes shall move.
+template <class Call>
+ssize_t movedParts(int descriptor, int count, const Call& call) {
+    const auto scaled = static_cast<std::size_t>(count) * sizeof(iovec);
+    return moved("write", descriptor, scaled, [&](std::size_t bytes) {
+        return call(std::max(1, static_cast<int>(bytes / sizeof(iovec))));
+    });
+}
+
+bool canFlush(std::FILE* file) {
+    std::size_t none = 0;
+    if (__fpending(file) == 0 || succeeds("write", fileOf(fileno(file)), none)) return true;
+    file->_flags |= _IO_ERR_SEEN;
+    return false;
+}
+
+}  // namespace
+
+extern "C" {
+
+int openat(int folder, const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    const auto call = [&] { return REAL(openat)(folder, path, flags, mode); };
+    return unlessFails("open", fileOf(folder, path), call, -1);
+}
+int open64(const char* path, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return openat(AT_FDCWD, path, flags, mode);
+}
+std::FILE* fopen64(const char* path, const char* mode) {
+    const auto call = [&] { return REAL(fopen64)(path, mode); };
+    return unlessFails("open", fileOf(AT_FDCWD, path), call, nullptr);
+}
+char* mkdtemp(char* path) noexcept {
+    const auto call = [&] { return REAL(mkdtemp)(path); };
+    return unlessFails("open", fileOf(AT_FDCWD, path), call, nullptr);
+}
+int rename(const char* from, const char* to) noexcept {
+    const auto call = [&] { return REAL(rename)(from, to); };
+    return unlessFails("rename", fileOf(AT_FDCWD, to), call, -1);
+}
+
+ssize_t read(int file, void* data, std::size_t size) {
+    return moved("read", file, size, [&](std::size_t n) { return REAL(read)(file, data, n); });
+}
+ssize_t pread64(int file, void* data, std::size_t size, off64_t at) {
+    return moved("read", file, size,
+                 [&](std::size_t n) { return REAL(pread64)(file, data, n, at); });
+}
+ssize_t write(int file, const void* data, std::size_t size) {
+    return moved("write", file, size, [&](std::size_t n) { return REAL(write)(file, data, n); });
+}
+ssize_t writev(int file, const iovec* parts, int count) {
+    return movedParts(file, count, [&](int n) { return REAL(writev)(file, parts, n); });
+}
+ssize_t pwritev64(int file, const iovec* parts, int count, off64_t at) {
+    return movedParts(file, count, [&](int n) { return REAL(pwritev64)(file, parts, n, at); });
+}
+std::size_t fread(void* data, std::size_t size, std::size_t count, std::FILE* file) {
+    const auto call = [&](std::size_t n) { return REAL(fread)(data, 1, n, file); };
+    return movedBuffered("read", file, size * count, call) / size;
+}
+std::size_t fwrite(const void* data, std::size_t size, std::size_t count, std::FILE* file) {
+    const auto call = [&](std::size_t n) { return REAL(fwrite)(data, 1, n, file); };
+    return movedBuffered("write", file, size * count, call) / size;
+}
+int fseek(std::FILE* file, long offset, int whence) {
+    return canFlush(file) ? REAL(fseek)(file, offset, whence) : -1;
+}
+int fseeko64(std::FILE* file, off64_t offset, int whence) {
+    return canFlush(file) ? REAL(fseeko64)(file, offset, whence) : -1;
+}
+int fclose(std::FILE* file) {
+    const bool whole = canFlush(file);
+    const int reason = errno;
+    if (!whole) __fpurge(file);
+    const int result = REAL(fclose)(file);
+    if (!whole) errno = reason;
+    return whole ? result : EOF;
+}
+
+}  // extern "C"

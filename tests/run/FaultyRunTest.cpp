@@ -1,0 +1,154 @@
+#include <cstdlib>
+#include <map>
+#include <regex>
+
+#include <gtest/gtest.h>
+
+#include "support/ProgramRun.h"
+#include "support/ScanFiles.h"
+
+namespace vpc::test {
+
+namespace {
+
+const std::string older = "an older file";
+
+struct Job {
+    std::vector<std::string> arguments;
+    /// The file that it writes, if any.
+    std::string output;
+    std::string program = VPC_PROGRAM;
+};
+
+/// Runs programs again and again, each time with another of their calls failing: they do all that
+/// they do without it, or say that they fail and leave everything as it was.
+class FaultyRun : public testing::Test {
+protected:
+    using Files = std::map<std::string, std::string>;
+
+    FaultyRun() {
+        std::filesystem::create_directory(folder_.file("work"));
+        const std::vector<PointRecord> cloud = makeCloud({CloudShape::Uniform, 300, 1, 65535});
+        writeLas(folder_.file("a.las"), {}, cloud);
+        writePts(folder_.file("a.pts"), 7, {cloud});
+        writePts(folder_.file("b.pts"), 7, {cloud});
+        writePtx(folder_.file("a.ptx"), {{cloud}});
+    }
+    /// What `--gtest_output` tells of a passed test.
+    ~FaultyRun() override {
+        for (const auto& [kind, count] : counts_)
+            RecordProperty(kind, std::to_string(count.first) + " failed, " +
+                                     std::to_string(count.second) + " did all");
+    }
+
+    Files files() const {
+        Files found;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_.path()))
+            found[entry.path().string()] = entry.is_regular_file() ? readBytes(entry.path()) : "";
+        return found;
+    }
+
+    /// A run without what it prints of times.
+    ProgramResult run(const Job& job) const {
+        std::string commandLine;
+        for (const std::string& argument : job.arguments) commandLine += argument + " ";
+        ProgramResult result =
+            ProgramRun(commandLine, folder_.path(), RLIM_INFINITY, job.program).wait();
+        result.out = std::regex_replace(result.out, std::regex("  time .*|.*updateSeconds.*"), "");
+        return result;
+    }
+
+    ProgramResult runWith(const std::string& faults, const Job& job) {
+        const std::string report = report_.file("calls");
+        setenv("FAULTS", (faults + " " + report + " " + folder_.path().string()).c_str(), 1);
+        setenv("LD_PRELOAD", VPC_FAULTY_CALLS, 1);
+        // A sanitizer's findings must not have the status of the program's own failures.
+        setenv("ASAN_OPTIONS", "verify_asan_link_order=0:exitcode=99", 1);
+        const ProgramResult result = run(job);
+        for (const char* name : {"FAULTS", "LD_PRELOAD", "ASAN_OPTIONS"}) unsetenv(name);
+        calls_ = std::atol(readBytes(report).c_str());
+        return result;
+    }
+
+    void expectAllOrNothing(const Job& job) {
+        const auto prepare = [&] {
+            for (const auto& [name, bytes] : files())
+                if (before_.count(name) == 0) std::filesystem::remove_all(name);
+            if (!job.output.empty()) writeBytes(folder_.file(job.output), older);
+        };
+        before_ = files();
+        if (!job.output.empty()) before_[folder_.file(job.output)] = older;
+        prepare();
+        const ProgramResult good = run(job);
+        ASSERT_EQ(good.status, 0) << good.err;
+        const Files after = files();
+#if defined(__SANITIZE_ADDRESS__)
+        constexpr long everyCall = 29;  // what is slow shall look into memory, not for every case
+#else
+        constexpr long everyCall = 1;
+#endif
+        const std::pair<const char*, long> ways[] = {
+            {"once", everyCall}, {"lasting", 7 * everyCall}, {"half", everyCall}};
+        for (const std::string kind : {"open", "read", "write", "rename"})
+            for (const auto& [way, step] : ways)
+                for (long call = 1;; call += step) {
+                    const std::string faults = kind + " " + way + " " + std::to_string(call);
+                    SCOPED_TRACE(job.arguments.front() + " " + job.output + ": " + faults);
+                    prepare();
+                    const ProgramResult result = runWith(faults, job);
+                    if (calls_ < call && result.status == 0) break;
+                    ASSERT_GE(calls_, call) << result.status << result.err;
+                    const bool isDone = result.status == 0;
+                    ++(isDone ? counts_[kind].second : counts_[kind].first);
+                    EXPECT_TRUE(isDone || result.status == 1) << result.status << result.err;
+                    EXPECT_TRUE(isDone ? result.out == good.out : result.err + result.out != "");
+                    // Only the summary that follows can fail then.
+                    const bool isWritten = result.err.find("was written but") != std::string::npos;
+                    EXPECT_TRUE(files() == (isDone || isWritten ? after : before_)) << result.err;
+                }
+    }
+
+    TempFolder folder_;
+    TempFolder report_;
+    Files before_;
+    long calls_ = 0;
+    /// The runs of every kind that failed, and those that did all.
+    std::map<std::string, std::pair<int, int>> counts_;
+};
+
+}  // namespace
+
+TEST_F(FaultyRun, WritesATreeFileOrNothing) {
+    const std::vector<std::vector<std::string>> scans = {
+        {"200", "a.las"}, {"350", "a.pts", "b.pts"}, {"1000", "a.ptx"}};
+    for (const auto& names : scans) {
+        Job job{{"prepare", "--tree", "kd", "--work", "work", "-o", "o.vpt", "--max-points"},
+                "o.vpt"};
+        job.arguments.insert(job.arguments.end(), names.begin(), names.end());
+        expectAllOrNothing(job);
+    }
+}
+
+TEST_F(FaultyRun, WritesATreeFileThroughTemporaryFilesOrNothing) {
+    for (const char* memory : {"0", "1"})
+        expectAllOrNothing({{memory, "work/", "o.vpt"}, "o.vpt", VPC_SPILLING_PREPARE});
+}
+
+TEST_F(FaultyRun, ReadsATreeFileOrFails) {
+    ASSERT_EQ(run({{"prepare", "-o", "a.vpt", "--max-points", "200", "a.las"}, ""}).status, 0);
+    for (const Job& job :
+         std::vector<Job>{{{"info", "a.vpt"}, ""},
+                          {{"verify", "a.vpt"}, ""},
+                          {{"view", "a.vpt", "--points", "o.txt", "--report"}, "o.txt"},
+                          {{"view", "a.vpt", "--image", "o.png", "--size", "40x30"}, "o.png"},
+                          {{"pick", "a.vpt", "--at", "0,0,0", "--box", "1000"}, ""},
+                          {{"export", "a.vpt", "-o", "o.ply"}, "o.ply"}})
+        expectAllOrNothing(job);
+}
+
+TEST_F(FaultyRun, WritesASampleOrNothing) {
+    for (const char* output : {"o.las", "o.pts", "o.ptx"})
+        expectAllOrNothing({{"sample", output, "--points", "100"}, output});
+}
+
+}  // namespace vpc::test
