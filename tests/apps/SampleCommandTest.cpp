@@ -56,9 +56,7 @@ TEST_F(SampleCommandTest, FilesSayWhatThePointsAre) {
               10 + std::stoll(text) * std::stoll(text.substr(text.find('\n') + 1)));
 }
 
-TEST_F(SampleCommandTest, AFullDiskOrASignalLeavesNothing) {
-    expectFailure("sample a.las --points 100000", 1, "'a.las' cannot be written", 1000000);
-    EXPECT_TRUE(folder.holdsOnly({}));
+TEST_F(SampleCommandTest, ASignalLeavesNothing) {
     ProgramRun endless("sample a.pts --points 2000000000", folder.path());
     ASSERT_TRUE(ProgramRun::waitUntil([&] { return !folder.holdsOnly({}); }));
     endless.send(SIGINT);

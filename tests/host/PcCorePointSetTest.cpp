@@ -158,20 +158,6 @@ TEST_F(PcCorePointSetTest, PreparesAsTheDriverDoes) {
     EXPECT_EQ(high, toOd(root.boxMax));
 }
 
-TEST_F(PcCorePointSetTest, KeepsItsSettings) {
-    set.setDrawDensity(GiPc_DrawDensity_Low);
-    set.setUseFlatView(true);
-    set.setStylizationType(GiPc_Stylization_ELEVATION);
-    set.setColorScheme(GiPc_ColorScheme_Hydro);
-    set.setDrawGeometry(true);
-    EXPECT_EQ(set.drawDensity(), GiPc_DrawDensity_Low);
-    EXPECT_TRUE(set.useFlatView());
-    EXPECT_EQ(set.stylizationType(), GiPc_Stylization_ELEVATION);
-    EXPECT_EQ(set.colorScheme(), GiPc_ColorScheme_Hydro);
-    EXPECT_TRUE(project().drawGeometry);
-    EXPECT_TRUE(set.removeLastClipping() && set.clearClippings());
-}
-
 TEST_F(PcCorePointSetTest, TakesTheHostsPointMaxAsItsBudget) {
     EXPECT_EQ(set.maxNrPointsInBuffer(), 5000000U);
     pointMax.set(4000);

@@ -2,7 +2,6 @@
 #include <functional>
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -218,26 +217,6 @@ TEST_F(FailedRun, CannotDoWithoutItsFolders) {
     expectNothingChanged({"a.las", "folder.vpt"});
     EXPECT_TRUE(succeeds("prefix", "t.vpt"));
     EXPECT_TRUE(folder_.holdsOnly({"a.las", "folder.vpt", "t.vpt", "work/notes--0"}));
-}
-
-// Limits from "no node file fits" to "the result does not quite fit".
-TEST_F(FailedRun, FailsCleanlyWhereFilesCannotGrow) {
-    const std::string scan = bigScan();
-    ASSERT_TRUE(run(scan).success);
-    const auto wholeSize = std::filesystem::file_size(folder_.output());
-    writeBytes(folder_.output(), olderOutput);
-    for (const auto limit : {std::uintmax_t{4000}, wholeSize / 2, wholeSize - 1}) {
-        SCOPED_TRACE(limit);
-        const int status = inChild([&] {
-            std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit files{limit, limit};
-            setrlimit(RLIMIT_FSIZE, &files);
-            return run(scan).success ? 1 : 0;
-        });
-        ASSERT_TRUE(WIFEXITED(status)) << "the run died";
-        EXPECT_EQ(WEXITSTATUS(status), 0) << "the run claims a success";
-        expectNothingChanged({"a.las"});
-    }
 }
 
 TEST_F(FailedRun, LeavesTheOlderOutputWhenItIsKilled) {
