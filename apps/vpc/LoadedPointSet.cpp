@@ -19,10 +19,7 @@ namespace vpc {
 
 namespace {
 
-/// Of every slot of the point buffers: coordinates, colour, size and intensity.
-constexpr unsigned long long bytesPerSlot = 44;
-/// The box that the host's object snap looks for points in, in pixels.
-constexpr int snapBox = 5;
+constexpr unsigned long long bytesPerSlot = PointBuffers::bytesPerSlot;
 
 OdGePoint3d toPoint(const VpcVector3D& v) {
     return {v.x, v.y, v.z};
@@ -122,7 +119,7 @@ ViewReport LoadedPointSet::Report(double updateSeconds) const {
 std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
                                                 const OdGeMatrix3d& matrix, const OdGePoint3d& at,
                                                 int pixels) const {
-    if (pixels == snapBox) {
+    if (pixels == PcCoreProjectManager::snapBoxPixels) {
         OdArray<OdGePoint3d> found;
         set_->getOsnapPoints(at, at, matrix, matrix, found);
         if (found.isEmpty()) return std::nullopt;

@@ -9,6 +9,7 @@
 #include "host/PcCorePointSet.h"
 #include "host/PcDbPointCloudDefImplPE.h"
 #include "platform/OdGeMatrix3d.h"
+#include "view/PcCoreVisibleNodeManager.h"
 
 namespace vpc {
 
@@ -16,7 +17,7 @@ namespace vpc {
 class LoadedPointSet {
 public:
     /// Fewer slots than this are not made.
-    static constexpr unsigned long long leastBudget = 51;
+    static constexpr unsigned long long leastBudget = PcCoreVisibleNodeManager::smallestCapacity;
     /// The host's variable has 32 bits.
     static constexpr unsigned long long mostBudget = std::numeric_limits<int>::max();
 

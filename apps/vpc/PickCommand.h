@@ -4,6 +4,7 @@
 
 #include "CameraOptions.h"
 #include "Command.h"
+#include "view/PcCoreProjectManager.h"
 
 namespace vpc {
 
@@ -17,7 +18,7 @@ private:
     CameraOptions camera_;
     std::string file_;
     std::string atText_;
-    int box_ = 5;
+    int box_ = PcCoreProjectManager::snapBoxPixels;
 };
 
 }  // namespace vpc

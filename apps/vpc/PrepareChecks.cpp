@@ -20,6 +20,7 @@
 #include "core/util/FileTools.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
+#include "tree/disk/PointTreeLayout.h"
 
 namespace vpc {
 
@@ -125,7 +126,7 @@ void PrepareChecks::Run() {
 
 void PrepareChecks::CheckOutput() const {
     const std::string& output = options_.output;
-    if (wxFileName(FileTools::FromNativePath(output)).GetExt() != "vpt")
+    if (wxFileName(FileTools::FromNativePath(output)).GetExt() != PointTreeLayout::extension)
         refuse(output,
                "cannot be the output: tree files are named '.vpt', in small letters, "
                "because readers look for that extension; name it so");

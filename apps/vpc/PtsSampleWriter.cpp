@@ -1,7 +1,5 @@
 #include "PtsSampleWriter.h"
 
-#include <cmath>
-
 #include "SampleFlight.h"
 #include "TextLine.h"
 
@@ -9,15 +7,11 @@ namespace vpc {
 
 namespace {
 
-long long thousandths(double value) {
-    return static_cast<long long>(std::floor(value * 1000.0 + 0.5));
-}
-
 TextLine lineOf(const SamplePoint& point) {
     TextLine line;
-    line.AddThousandths(thousandths(point.x));
-    line.AddThousandths(thousandths(point.y));
-    line.AddThousandths(thousandths(point.z));
+    line.AddRounded(point.x);
+    line.AddRounded(point.y);
+    line.AddRounded(point.z);
     line.Add(point.intensity / 8 - 2048);  // scanners give -2048 to 2047
     for (const int channel : {point.red, point.green, point.blue}) line.Add(channel >> 8);
     line.End();

@@ -24,10 +24,6 @@ constexpr double sine = 0.6;
 constexpr double nearest = 1.5;
 constexpr const char* emptyCell = "0 0 0 0.5 0 0 0\n";
 
-long long thousandths(double value) {
-    return static_cast<long long>(std::floor(value * 1000.0 + 0.5));
-}
-
 /// A unit vector for a part of the full turn, without trigonometric functions, whose last bits
 /// differ between libraries.
 std::array<double, 2> direction(double turn) {
@@ -86,7 +82,7 @@ void PtxSampleWriter::Write(OutputFile& file) {
 void PtxSampleWriter::WriteHeader(OutputFile& file) const {
     const auto fixed = [](double value) {
         TextLine line;
-        line.AddThousandths(thousandths(value));
+        line.AddRounded(value);
         return std::string(line.Data(), line.Size());
     };
     const std::string place = fixed(scannerX) + " " + fixed(scannerY) + " " + fixed(scannerZ_);
@@ -107,9 +103,9 @@ void PtxSampleWriter::WriteCell(OutputFile& file, unsigned long long column, dou
     const SamplePoint point = scene_.Hit(scannerX + dx, scannerY + dy, random_);
     // Back into the scanner's frame: the inverse of a rotation is its transpose.
     TextLine line;
-    line.AddThousandths(thousandths(dx * cosine + dy * sine));
-    line.AddThousandths(thousandths(dy * cosine - dx * sine));
-    line.AddThousandths(thousandths(point.z - scannerZ_));
+    line.AddRounded(dx * cosine + dy * sine);
+    line.AddRounded(dy * cosine - dx * sine);
+    line.AddRounded(point.z - scannerZ_);
     line.AddThousandths(point.intensity * 1000LL / 32768);
     for (const int channel : {point.red, point.green, point.blue}) line.Add(channel >> 8);
     line.End();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 
 namespace vpc {
@@ -23,6 +24,10 @@ public:
         text_[used_++] = '.';
         for (long long digit = 100; digit > 0; digit /= 10)
             text_[used_++] = static_cast<char>('0' + size / digit % 10);
+    }
+    /// Appends `value`, rounded to three decimals.
+    void AddRounded(double value) {
+        AddThousandths(static_cast<long long>(std::floor(value * 1000.0 + 0.5)));
     }
     /// Appends a number with `digits` significant digits, as printf's "%.<digits>g" writes it.
     void AddGeneral(double value, int digits) {

@@ -23,7 +23,7 @@ void requireTreeFile(const std::string& file) {
     const auto refuse = [&](const std::string& why) {
         throw CommandError("'" + file + "' " + why);
     };
-    if (wxFileName(FileTools::FromNativePath(file)).GetExt() != "vpt")
+    if (wxFileName(FileTools::FromNativePath(file)).GetExt() != PointTreeLayout::extension)
         refuse("is not named '.vpt', in small letters, as tree files are; rename it");
     struct stat status = {};
     if (stat(file.c_str(), &status) != 0)

@@ -3,12 +3,14 @@
 #include <string>
 #include <vector>
 
+#include "view/PcCoreVisibleNodeManager.h"
+
 namespace vpc {
 
 /// What `vpc view` is asked for, beside the camera.
 struct ViewOptions {
     std::string file;
-    unsigned long long budget = 5000000;
+    unsigned long long budget = PcCoreVisibleNodeManager::defaultCapacity;
     std::string density = "full";
     std::string stylization = "scan";
     std::string scheme = "Spectrum";

@@ -20,7 +20,8 @@
 namespace {
 
 bool treeFileExists(const wxString& fileName) {
-    return FileTools::FileExists(StringTools::ReplaceFileExtension(fileName, "vpt"));
+    return FileTools::FileExists(
+        StringTools::ReplaceFileExtension(fileName, PointTreeLayout::extension));
 }
 
 /// A version that is no int must not be cut down to one that looks right.
@@ -38,7 +39,12 @@ OdError wrongVersion(const wxString& fileName, unsigned long long version) {
 
 }  // namespace
 
-PcCorePointSet::PcCorePointSet() = default;
+PcCorePointSet::PcCorePointSet()
+    : dataMin_(PcCoreProjectManager::noMinimum, PcCoreProjectManager::noMinimum,
+               PcCoreProjectManager::noMinimum),
+      dataMax_(PcCoreProjectManager::noMaximum, PcCoreProjectManager::noMaximum,
+               PcCoreProjectManager::noMaximum) {
+}
 
 PcCorePointSet::~PcCorePointSet() = default;
 

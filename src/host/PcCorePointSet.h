@@ -105,8 +105,8 @@ private:
     void CopyDataBounds(const PcCoreProjectManager& manager);
     void AdoptPointMax();
 
-    OdGePoint3d dataMin_{1e80, 1e80, 1e80};
-    OdGePoint3d dataMax_{-1e80, -1e80, -1e80};
+    OdGePoint3d dataMin_;
+    OdGePoint3d dataMax_;
     OdString fileName_;
     std::unique_ptr<PcCoreProjectManager> manager_;
 };

@@ -7,7 +7,11 @@
 
 #include <wx/translation.h>
 
+#include "core/util/ValueAt.h"
+
 namespace {
+
+using vpc::valueAt;
 
 /// The part of the file that is read to get at its header.
 constexpr unsigned long long headerBlockBytes = 100000;
@@ -20,13 +24,6 @@ constexpr int colourBytes = 6;
 /// Room for every field that is read of a record.
 constexpr std::size_t mostRecordBytes = 36;
 constexpr int highestFormat = 10;
-
-template <class T>
-T valueAt(const char* bytes) {
-    T value;
-    std::memcpy(&value, bytes, sizeof value);
-    return value;
-}
 
 /// Text of a fixed width, in the C library's encoding.
 wxString textAt(const char* bytes, std::size_t width) {

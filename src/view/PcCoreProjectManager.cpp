@@ -58,8 +58,8 @@ bool PcCoreProjectManager::loadProjectFromFile(const wxString& fileName) {
 
 void PcCoreProjectManager::SetDataBounds() {
     constexpr double margin = 1.05;
-    dataMin_ = OdGePoint3d(1e80, 1e80, 1e80);
-    dataMax_ = OdGePoint3d(-1e80, -1e80, -1e80);
+    dataMin_ = OdGePoint3d(noMinimum, noMinimum, noMinimum);
+    dataMax_ = OdGePoint3d(noMaximum, noMaximum, noMaximum);
     if (tree_->GetRootNode() == nullptr) return;
     VpcBoundingBoxAxisAligned box = tree_->GetRootNode()->box;
     box.Scale(margin);
@@ -252,8 +252,7 @@ bool PcCoreProjectManager::hasSameSections(
     const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& planes) const {
     return std::equal(planes.begin(), planes.end(), sections_.begin(), sections_.end(),
                       [](const auto& plane, const Section& section) {
-                          // The point holds the normal and the vector the point: hosts pass them
-                          // so.
+                          // Exchanged, as hosts pass them.
                           const auto& [normal, point] = plane;
                           return VpcPlaneDef({point.x, point.y, point.z},
                                              {normal.x, normal.y, normal.z})
@@ -302,9 +301,8 @@ void PcCoreProjectManager::getOsnapPoints(const OdGePoint3d& pickPoint,
                                           const OdGePoint3d& /*second*/, const OdGeMatrix3d& matrix,
                                           const OdGeMatrix3d& /*secondMatrix*/,
                                           OdArray<OdGePoint3d>& snapPoints) {
-    constexpr int pickBoxPixels = 5;
     OdGePoint3d found;
-    if (Pick(matrix, lastView_, pickPoint, pickBoxPixels, found)) snapPoints.append(found);
+    if (Pick(matrix, lastView_, pickPoint, snapBoxPixels, found)) snapPoints.append(found);
 }
 
 bool PcCoreProjectManager::Pick(const OdGeMatrix3d& matrix, const vpc::CameraView& view,

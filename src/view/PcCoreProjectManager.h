@@ -36,6 +36,12 @@ public:
     using Section = std::pair<OdString, VpcPlaneDef>;
     using NodeList = std::vector<VpcDiskNode*>;
 
+    /// The bounds of no data: the minimum is above the maximum.
+    static constexpr double noMinimum = 1e80;
+    static constexpr double noMaximum = -1e80;
+    /// The box in which an object snap looks for points.
+    static constexpr int snapBoxPixels = 5;
+
     /// Allocates the buffers; throws std::bad_alloc.
     PcCoreProjectManager();
     ~PcCoreProjectManager();
@@ -72,7 +78,7 @@ public:
     VpcDiskTree* tree() const { return tree_.get(); }
     /// The folder of the loaded file, with a separator at its end.
     const wxString& workingFolder() const { return workingFolder_; }
-    /// The root's box, a little enlarged; 1e80 and -1e80 where there is none.
+    /// The root's box, a little enlarged; noMinimum and noMaximum where there is none.
     const OdGePoint3d& dataMin() const { return dataMin_; }
     const OdGePoint3d& dataMax() const { return dataMax_; }
     const vpc::CameraView& lastView() const { return lastView_; }
@@ -162,8 +168,8 @@ public:
                        double fieldHeight, int viewportWidth, int viewportHeight, bool perspective,
                        OdGePoint3d pickPoint, int pickBoxPixels, OdGePoint3d& result,
                        unsigned short& red, unsigned short& green, unsigned short& blue);
-    /// Appends the point that a pick of 5 pixels in the last view finds, if any. The second point
-    /// and matrix are not used.
+    /// Appends the point that a pick of snapBoxPixels in the last view finds, if any. The second
+    /// point and matrix are not used.
     void getOsnapPoints(const OdGePoint3d& pickPoint, const OdGePoint3d& second,
                         const OdGeMatrix3d& matrix, const OdGeMatrix3d& secondMatrix,
                         OdArray<OdGePoint3d>& snapPoints);
@@ -196,8 +202,8 @@ private:
     vpc::CameraView lastPickView_;
     OdGePoint3d lastPickPoint_;
     PcCoreVisibleNodeManager visibleNodeManager_;
-    OdGePoint3d dataMin_{1e80, 1e80, 1e80};
-    OdGePoint3d dataMax_{-1e80, -1e80, -1e80};
+    OdGePoint3d dataMin_{noMinimum, noMinimum, noMinimum};
+    OdGePoint3d dataMax_{noMaximum, noMaximum, noMaximum};
     std::vector<Section> sections_;
     std::vector<GiPcClipConfig> clippings_;
 };

@@ -43,8 +43,7 @@ unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
 }
 
 bool PcCoreVisibleNodeManager::resizePointBuffer(unsigned long long newCapacity) {
-    constexpr unsigned long long smallest = 51;
-    if (newCapacity < smallest || newCapacity == capacity) return true;
+    if (newCapacity < smallestCapacity || newCapacity == capacity) return true;
     // Both are set before memory is asked for: hosts take `capacity` for what they wanted last,
     // also when they did not get it.
     clear();

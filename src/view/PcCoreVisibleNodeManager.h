@@ -25,6 +25,7 @@ class VpcDiskNode;
 class PcCoreVisibleNodeManager {
 public:
     static constexpr unsigned long long defaultCapacity = 5'000'000;
+    static constexpr unsigned long long smallestCapacity = 51;
 
     /// Throws std::bad_alloc when there is no memory for `slots` slots.
     explicit PcCoreVisibleNodeManager(unsigned long long slots = defaultCapacity);
@@ -53,9 +54,9 @@ public:
     /// sections and clippings leave nothing is not recorded.
     /// \return how many points were added
     unsigned long long addNode(VpcDiskNode* node);
-    /// Replaces the buffers by empty ones of another size; 51 slots at least, otherwise nothing
-    /// changes. False when there is no memory: the old buffers remain, but `capacity` is the new
-    /// one.
+    /// Replaces the buffers by empty ones of another size; of smallestCapacity at least, otherwise
+    /// nothing changes. False when there is no memory: the old buffers remain, but `capacity` is
+    /// the new one.
     bool resizePointBuffer(unsigned long long newCapacity);
     /// Moves the points by `matrix`, in place, and colours them by what `type` says. Elevations
     /// are taken after the move; an intensity is the luminance of the colour that the slot had.

@@ -8,7 +8,7 @@
 
 namespace vpc {
 
-/// The arrays that the host draws from, one element a slot: 44 bytes in all.
+/// The arrays that the host draws from, one element a slot: bytesPerSlot in all.
 ///
 /// Coordinates start as zero and colours as black by colour; sizes and intensities hold nothing
 /// until a point is written. Only the colours are touched on allocation: the system hands out the
@@ -16,6 +16,9 @@ namespace vpc {
 /// nothing.
 class PointBuffers {
 public:
+    static constexpr unsigned long long bytesPerSlot =
+        sizeof(OdGePoint3d) + sizeof(OdCmEntityColor) + 2 * sizeof(double);
+
     /// Throws std::bad_alloc.
     explicit PointBuffers(unsigned long long slotCount);
 

@@ -181,8 +181,7 @@ void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long co
 void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
     if (nonFinitePoints_ != 0)
         AddNote(wxString::Format(_("%llu points with a coordinate that is no finite number, or is "
-                                   "out of all bounds, were "
-                                   "left out"),
+                                   "out of all bounds, were left out"),
                                  nonFinitePoints_));
     if (tree.UntakenPoints() != 0)
         AddNote(wxString::Format(_("%llu points lay in no node of the tree and were left out"),

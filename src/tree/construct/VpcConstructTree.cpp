@@ -68,7 +68,7 @@ void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long co
 }
 
 bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {
-    if (store_.WritesBehind()) return true;
+    if (store_.WritesBehind() || root_ == nullptr) return true;
     if (threshold < lastThreshold_) {
         root_->FlushBuffersToDisk(threshold);
     } else {

@@ -14,6 +14,8 @@ using Position = unsigned long long;
 
 /// The only version that is written and accepted.
 inline constexpr unsigned long long version = 9;
+/// What the file's name ends with, after a dot: readers put it in the place of any other one.
+inline constexpr const char* extension = "vpt";
 /// Size of a count, a position or a coordinate.
 inline constexpr Position wordSize = 8;
 /// Size of three words.

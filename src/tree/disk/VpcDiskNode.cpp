@@ -2,20 +2,15 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
+#include "core/util/ValueAt.h"
 #include "platform/OdCmEntityColor.h"
 #include "platform/OdGePoint3d.h"
 #include "tree/disk/VpcDiskTree.h"
 
 namespace {
 
-template <class T>
-T valueAt(const char* place) {
-    T value;
-    std::memcpy(&value, place, sizeof value);
-    return value;
-}
+using vpc::valueAt;
 
 /// The three arrays from the first free slot on.
 struct Slots {

@@ -11,7 +11,7 @@ namespace Layout = PointTreeLayout;
 namespace {
 
 wxString treeFileName(const OdString& path) {
-    return StringTools::ReplaceFileExtension(StringTools::FromOdString(path), "vpt");
+    return StringTools::ReplaceFileExtension(StringTools::FromOdString(path), Layout::extension);
 }
 
 /// Reads `values` at `position` in one read. Expects that they lie within the file.
