@@ -7,7 +7,6 @@
 #include "platform/OdDbDatabase.h"
 #include "platform/OdDbUnits.h"
 #include "platform/OdOPMExtensionManager.h"
-#include "platform/PcDbPointCloud.h"
 #include "platform/PcDbPointCloudDef.h"
 
 namespace {

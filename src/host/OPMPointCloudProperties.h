@@ -6,8 +6,7 @@
 #include "host/VpcExport.h"
 #include "platform/OdOPMClientExtension.h"
 #include "platform/OdString.h"
-
-class PcDbPointCloud;
+#include "platform/PcDbPointCloud.h"
 
 /// What the host's property palette shows of a point-cloud entity and lets the user change.
 ///

@@ -10,7 +10,6 @@
 #include "core/util/StringTools.h"
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
-#include "platform/TreePreparePars.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/VpcDiskTree.h"

@@ -7,10 +7,10 @@
 #include "host/VpcExport.h"
 #include "platform/GiPointSetDefinition.h"
 #include "platform/OdString.h"
+#include "platform/TreePreparePars.h"
 #include "tree/construct/TreePrepareResult.h"
 
 class PcCoreProjectManager;
-struct TreePreparePars;
 
 /// A point set as the host sees it: a thin cover over the project manager of one loaded file.
 ///

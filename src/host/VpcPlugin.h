@@ -1,11 +1,10 @@
 #pragma once
 
 #include "host/VpcExport.h"
-
-class OdOPMClientExtension;
-class PcDbPointCloudDefPE;
-struct TreePreparePars;
-struct TreePrepareResult;
+#include "platform/OdOPMClientExtension.h"
+#include "platform/PcDbPointCloudDefPE.h"
+#include "platform/TreePreparePars.h"
+#include "tree/construct/TreePrepareResult.h"
 
 /// Where a host begins that has loaded the plug-in: a new extension, which the caller deletes
 /// through its virtual destructor before it unloads the plug-in. Null without memory.

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/GiPcClipConfig.h"
-
 VpcTree::~VpcTree() = default;
 
 void VpcTree::SetSectionPlanes(const SectionPlanes& sections, const VpcTransform3D& toTree) {

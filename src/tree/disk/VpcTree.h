@@ -5,10 +5,9 @@
 
 #include "core/geometry/VpcPlaneDef.h"
 #include "core/geometry/VpcTransform3D.h"
+#include "platform/GiPcClipConfig.h"
 #include "platform/OdString.h"
 #include "tree/disk/VpcClipping.h"
-
-class GiPcClipConfig;
 
 /// The filters of a point tree: a point is shown when it lies on no section plane's far side and
 /// passes every clipping region.
