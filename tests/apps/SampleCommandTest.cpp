@@ -1,12 +1,10 @@
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "io/FileIoFactory.h"
-#include "io/LasIO.h"
 #include "support/ProgramRun.h"
 
 namespace vpc::test {
 namespace {
 
-using testing::HasSubstr;
 using SampleCommandTest = ProgramTest;
 
 TEST_F(SampleCommandTest, HoldsThePointsAskedForAtTenASquareMetre) {
@@ -34,26 +32,6 @@ TEST_F(SampleCommandTest, HoldsThePointsAskedForAtTenASquareMetre) {
         expectDone("sample --seed 4 --points 40000 " + file);
         EXPECT_NE(read(name), first);
     }
-}
-
-TEST_F(SampleCommandTest, FilesSayWhatThePointsAre) {
-    for (const std::string format : {"3", "7"}) {
-        expectDone("sample a.las --points 20000 --format " + format);
-        LasIO reader(100000);
-        ASSERT_NE(reader.initializeRead(toWx(folder.file("a.las"))), nullptr);
-        EXPECT_EQ(reader.versionMinor, format == "3" ? 2 : 4);
-        EXPECT_EQ(reader.pointDataFormat, std::stoi(format));
-        EXPECT_EQ(reader.nextPointBatch(), 20000U);
-        EXPECT_GT(reader.maxRed, 256) << "colours are sixteen bits deep";
-        EXPECT_DOUBLE_EQ(reader.headerMax.x, reader.extentMax.x);
-        reader.closeRead();
-    }
-    expectDone("sample a.ptx --points 5000");
-    const std::string text = read("a.ptx");
-    EXPECT_THAT(text, HasSubstr("\n0 0 0 0.5 0 0 0\n")) << "an empty cell";
-    EXPECT_THAT(text, HasSubstr("\n0.800 0.600 0 0\n-0.600 0.800 0 0\n0 0 1 0\n458500.000 "));
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
-              10 + std::stoll(text) * std::stoll(text.substr(text.find('\n') + 1)));
 }
 
 TEST_F(SampleCommandTest, ASignalLeavesNothing) {

@@ -3,9 +3,6 @@
 #include <limits>
 #include <optional>
 
-#include <wx/arrstr.h>
-#include <wx/translation.h>
-
 #include "platform/OdError.h"
 #include "platform/TreePreparePars.h"
 #include "support/ViewFixture.h"
@@ -26,31 +23,6 @@ protected:
             return StringTools::FromOdString(error.description());
         }
     }
-};
-
-/// A catalogue with one entry, as a host's translation would have it.
-class OneEntryLoader : public wxTranslationsLoader {
-public:
-    wxMsgCatalog* LoadCatalog(const wxString& domain, const wxString& /*lang*/) override {
-        const std::string entry = " vpt version is %d but software expects version %d";
-        const std::string translated = " hat die Version %d statt %d";
-        const auto length = static_cast<std::uint32_t>(entry.size());
-        const std::uint32_t head[] = {
-            0x950412DE, 0,  1,      28, 36,
-            0,          44, length, 44, static_cast<std::uint32_t>(translated.size()),
-            45 + length};
-        bytes_ = std::string(reinterpret_cast<const char*>(head), sizeof head) + entry + '\0' +
-                 translated + '\0';
-        return wxMsgCatalog::CreateFromData(
-            wxScopedCharBuffer::CreateNonOwned(bytes_.data(), bytes_.size()), domain);
-    }
-    wxArrayString GetAvailableTranslations(const wxString& /*domain*/) const override {
-        const wxString language = "de";
-        return wxArrayString(1, &language);
-    }
-
-private:
-    std::string bytes_;
 };
 
 TEST_F(PcCorePointSetTest, RefusesOtherVersionsAndKeepsNothingLoaded) {
@@ -75,13 +47,6 @@ TEST_F(PcCorePointSetTest, RefusesOtherVersionsAndKeepsNothingLoaded) {
     patch(0, 8);
     EXPECT_EQ(loadError(toOd(folder.file("t.ptx"))), toWx(folder.file("t.ptx")) + text("8"));
 
-    ASSERT_EQ(wxTranslations::Get(), nullptr);
-    wxTranslations::Set(new wxTranslations);
-    wxTranslations::Get()->SetLanguage("de");
-    wxTranslations::Get()->SetLoader(new OneEntryLoader);
-    EXPECT_TRUE(wxTranslations::Get()->AddCatalog("host", wxLANGUAGE_ENGLISH_US));
-    EXPECT_EQ(loadError(name()), file + " hat die Version 8 statt 9");
-    wxTranslations::Set(nullptr);
     patch(0, 9);
     EXPECT_TRUE(set.loadProjectFromFile(name()));
 }

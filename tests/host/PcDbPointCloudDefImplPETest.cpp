@@ -82,17 +82,6 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
     setenv("HOME", home.c_str(), 1);
 }
 
-TEST_F(PcDbPointCloudDefImplPETest, PassesOnThatAVersionIsAnother) {
-    load(100);
-    PcDbPointCloudDefImplPE extension;
-    extension.cleanPointSet(nullptr);
-    patch(0, 8);
-    EXPECT_THROW(loadedName(extension, "t.vpt", folder.output()), OdError);
-    patch(0, 9);
-    writeBytes(folder.output(), readBytes(folder.output()).substr(0, 500));
-    EXPECT_EQ(loadedName(extension, "t.vpt", folder.output()), std::nullopt);
-}
-
 TEST_F(VpcPluginTest, LoadsAndDrawsForAHost) {
     load(100);
     const std::unique_ptr<void, int (*)(void*)> plugin(dlopen(VPC_PLUGIN, RTLD_NOW | RTLD_LOCAL),

@@ -78,20 +78,4 @@ TEST_F(FileIoFactoryTest, WithoutPointsTheBoxStaysAsItWas) {
     EXPECT_EQ(describeBox(box), "1 1 1 - 1 1 1");
 }
 
-TEST_F(FileIoFactoryTest, HandsOnWhatReadersSay) {
-    LasBuilder las;
-    las.points.resize(5);
-    const std::string bytes = las.bytes();
-    const wxString whole = write("whole.las", bytes);
-    const wxString cut = write("cut.las", bytes.substr(0, bytes.size() - 1));
-    const wxString half = write("half.las", bytes.substr(0, bytes.size() - 3 * 34));
-    EXPECT_TRUE(determineBox({cut, whole, half}, DataFormat_LAS));
-    EXPECT_EQ(joined(summary.points, summary.missingRecords, message.Freq('\n')), "11 4 1");
-    EXPECT_TRUE(message.BeforeFirst('\n').Contains("cut.las: 1 of the 5")) << message;
-    EXPECT_TRUE(message.AfterFirst('\n').Contains("half.las: 3 of the 5")) << message;
-
-    EXPECT_FALSE(determineBox({whole, toWx(folder.path() / "none.las")}, DataFormat_LAS));
-    EXPECT_TRUE(message.Contains("none.las")) << message;
-}
-
 }  // namespace

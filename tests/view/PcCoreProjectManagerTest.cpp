@@ -259,11 +259,6 @@ TEST_F(PcCoreProjectManagerTest, TellsWhatTheFileHolds) {
     EXPECT_EQ(project().selectedLevel, 1U);
     EXPECT_EQ(set.drawDensity(), GiPc_DrawDensity_Full);
     EXPECT_EQ(set.stylizationType(), GiPc_Stylization_NONE);
-    const auto summary = set.GetNodePointSummary();
-    ASSERT_EQ(summary.size(), model->levels.size());
-    for (std::size_t level = 0; level < summary.size(); ++level)
-        EXPECT_EQ(summary[level], std::pair(Word{model->levels[level].size()},
-                                            Word{folder.tree().pointsOf(level).size()}));
     EXPECT_EQ(project().workingFolder(), toWx(folder.file("")));
     const TreeNode& root = model->levels.front().front();
     for (std::size_t axis = 0; axis < 3; ++axis) {

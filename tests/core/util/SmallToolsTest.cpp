@@ -8,8 +8,6 @@
 #include <gtest/gtest.h>
 
 #include "core/util/StringTools.h"
-#include "core/util/VpcColorTools.h"
-#include "core/util/VpcDefinitions.h"
 #include "core/util/VpcLogger.h"
 #include "core/util/VpcTimer.h"
 #include "support/TempFolder.h"
@@ -31,14 +29,6 @@ TEST(StringTools, ReplaceFileExtension) {
         EXPECT_EQ(StringTools::ReplaceFileExtension(wxString::FromUTF8(path), "vpt"),
                   wxString::FromUTF8(expected));
     EXPECT_EQ(StringTools::ReplaceFileExtension("a.b", ""), "a");
-}
-
-TEST(StringTools, GuidsAreUniqueAndFitForFileNames) {
-    const std::regex form("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}");
-    std::set<std::string> seen;
-    for (int i = 0; i < 100; ++i) seen.insert(StringTools::createGUID().ToStdString());
-    EXPECT_EQ(seen.size(), 100U);
-    for (const std::string& guid : seen) EXPECT_TRUE(std::regex_match(guid, form)) << guid;
 }
 
 // --- Time ----------------------------------------------------------------------------------------
@@ -97,22 +87,6 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     log->Open("/dev/full");
     log->Add("lost, quietly");
     log->Close();
-}
-
-// --- Colours -------------------------------------------------------------------------------------
-
-// The ramps are held against a model where a view is coloured.
-TEST(VpcColorTools, LeavesColoursAloneWithoutARampAndNumbersWithoutARange) {
-    const auto ramp = [](VpcColorScheme scheme, double value) {
-        std::array rgb{1.0, 2.0, 3.0};
-        VpcColorTools::ApplyColorScheme(value, 10, 30, scheme, rgb[0], rgb[1], rgb[2]);
-        return rgb;
-    };
-    EXPECT_EQ(ramp(VPC_ColorScheme_Blues, -10), (std::array{0.0, 0.0, -179.0}));
-    EXPECT_EQ(ramp(static_cast<VpcColorScheme>(-1), 20), (std::array{1.0, 2.0, 3.0}));
-    double red = 1, green = 2, blue = 3;
-    VpcColorTools::ApplyColorSchemeJet(5, 5, 5, red, green, blue);
-    EXPECT_EQ(red + green + blue, 0) << "an empty range: NaN becomes 0";
 }
 
 }  // namespace

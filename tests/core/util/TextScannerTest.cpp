@@ -124,16 +124,6 @@ TEST(TextScanner, AgreesWithFscanfAtTheBorderOfABlock) {
             compareWithFscanf(std::string(border - before, ' ') + item + " 5 6", "ffd");
 }
 
-TEST(TextScanner, PeekShowsWhatIsAheadWithoutConsumingIt) {
-    const FilePointer file = openText("12 abc");
-    Scanner scanner(file.get()), none;
-    int value = 0;
-    EXPECT_EQ(scanner.Peek(3), "12 ");
-    EXPECT_TRUE(scanner.ScanInt(value) && scanner.SkipWhiteSpace());
-    EXPECT_EQ(scanner.Peek(100), "abc");
-    EXPECT_FALSE(none.SkipWhiteSpace() || none.ScanInt(value) || !none.Peek(5).empty());
-}
-
 TEST(TextScanner, DoesNotDependOnTheProcessLocale) {
     const vpc::test::LocaleGuard locale("de_DE.UTF-8");
     if (!locale.isSet()) GTEST_SKIP() << "no such locale";

@@ -9,7 +9,6 @@
 #include "core/geometry/DimensionRatios.h"
 #include "support/PrepareRun.h"
 #include "tree/construct/VpcPointGrid3D.h"
-#include "tree/construct/VpcRandomSampler.h"
 
 namespace {
 
@@ -87,13 +86,6 @@ TEST_F(ConstructTreeTest, GridThinningIsTheDefaultAndKeepsItsSpacing) {
         }
     // The octree's parent spacing is thrice the child's.
     EXPECT_EQ(tree.Root()->MinDistance(), 3.0 * levels[1].back()->MinDistance());
-}
-
-TEST(RandomSampler, TheDeviceSeedsDifferently) {
-    VpcRandomSampler first(0.5, true, 0), second(0.5, true, 0);
-    int differences = 0;
-    for (int i = 0; i < 1000; ++i) differences += first.KeepNext() != second.KeepNext();
-    EXPECT_GT(differences, 300);
 }
 
 TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
