@@ -10,17 +10,19 @@
 VpcPoint3D* PtsIO::initializeRead(wxString path) {
     BeginFile(path);
     numberOfPoints = 0;
-    tokensPerLine = 0;
     hasMoreBlocks = false;
     // One point stays to be asked for when the text has no count, and it is delivered.
     pointsRemaining = 1;
-    if (OpenStream()) {
-        tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(stream.get(), 1));
-        // Unlike rewind, this does not forget a read error.
-        if (std::fseek(stream.get(), 0, SEEK_SET) != 0) FailReading();
-        InitializeView();
-        RequireReadable();
+    if (!OpenStream()) {
+        tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(path, 1));
+        return pointBuffer;
     }
+    // Through the same handle, so that a read error shows.
+    tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(stream.get(), 1));
+    // Unlike rewind, this does not forget one.
+    if (std::fseek(stream.get(), 0, SEEK_SET) != 0) FailReading();
+    InitializeView();
+    RequireReadable();
     return pointBuffer;
 }
 

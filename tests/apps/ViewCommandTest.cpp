@@ -174,31 +174,16 @@ TEST_F(ViewCommandTest, WritesTheDiagnostics) {
 }
 
 TEST_F(ViewCommandTest, SaysWhatIsWrong) {
-    for (const char* options : {"--eye 1,2",
-                                "--eye 1,2,nan",
-                                "--target 1;2;3",
-                                "--up 0,0,0",
-                                "--field -1,5",
-                                "--viewport 0,5",
-                                "--viewport 100000x5",
-                                "--perspective --parallel",
-                                "--budget 50",
-                                "--budget many",
-                                "--density high",
-                                "--stylization none",
-                                "--scheme Pink",
-                                "--section 0,0,0,0,0,0",
-                                "--section 0,0,0,1,0",
-                                "--clip-circle 0,0,0",
-                                "--clip-circle inside:0,0,1",
-                                "--clip-polygon 0,0;1,1",
-                                "--clip-polygon 0,0;1,1;2",
-                                "--matrix 1,0,0,0,0,1,0,0,0,0,1,0,0,0,0",
-                                "--matrix 2,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1",
-                                "--size 100x100",
-                                "--image o.png --size 100",
-                                "--colour red"})
-        expectFailure(std::string("view t.vpt ") + options, 2, "");
+    std::istringstream wrong(
+        "--eye 1,2|--eye 1,2,nan|--target 1;2;3|--up 0,0,0|--field -1,5|--viewport 0,5|"
+        "--viewport 100000x5|--perspective --parallel|--budget 50|--budget many|--density high|"
+        "--stylization none|--scheme Pink|--section 0,0,0,0,0,0|--section 0,0,0,1,0|"
+        "--clip-circle 0,0,0|--clip-circle inside:0,0,1|--clip-polygon 0,0;1,1|"
+        "--clip-polygon 0,0;1,1;2|--matrix 1,0,0,0,0,1,0,0,0,0,1,0,0,0,0|"
+        "--matrix 2,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1|--size 100x100|--image o.png --size 100|"
+        "--colour red");
+    for (std::string options; std::getline(wrong, options, '|');)
+        expectFailure("view t.vpt " + options, 2, "");
     expectFailure("view", 2, "");
     expectFailure("view none.vpt", 1, "'none.vpt' cannot be read");
     expectFailure("view t.vpt --image none/o.png", 1, "'none/o.png' cannot be written");

@@ -260,12 +260,6 @@ TEST_F(PcCoreProjectManagerTest, TellsWhatTheFileHolds) {
     EXPECT_EQ(set.drawDensity(), GiPc_DrawDensity_Full);
     EXPECT_EQ(set.stylizationType(), GiPc_Stylization_NONE);
     EXPECT_EQ(project().workingFolder(), toWx(folder.file("")));
-    const TreeNode& root = model->levels.front().front();
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        const double growth = 0.025 * (root.boxMax[axis] - root.boxMin[axis]);
-        EXPECT_NEAR(fromOd(set.dataMin())[axis], root.boxMin[axis] - growth, 1e-9);
-        EXPECT_NEAR(fromOd(set.dataMax())[axis], root.boxMax[axis] + growth, 1e-9);
-    }
     // Every update is flat and writes no files.
     project().useFlatView = false;
     project().drawGeometry = true;
