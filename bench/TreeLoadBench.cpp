@@ -14,7 +14,6 @@
 #include <malloc.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>

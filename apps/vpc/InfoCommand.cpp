@@ -1,6 +1,5 @@
 #include "InfoCommand.h"
 
-#include <array>
 #include <cstdio>
 #include <numeric>
 

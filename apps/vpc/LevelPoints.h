@@ -1,7 +1,8 @@
 #pragma once
 
-#include <string>
 #include <vector>
+
+#include <wx/string.h>
 
 #include "core/geometry/VpcPoint3D.h"
 

@@ -14,12 +14,11 @@
 #include "platform/OdSystemVariables.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "view/PcCoreProjectManager.h"
+#include "view/PointBuffers.h"
 
 namespace vpc {
 
 namespace {
-
-constexpr unsigned long long bytesPerSlot = PointBuffers::bytesPerSlot;
 
 OdGePoint3d toPoint(const VpcVector3D& v) {
     return {v.x, v.y, v.z};
@@ -65,10 +64,10 @@ OdString LoadedPointSet::AbsoluteName() const {
 void LoadedPointSet::SetBudget(unsigned long long points) {
     const auto refuse = [&] {
         throw CommandError("a budget of " + std::to_string(points) + " points takes " +
-                           DisplayText::Bytes(points * bytesPerSlot) +
+                           DisplayText::Bytes(points * PointBuffers::bytesPerSlot) +
                            " of memory, more than there is; give a smaller --budget");
     };
-    if (points > systemMemory() / bytesPerSlot) refuse();
+    if (points > systemMemory() / PointBuffers::bytesPerSlot) refuse();
     odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<int>(points));
     // The update would go by the variable as well, but not tell when the memory does not suffice.
     if (!Core().resizePointBuffer(static_cast<unsigned long>(points))) refuse();

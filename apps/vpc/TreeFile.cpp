@@ -23,13 +23,13 @@ void requireTreeFile(const std::string& file) {
     const auto refuse = [&](const std::string& why) {
         throw CommandError("'" + file + "' " + why);
     };
+    const auto reason = [] { return std::generic_category().message(errno); };
     if (wxFileName(FileTools::FromNativePath(file)).GetExt() != PointTreeLayout::extension)
         refuse("is not named '.vpt', in small letters, as tree files are; rename it");
     struct stat status = {};
     if (stat(file.c_str(), &status) != 0)
-        refuse("cannot be read (" + std::generic_category().message(errno) + "); check the name");
+        refuse("cannot be read (" + reason() + "); check the name");
     if (!S_ISREG(status.st_mode)) refuse("is no regular file; name a tree file");
-    const auto reason = [] { return std::generic_category().message(errno); };
     const FileHandle handle(std::fopen(file.c_str(), "rb"));
     if (handle == nullptr) refuse("cannot be read (" + reason() + "); change its permissions");
     // What comes after would take a disk that fails for a damaged file.

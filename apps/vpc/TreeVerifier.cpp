@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "PointBlockVerifier.h"
 #include "core/geometry/VpcPoint3D.h"
 #include "core/util/FileTools.h"
+#include "core/util/ValueAt.h"
 #include "tree/disk/NodeRecordReader.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
 
@@ -71,11 +71,10 @@ void TreeVerifier::CheckHeaderValues() {
     const auto fault = [this](const std::string& text) { findings_.Add("header", text); };
     FileWindow file(querier_.fileName());
     const char* bytes = file.Bytes(0, Layout::sourceNamesPosition);
-    unsigned long long treeType = 0;
-    if (bytes == nullptr) fault("it cannot be read");
-    if (bytes != nullptr) std::memcpy(&treeType, bytes + Layout::treeTypePosition, sizeof treeType);
+    if (bytes == nullptr) return fault("it cannot be read");
+    const auto treeType = valueAt<unsigned long long>(bytes + Layout::treeTypePosition);
     if (treeType > 1) fault("the tree type is " + std::to_string(treeType) + ", not 0 or 1");
-    if (bytes != nullptr && bytes[Layout::flagPosition] != 0) fault("the flag is not 0");
+    if (bytes[Layout::flagPosition] != 0) fault("the flag is not 0");
     if (!std::isfinite(header_.minimumDistance) || header_.minimumDistance <= 0.0)
         fault("the minimum point distance is not a positive number");
     if (std::isnan(header_.maxIntensity)) fault("the largest intensity is not a number");

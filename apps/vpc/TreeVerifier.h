@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "Findings.h"
 #include "LinkVerifier.h"
 #include "tree/disk/NodeRecord.h"

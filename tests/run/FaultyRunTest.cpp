@@ -60,13 +60,16 @@ protected:
 
     ProgramResult runWith(const std::string& faults, const Job& job) {
         const std::string report = report_.file("calls");
+        std::filesystem::remove(report);
         setenv("FAULTS", (faults + " " + report + " " + folder_.path().string()).c_str(), 1);
         setenv("LD_PRELOAD", VPC_FAULTY_CALLS, 1);
         // A sanitizer's findings must not have the status of the program's own failures.
         setenv("ASAN_OPTIONS", "verify_asan_link_order=0:exitcode=99", 1);
         const ProgramResult result = run(job);
         for (const char* name : {"FAULTS", "LD_PRELOAD", "ASAN_OPTIONS"}) unsetenv(name);
-        calls_ = std::atol(readBytes(report).c_str());
+        const std::string seen = readBytes(report);
+        EXPECT_NE(seen, "") << "no call could fail: " << VPC_FAULTY_CALLS << " was not loaded";
+        calls_ = std::atol(seen.c_str());
         return result;
     }
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <wx/string.h>

@@ -1,7 +1,7 @@
 #include "tree/construct/VpcPointGrid3D.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 

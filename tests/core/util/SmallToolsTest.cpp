@@ -1,8 +1,6 @@
-#include <array>
 #include <cmath>
 #include <limits>
 #include <regex>
-#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
