@@ -29,9 +29,9 @@
 #include "platform/GiPcClipConfig.h"
 #include "platform/OdCmEntityColor.h"
 #include "platform/OdGePoint3d.h"
-#include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace {
 

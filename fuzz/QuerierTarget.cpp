@@ -9,8 +9,8 @@
 #include "InputFile.h"
 #include "Require.h"
 #include "core/util/StringTools.h"
-#include "tree/disk/NodeRecordReader.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace {
 

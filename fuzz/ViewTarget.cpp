@@ -11,8 +11,8 @@
 #include "platform/GiPcClipConfig.h"
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
-#include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/VpcDiskTree.h"
+#include "tree/file/PointTreeLayout.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace {

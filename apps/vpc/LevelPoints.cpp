@@ -3,7 +3,7 @@
 #include "CommandError.h"
 #include "Interrupt.h"
 #include "core/util/FileTools.h"
-#include "tree/disk/NodeRecordReader.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace vpc {
 

@@ -4,7 +4,7 @@
 
 #include "CommandError.h"
 #include "core/util/FileTools.h"
-#include "tree/disk/NodeRecordReader.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace vpc {
 

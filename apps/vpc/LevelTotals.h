@@ -5,8 +5,8 @@
 
 #include <wx/string.h>
 
-#include "tree/disk/NodeRecord.h"
-#include "tree/disk/PointTreeHeader.h"
+#include "tree/file/NodeRecord.h"
+#include "tree/file/PointTreeHeader.h"
 
 namespace vpc {
 

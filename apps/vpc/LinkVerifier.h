@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Findings.h"
-#include "tree/disk/NodeRecord.h"
+#include "tree/file/NodeRecord.h"
 
 namespace vpc {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Findings.h"
-#include "tree/disk/FileWindow.h"
-#include "tree/disk/NodeRecord.h"
+#include "tree/file/FileWindow.h"
+#include "tree/file/NodeRecord.h"
 
 namespace vpc {
 

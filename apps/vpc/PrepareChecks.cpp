@@ -20,7 +20,7 @@
 #include "core/util/FileTools.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
 

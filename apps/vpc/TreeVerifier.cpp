@@ -7,8 +7,8 @@
 #include "core/geometry/VpcPoint3D.h"
 #include "core/util/FileTools.h"
 #include "core/util/ValueAt.h"
-#include "tree/disk/NodeRecordReader.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace vpc {
 

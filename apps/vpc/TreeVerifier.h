@@ -2,8 +2,8 @@
 
 #include "Findings.h"
 #include "LinkVerifier.h"
-#include "tree/disk/NodeRecord.h"
-#include "tree/disk/PointTreeHeader.h"
+#include "tree/file/NodeRecord.h"
+#include "tree/file/PointTreeHeader.h"
 
 class VpcDiskTreeQuerier;
 

@@ -11,9 +11,9 @@
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
 #include "tree/construct/PcCorePointPrepare.h"
-#include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/PointTreeLayout.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace {

@@ -9,10 +9,10 @@
 #include "core/geometry/VpcTransform3D.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
-#include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/PointTreeLayout.h"
 #include "view/NodeHeap.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "platform/PcDbPointCloud.h"
 #include "platform/PcDbPointCloudDef.h"
 #include "support/ViewFixture.h"
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc::test {
 

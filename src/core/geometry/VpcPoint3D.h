@@ -10,7 +10,8 @@
 
 #include "core/geometry/VpcCoordinate3D.h"
 #include "core/geometry/VpcVector3D.h"
-#include "core/util/FileBufferStream.h"
+
+class FileBufferStream;
 
 /// A scanned point: the value that every part of the system passes around, hundreds of millions
 /// of times a run. A plain value: no virtual functions, no heap.
@@ -133,15 +134,9 @@ public:
 
     /// Writes the record at the cursor of the stream's buffer, where the caller has made room.
     /// Returns how many bytes the buffer holds up to the cursor.
-    unsigned long long Serialize(FileBufferStream& stream, bool eightBitColour) const {
-        ToRecord(stream.bufferCursor, eightBitColour);
-        return AdvanceByRecord(stream);
-    }
+    unsigned long long Serialize(FileBufferStream& stream, bool eightBitColour) const;
     /// Reads the record at the cursor. Returns the cursor's offset in the buffer afterwards.
-    unsigned long long DeSerialize(FileBufferStream& stream) {
-        FromRecord(stream.bufferCursor);
-        return AdvanceByRecord(stream);
-    }
+    unsigned long long DeSerialize(FileBufferStream& stream);
 
     /// The coordinates with six decimals: separated by tabs, or as " ( x, y, z ) ".
     wxString ToString(bool bracketed) const;
@@ -154,10 +149,6 @@ private:
     template <class T>
     static void Load(const char* place, T& value) {
         std::memcpy(&value, place, sizeof value);
-    }
-    static unsigned long long AdvanceByRecord(FileBufferStream& stream) {
-        stream.bufferCursor += recordSize;
-        return static_cast<unsigned long long>(stream.bufferCursor - stream.bufferStart);
     }
     VpcPoint3D MovedTo(double x0, double y0, double z0) const {
         VpcPoint3D moved(*this);

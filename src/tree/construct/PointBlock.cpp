@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
 

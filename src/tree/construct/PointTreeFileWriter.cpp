@@ -4,7 +4,7 @@
 
 #include "core/util/ReplacementFile.h"
 #include "tree/construct/PointBlock.h"
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
 

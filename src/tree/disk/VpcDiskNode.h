@@ -8,8 +8,8 @@
 #include "platform/OdCmEntityColor.h"
 #include "platform/OdGePoint3d.h"
 #include "tree/disk/NodePath.h"
-#include "tree/disk/NodeRecord.h"
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/NodeRecord.h"
+#include "tree/file/PointTreeLayout.h"
 
 class VpcDiskTree;
 

@@ -5,9 +5,9 @@
 #include "core/geometry/DimensionRatios.h"
 #include "core/util/FileBufferStream.h"
 #include "core/util/VpcLogger.h"
-#include "tree/disk/NodeRecordReader.h"
 #include "tree/disk/TreeSummaryWriter.h"
 #include "tree/disk/VpcDiskNode.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace {
 

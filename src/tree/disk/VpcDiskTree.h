@@ -9,8 +9,8 @@
 #include <wx/string.h>
 
 #include "core/geometry/VpcNodeIndex.h"
-#include "tree/disk/PointTreeHeader.h"
 #include "tree/disk/VpcTree.h"
+#include "tree/file/PointTreeHeader.h"
 
 class FileBufferStream;
 class VpcDiskNode;

@@ -6,9 +6,9 @@
 
 #include "platform/OdGePoint3d.h"
 #include "platform/OdString.h"
-#include "tree/disk/PointTreeHeader.h"
-#include "tree/disk/PointTreeLayout.h"
 #include "tree/disk/offsetHeaderMemberType.h"
+#include "tree/file/PointTreeHeader.h"
+#include "tree/file/PointTreeLayout.h"
 
 class FileBufferStream;
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/util/FileBufferStream.h"
 #include "support/LocaleGuard.h"
 #include "support/PointRecord.h"
 

@@ -9,7 +9,7 @@
 #include "platform/OdGePoint3d.h"
 #include "support/ReaderTools.h"
 #include "support/TreeImage.h"
-#include "tree/disk/NodeRecordReader.h"
+#include "tree/file/NodeRecordReader.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <vector>
 
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
 

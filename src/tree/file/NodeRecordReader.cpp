@@ -1,4 +1,4 @@
-#include "tree/disk/NodeRecordReader.h"
+#include "tree/file/NodeRecordReader.h"
 
 #include <cstring>
 

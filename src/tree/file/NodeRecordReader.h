@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tree/disk/FileWindow.h"
-#include "tree/disk/NodeRecord.h"
-#include "tree/disk/PointTreeHeader.h"
+#include "tree/file/FileWindow.h"
+#include "tree/file/NodeRecord.h"
+#include "tree/file/PointTreeHeader.h"
 
 namespace vpc {
 

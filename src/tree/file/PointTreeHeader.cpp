@@ -1,7 +1,7 @@
-#include "tree/disk/PointTreeHeader.h"
+#include "tree/file/PointTreeHeader.h"
 
 #include "core/util/FileBufferStream.h"
-#include "tree/disk/PointTreeLayout.h"
+#include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
 

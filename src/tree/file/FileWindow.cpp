@@ -1,4 +1,4 @@
-#include "tree/disk/FileWindow.h"
+#include "tree/file/FileWindow.h"
 
 #include <algorithm>
 
