@@ -1,9 +1,10 @@
-// A CAD host in miniature. It knows the library by its headers and finds it at run time:
+// A CAD host in miniature. It is compiled with the library's headers and loads the library at run
+// time:
 //
 //     vpc_host_example PLUGIN SCAN FOLDER
 //
 // PLUGIN is the path of libvpc_plugin.so, SCAN a LAS, PTS or PTX file, and FOLDER a place for the
-// tree file and for temporary files. docs/host-integration.md walks through this file.
+// tree file and for temporary files. docs/host-integration.md explains each step.
 
 #include <dlfcn.h>
 
@@ -77,14 +78,14 @@ std::string prepare(const Plugin& plugin, const std::string& scan, const std::st
 
 // --- 3. A drawing with a point cloud -------------------------------------------------------------
 
-/// What a host keeps of a point cloud in a drawing: an entity, which shows a definition, which
-/// holds the points of a file.
+/// What a host keeps of a point cloud in a drawing: the entity in the drawing, and the definition
+/// that it shows, which holds the points of a file.
 class Drawing {
 public:
     Drawing(PcDbPointCloudDefPE& loader, const std::string& treeFile) : loader_(loader) {
         database.setINSUNITS(OdDb::kUnitsMillimeters);
         definition.setActiveFileName(treeFile.c_str());
-        // A name that is not absolute would be looked for beside the drawing.
+        // A relative name would be looked for beside the drawing.
         points = loader_.loadProject(&definition, definition.activeFileName(), L"/a.drawing");
         if (points == nullptr) throw std::runtime_error(treeFile + " is missing or damaged");
         definition.setPointSet(points);
@@ -120,8 +121,8 @@ struct Camera {
     double field;
 };
 
-/// A camera on a circle around the cloud that looks down at the cloud's middle. The frames of a
-/// flight come nearer: `share` is how much of the cloud's size a picture shows.
+/// A camera on a circle around the cloud that looks down at the cloud's middle.
+/// \param share how much of the cloud's size a picture shows
 Camera cameraAt(const GiPointSetDefinition& points, double angle, double share) {
     const auto& bounds = static_cast<const PcCorePointSet&>(points);
     const OdGeVector3d size = bounds.dataMax() - bounds.dataMin();
@@ -133,7 +134,7 @@ Camera cameraAt(const GiPointSetDefinition& points, double angle, double share) 
     return camera;
 }
 
-/// One redraw: what is shown is in three flat arrays, ready for the graphics card.
+/// One redraw. What it shows stands in three flat arrays, ready for the graphics card.
 void drawFrame(GiPointSetDefinition& points, const Camera& camera) {
     const OdGeMatrix3d matrix;  // where the entity stands in the drawing
     constexpr int pixels = 800;
@@ -154,7 +155,7 @@ void drawFrame(GiPointSetDefinition& points, const Camera& camera) {
 
 // --- 5. A click ----------------------------------------------------------------------------------
 
-/// Snaps to what the last frame shows within 5 pixels of a place.
+/// Snaps to a point that the last frame shows within 5 pixels of a place; false if there is none.
 bool snap(GiPointSetDefinition& points, const OdGePoint3d& place) {
     OdArray<OdGePoint3d> found;
     const OdGeMatrix3d matrix;
@@ -187,7 +188,7 @@ std::string shown(const OPMVariant& value, const OdArray<OdString>& choices) {
     }
 }
 
-/// What the palette shows of an entity, as every extension that knows it tells.
+/// Prints what the palette shows of an entity: the properties that the extensions tell.
 void listProperties(const OdDbEntity& entity) {
     for (OdOPMClientExtension* extension : odOPMExtensionManager()->extensions()) {
         OdArray<OPMPropertyEntry> properties;
@@ -201,7 +202,7 @@ void listProperties(const OdDbEntity& entity) {
     }
 }
 
-/// What the user chooses in the palette reaches the entity, and from there its points.
+/// The user's choice in the palette reaches the entity. From there the host hands it to the points.
 void colourByElevation(OdOPMClientExtension& palette, Drawing& drawing) {
     constexpr int stylization = 3;  // the ids of the property map
     constexpr int colourScheme = 4;
@@ -231,6 +232,7 @@ void run(const char* pluginFile, const std::string& scan, const std::string& fol
 
     std::printf("Flying around it, with 60000 points at most\n");
     odSystemVariables().setInt("POINTCLOUDPOINTMAX", 60000);
+    // Every frame comes nearer.
     for (int frame = 0; frame < 8; ++frame)
         drawFrame(*drawing.points, cameraAt(*drawing.points, 0.7 * frame, 1.0 - 0.12 * frame));
 
@@ -243,7 +245,7 @@ void run(const char* pluginFile, const std::string& scan, const std::string& fol
     std::printf("Its properties, coloured by elevation\n");
     colourByElevation(*palette, drawing);
     listProperties(drawing.entity);
-    // The view is the same, but what it shows is not.
+    // The same cloud in other colours.
     drawFrame(*drawing.points, cameraAt(*drawing.points, 0, 1));
 }
 
