@@ -4,13 +4,13 @@
 #include <cstring>
 #include <string>
 
-/// Puts a value's bytes into a text that holds binary data.
+/// Puts the bytes of a value into a string that holds binary data.
 template <class T>
 void put(std::string& bytes, std::size_t position, T value) {
     std::memcpy(bytes.data() + position, &value, sizeof value);
 }
 
-/// The header of a LAS scan of so many points in format 3, in millimetres.
+/// The header of a LAS scan with this number of points, in format 3 and in millimetres.
 inline std::string lasHeader(std::uint32_t points) {
     std::string header(227, '\0');
     header.replace(0, 4, "LASF");

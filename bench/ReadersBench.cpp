@@ -1,10 +1,9 @@
-// Workload: reading whole scans with the readers and nothing else. The scans are made by the
-// benchmark in the temporary folder and removed at its end; they are in the system's cache while
-// they are read. PTS: one block of seven columns, 1,000,000 points with millimetres and 8-bit
-// colours (about 40 MB). PTX: one grid of as many cells, a tenth of them empty. Each is read by our
-// reader in batches of 100,000 points, and by a loop of fscanf with the same conversions, which
-// keeps nothing of what it reads but a sum. LAS: format 3, 4,000,000 points, read by the pass that
-// determines the bounding box.
+// Workload: reading whole scans with the readers and nothing else. The benchmark makes the scans in
+// the temporary folder and removes them at its end; they are in the system's cache while they are
+// read. PTS: one block of seven columns, 1,000,000 points with millimetres and 8-bit colours (about
+// 40 MB). PTX: one grid of as many cells, a tenth of them empty. Our reader reads each in batches
+// of 100,000 points; the floor is a loop of fscanf with the same conversions, which keeps only a
+// sum. LAS: format 3, 4,000,000 points, read by the pass that determines the bounding box.
 //
 // VPC_BENCH_POINTS sets another number of points for the text scans.
 
@@ -34,7 +33,7 @@ long pointsInText() {
 
 constexpr long pointsInLas = 4'000'000;
 
-/// A scan in the temporary folder, which is there as long as the program runs.
+/// A scan in the temporary folder, removed when the program ends.
 class Scan {
 public:
     explicit Scan(const std::string& extension)

@@ -1,14 +1,14 @@
-// Workload: a point tree file as it is opened and read by the view side, from the system's cache.
-// The files are made by the benchmark in the temporary folder and removed at its end.
+// Workload: the view side opens and reads a point tree file from the system's cache. The benchmark
+// makes the files in the temporary folder and removes them at its end.
 //
-// Hierarchy: 112,348 nodes in seven levels (a root of 3 children, every other node but the deepest
-// of 8) without points, about 50 MB of records. The floor reads the same bytes in blocks of 1 MiB
-// and builds a plain struct of every record's fixed members, each in a block of memory of its own;
-// it follows no link and looks at no path.
+// Hierarchy: 112,348 nodes in seven levels without points, about 50 MB of records. The root has 3
+// children, every other node above the deepest level has 8. The floor reads the same bytes in
+// blocks of 1 MiB and builds a plain struct of every record's fixed members, each in a block of
+// memory of its own; it follows no link and looks at no path.
 //
 // Points: 192 nodes of 26,000 points, read one after the other into arrays of 5,000,000 slots. The
-// floor reads the same byte ranges, each with one seek and one read into a block that it has
-// already, and copies the 36 bytes of a point that are drawn into three arrays.
+// floor reads the same byte ranges, each with one seek and one read into the same block, and copies
+// the 36 bytes of a point that are drawn into three arrays.
 
 #include <fcntl.h>
 #include <malloc.h>
@@ -38,7 +38,7 @@ namespace {
 namespace Layout = PointTreeLayout;
 using Word = unsigned long long;
 
-/// A tree file in the temporary folder, which is there as long as the program runs.
+/// A tree file in the temporary folder, removed when the program ends.
 class MadeTree {
 public:
     MadeTree(Word levels, Word pointsPerLeaf)
@@ -100,7 +100,7 @@ private:
     void putRecord(Word level, Word node) {
         put(level), put(0.5);
         for (Word step = 0; step <= level; ++step) {
-            // The node's ancestor in this level, and which child that is.
+            // The node's ancestor in this level, and which child of its parent it is.
             const Word ancestor = node >> 3 * (level - step);
             const Word cell = step == 0 ? 0 : step == 1 ? ancestor : ancestor % 8;
             if (step == 1)
@@ -152,7 +152,7 @@ const MadeTree& points() {
     return tree;
 }
 
-/// Bytes that the program has from the heap, those that the heap has to itself included.
+/// Bytes that the program has from the heap, with those that the heap needs for itself.
 Word heapBytes() {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
@@ -183,8 +183,8 @@ struct PlainNode {
     std::array<Word, 5> positions;
 };
 
-/// Gives records one after the other from a block of 1 MiB, which is filled again when what is left
-/// in it is less than a record can be.
+/// Gives records one after the other from a block of 1 MiB, and fills it again when less is left in
+/// it than a record may take.
 class RecordBytes {
 public:
     explicit RecordBytes(const MadeTree& file) : handle_(open(file.path().c_str(), O_RDONLY)) {

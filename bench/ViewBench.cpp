@@ -1,12 +1,12 @@
-// Workload: one view of 5,000,000 points, filled, recoloured and picked from. The scan (LAS, format
-// 3, points spread over a rolling ground of 1000 by 1000 metres) is made by the benchmark in the
-// temporary folder and prepared there as an octree with at most 10,000 points a node; scan and tree
-// are removed at its end, and the tree's file is in the system's cache while it is read. The budget
-// is 5,000,002 points and the camera sees the whole cloud, so that every update reads every point
-// of the deepest level.
+// Workload: one view of 5,000,000 points is filled, recoloured and picked from. The benchmark makes
+// the scan in the temporary folder (LAS, format 3, points spread over a rolling ground of 1000 by
+// 1000 metres) and prepares it there as an octree with at most 10,000 points a node. It removes
+// both at its end; the tree file is in the system's cache while it is read. The budget is 5,000,002
+// points and the camera sees the whole cloud, so that every update reads every point of the deepest
+// level.
 //
-// The floors do the least that could be done, over plain arrays. Update: the same byte ranges, each
-// read with one call, and 36 bytes a point copied into three arrays. Recolouring: one pass for the
+// The floors do the least that could be done, over plain arrays. Update: read the same byte ranges,
+// each with one call, and copy 36 bytes a point into three arrays. Recolouring: one pass for the
 // matrix and the range, one for the ramp (Spectrum) of each point. A pick looks for the point under
 // a box of 5 pixels, each time at another place of the picture.
 
@@ -36,11 +36,11 @@
 namespace {
 
 constexpr unsigned long long points = 5'000'000;
-/// A level is shown while its points are fewer than the budget less 1.
+/// A level is shown only if its points are fewer than the budget less 1.
 constexpr unsigned long long budget = points + 2;
 constexpr std::size_t pointRecord = 54;
 
-/// A folder of its own, there as long as the program runs.
+/// A folder of the program's own, removed when it ends.
 class Folder {
 public:
     Folder() {

@@ -1,8 +1,8 @@
 // The least work that turning a LAS scan into a point tree file can be: it moves the bytes that
-// have to be moved and does nothing else. Reads the scan twice, writes 54 bytes a point to one
+// have to be moved and does nothing else. It reads the scan twice, writes 54 bytes a point to one
 // temporary file, reads that back and writes 72 bytes a point as the result.
 //
-// Usage: vpc_floor SCAN.las FOLDER. Prints the seconds that it took; removes its files.
+// Usage: vpc_floor SCAN.las FOLDER. Prints the seconds that it took and removes its files.
 
 #include <chrono>
 #include <cstdint>
@@ -28,7 +28,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 File open(const std::string& path, const char* mode) {
     File file(std::fopen(path.c_str(), mode));
     if (!file) throw std::runtime_error("cannot open " + path);
-    // The blocks are large: no second buffer, no second copy.
+    // The blocks are large: a second buffer would only cost a second copy.
     std::setvbuf(file.get(), nullptr, _IONBF, 0);
     return file;
 }
@@ -51,7 +51,7 @@ void writeAll(const std::string& path, unsigned long long bytes, const std::vect
     if (std::fclose(file.release()) != 0) throw std::runtime_error("cannot write " + path);
 }
 
-/// As many points as the file's size and record length make.
+/// The number of points that follows from the file's size and the record length.
 unsigned long long pointCount(const std::string& path) {
     char header[107] = {};
     const File file = open(path, "rb");

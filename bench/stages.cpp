@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 constexpr unsigned long long maxPointsPerNode = 10000;
 constexpr unsigned long long maxLevel = 12;
 
-/// Charges the time between two reports to the stage that the later one belongs to.
+/// Counts the time between two reports to the stage of the later one.
 class StageClock : public PrepareObserver {
 public:
     bool onProgress(const PrepareProgress& progress) override {

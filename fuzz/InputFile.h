@@ -14,8 +14,8 @@
 
 namespace vpc::fuzz {
 
-/// The fuzzer's input as a file, since the library reads files: in memory, under one name a
-/// process, and gone at the end of the run.
+/// The fuzzer's input as a file, since the library reads files. It is in memory, has one name in
+/// every process, and is removed at the end of the run.
 class InputFile {
 public:
     InputFile(const std::uint8_t* data, std::size_t size, const char* extension)
@@ -31,7 +31,7 @@ public:
     ~InputFile() { std::remove(path_.c_str()); }
 
     wxString name() const { return wxString::FromUTF8(path_); }
-    /// True for one input in so many, and always for the same ones: for what takes long.
+    /// True for one input in `count`, and always for the same ones: for checks that take long.
     bool IsOneIn(std::size_t count) const {
         return std::hash<std::string_view>()(bytes_) % count == 0;
     }

@@ -8,7 +8,7 @@
 #include "io/PlyIO.h"
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    // The reader tells there how much it has read.
+    // The reader prints there how much it has read.
     std::cout.rdbuf(nullptr);
     return 0;
 }

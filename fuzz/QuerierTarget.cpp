@@ -1,4 +1,4 @@
-// Asks a querier of point tree files everything about the input, and holds its answers against
+// Asks a querier of point tree files everything about the input, and compares its answers with
 // those of the reader that visits all records.
 
 #include <algorithm>
@@ -17,17 +17,17 @@ namespace {
 using vpc::fuzz::require;
 
 constexpr unsigned long long farthest = std::numeric_limits<unsigned long long>::max();
-/// Every question walks from the first record on.
+/// No more nodes, since every question walks through the records from the first one on.
 constexpr unsigned long long mostNodesAsked = 20;
 
-/// Compared by their bits, since damaged files hold coordinates that are no numbers.
+/// Compares bits, since damaged files hold coordinates that are no numbers.
 bool isSame(const OdGePoint3d& point, const std::array<double, 3>& values) {
     using Bits = std::array<std::uint64_t, 3>;
     return std::bit_cast<Bits>(std::array{point.x, point.y, point.z}) ==
            std::bit_cast<Bits>(values);
 }
 
-/// Asks about one node, which may not be there.
+/// Asks about one node, which may not exist.
 void askAll(VpcDiskTreeQuerier& querier, unsigned long long level, unsigned long long index) {
     const unsigned long long size = querier.header().fileSize;
     const unsigned long long record = querier.getOffsetHeaderNode(level, index);

@@ -5,7 +5,8 @@
 
 namespace vpc::fuzz {
 
-/// Ends the process, which makes the input a find, where something does not hold that always does.
+/// Ends the process where a condition does not hold that must always hold; the input is then a
+/// find.
 inline void require(bool holds, const char* what) {
     if (holds) return;
     std::fprintf(stderr, "violated: %s\n", what);

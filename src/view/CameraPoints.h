@@ -3,8 +3,9 @@
 #include "core/geometry/VpcPoint3D.h"
 #include "platform/OdGePoint3d.h"
 
-// The camera that the orders of picking measure from: PcCoreVisibleNodeManager's predicates take
-// two elements and nothing else. Set by each pick, which must therefore not run beside another.
+// The camera from which a pick measures distances. It is global because the predicates of
+// PcCoreVisibleNodeManager take two elements and nothing else. Every pick sets it, so that no two
+// picks may run at once.
 
 extern VpcPoint3D camPointVpc;
 extern OdGePoint3d camPointOda;

@@ -6,7 +6,7 @@
 namespace vpc {
 namespace {
 
-/// The values that a change of view shows in.
+/// The values by which a change of the view is noticed.
 std::array<double, 11> comparedValues(const CameraView& view) {
     return {view.camera.x,     view.camera.y,   view.camera.z,     view.target.x,
             view.target.y,     view.target.z,   view.viewVector.x, view.viewVector.y,
@@ -20,7 +20,8 @@ bool CameraView::SpansSpace() const {
         if (!std::isfinite(value)) return false;
     if (!(fieldWidth > 0 && fieldHeight > 0 && viewportWidth > 0 && viewportHeight > 0))
         return false;
-    // The camera's right-hand direction; also without length where the camera is at the target.
+    // The camera's direction to the right; it has no length either where the camera is at the
+    // target.
     return viewVector.crossProduct(camera - target).length() > 0;
 }
 

@@ -5,13 +5,13 @@
 
 namespace vpc {
 
-/// What the host tells of a camera, as it tells it; all zero before the first view.
+/// A camera in the host's own terms; all values are zero before the first view.
 struct CameraView {
     OdGePoint3d camera;
     OdGePoint3d target;
     /// The camera's up vector.
     OdGeVector3d viewVector;
-    /// Size of the field of view in world units, in perspective at the target's distance.
+    /// Size of the field of view in world units; in perspective, at the target's distance.
     double fieldWidth = 0.0;
     double fieldHeight = 0.0;
     /// In pixels.
@@ -19,11 +19,11 @@ struct CameraView {
     int viewportHeight = 0;
     bool perspective = false;
 
-    /// Whether the view shows a part of space at all: it has a finite, positive size, and a
-    /// direction that its up vector does not lie along.
+    /// Whether the view shows any part of space: its size is finite and positive, and its up vector
+    /// does not lie along its direction.
     bool SpansSpace() const;
-    /// Whether `other` shows another picture: a value differs by a thousandth or more of what it
-    /// is here, or the projection does. The viewports do not count.
+    /// Whether `other` shows another picture: a value differs from this one's by a thousandth of it
+    /// or more, or the projection differs. The viewports do not count.
     bool DiffersFrom(const CameraView& other) const;
 };
 

@@ -19,7 +19,7 @@ void PopNode(std::vector<VpcDiskNode*>& list, int index) {
     auto at = static_cast<std::size_t>(index);
     std::swap(list[at], list.back());
     list.pop_back();
-    // Only downwards: where the node is not the front's, its parents may now be denser than it.
+    // Only downwards: unless `index` was the front, the parents of this place may now be denser.
     for (std::size_t child = 2 * at + 1; child < list.size(); child = 2 * at + 1) {
         if (child + 1 < list.size() && sortNodesToDiagonalInv(list[child], list[child + 1]))
             ++child;

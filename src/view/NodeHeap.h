@@ -4,14 +4,14 @@
 
 class VpcDiskNode;
 
-// A node list kept as a binary heap whose front is the node of least density: the one that a view
-// gains most from refining.
+// A list of nodes as a binary heap. Its front is the node of least density, whose refining improves
+// a view most.
 
 /// Whether `a` is denser than `b`.
 bool sortNodesToDiagonalInv(const VpcDiskNode* a, const VpcDiskNode* b);
 
 /// Adds `node` to the heap.
 void PushNode(std::vector<VpcDiskNode*>& list, VpcDiskNode* node);
-/// Removes the node at `index`: the last one takes its place and sinks to where it belongs below
-/// it. An index that the list does not have changes nothing.
+/// Removes the node at `index`. The last node takes its place and sinks from there to where it
+/// belongs. An index beyond the list changes nothing.
 void PopNode(std::vector<VpcDiskNode*>& list, int index);

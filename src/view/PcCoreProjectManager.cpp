@@ -91,7 +91,7 @@ unsigned long long PcCoreProjectManager::updateVisiblePoints(
     lastView_ = {camera,      target,        viewVector,     fieldWidth,
                  fieldHeight, viewportWidth, viewportHeight, perspective};
     pixelSize = fieldWidth / viewportWidth;
-    // Whatever was set before: hosts are shown one level throughout, and no view writes files.
+    // Whatever was set before: hosts always see one level throughout, and no view writes files.
     drawGeometry = false;
     useFlatView = true;
     cameraDistance = DistanceToRootCentre(camera);
@@ -157,7 +157,7 @@ PcCoreProjectManager::NodeList PcCoreProjectManager::flatNodeSelection(
     for (VpcDiskNode* const node : Level(selectedLevel)) {
         if (!frustum.Intersects(node->box)) continue;
         selected.push_back(node);
-        // A node that does not fit shows nothing, though smaller ones after it may.
+        // A node that does not fit is left out; a smaller one after it may still fit.
         const unsigned long long used = visibleNodeManager_.nrPointsInBuffer;
         if (used < capacity && node->nrPoints < capacity - used) visibleNodeManager_.addNode(node);
     }
@@ -252,7 +252,7 @@ bool PcCoreProjectManager::hasSameSections(
     const std::vector<std::pair<OdGePoint3d, OdGeVector3d>>& planes) const {
     return std::equal(planes.begin(), planes.end(), sections_.begin(), sections_.end(),
                       [](const auto& plane, const Section& section) {
-                          // Exchanged, as hosts pass them.
+                          // Hosts pass them exchanged.
                           const auto& [normal, point] = plane;
                           return VpcPlaneDef({point.x, point.y, point.z},
                                              {normal.x, normal.y, normal.z})

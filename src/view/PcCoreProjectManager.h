@@ -26,11 +26,11 @@
 class VpcDiskNode;
 class VpcDiskTree;
 
-/// One loaded point tree and everything that depends on the view: chooses for a camera the nodes
-/// to show within the point budget, and has their points read into the buffers.
+/// One loaded point tree and everything that depends on the view. It chooses the nodes that a
+/// camera is to show within the point budget and has their points read into the buffers.
 ///
-/// The budget is the buffers' capacity. Before a tree is loaded, and with a tree without nodes,
-/// every view is empty. One thread at a time.
+/// The budget is the buffers' capacity. Before a tree is loaded every view is empty, and so it is
+/// with a tree without nodes. One thread at a time.
 class PcCoreProjectManager {
 public:
     using Section = std::pair<OdString, VpcPlaneDef>;
@@ -63,7 +63,8 @@ public:
 
     // --- Results -------------------------------------------------------------------------------
 
-    /// From the camera of the last view or pick to the centre of the root's box; 0 without root.
+    /// Distance of the camera of the last view or pick from the centre of the root's box; 0 without
+    /// a root.
     double cameraDistance = 0.0;
     /// Size of a pixel of the last view in world units.
     double pixelSize = 0.0001;
@@ -99,8 +100,8 @@ public:
 
     // --- Views ---------------------------------------------------------------------------------
 
-    // The host's nine arguments. `matrix` takes the tree's points into the world that the other
-    // arguments are in; `viewVector` is the camera's up vector.
+    // The host's nine arguments. `matrix` leads from the tree's frame to the world, in which the
+    // other arguments are; `viewVector` is the camera's up vector.
 
     /// Whether the view differs noticeably from that of the last update. A value that was exactly
     /// 0 there counts as changed; matrix and viewport do not count.
@@ -117,15 +118,16 @@ public:
                                            double fieldHeight, int viewportWidth,
                                            int viewportHeight, bool perspective);
 
-    // Selections: they add the points of what they select to the buffers.
+    // Selections. Each adds the points of the nodes that it selects to the buffers.
 
-    /// The nodes in the frustum of the deepest level whose points there stay below the budget.
+    /// Selects the deepest level that has fewer points in the frustum than the budget, and of it
+    /// the nodes in the frustum.
     NodeList flatNodeSelection(const VpcFrustumDef& frustum);
     /// Starts with the root and replaces nodes by their visible children, the sparsest first, as
     /// long as the budget allows.
     NodeList dynamicNodeSelection(const VpcFrustumDef& frustum);
 
-    /// Points of the level's nodes whose boxes meet the frustum; 0 for a level that is not there.
+    /// Points of the level's nodes whose boxes meet the frustum; 0 for a level that does not exist.
     unsigned long long getNrPointsInFrustumLOD(const VpcFrustumDef& frustum,
                                                unsigned long long level) const;
     /// Sets `out` to the children that the frustum meets and that hold points or children.
@@ -186,8 +188,9 @@ private:
     /// Empties the buffers and fills them for the last view. `toTree` leads from the world into the
     /// tree's frame.
     void FillBuffers(const VpcTransform3D& toTree);
-    /// Replaces the first node, in the list's order, whose children the budget allows; `total` are
-    /// the points of all nodes. False when there is none.
+    /// Replaces the first node of the list whose children the budget allows by these children.
+    /// False when there is none.
+    /// \param total the points of all nodes in the list
     bool RefineSparsestNode(const VpcFrustumDef& frustum, unsigned long long total,
                             NodeList& selected) const;
     bool Pick(const OdGeMatrix3d& matrix, const vpc::CameraView& view, const OdGePoint3d& pickPoint,

@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Whether `a` comes before `b`; an undefined distance, as damaged files can give, comes last.
+/// Whether `a` comes before `b`. A NaN, as damaged files can give, comes last.
 bool isNearer(double a, double b) {
     return a < b || (std::isnan(b) && !std::isnan(a));
 }
@@ -31,8 +31,8 @@ void PcCoreVisibleNodeManager::clear() {
 }
 
 unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
-    // Callers see to it that the node fits: the budget is all of `capacity`, not what is left of
-    // it. After a failed resize, though, the buffers have fewer slots than that.
+    // Callers make sure that the node fits into `capacity`. After a failed resize, though, the
+    // buffers have fewer slots than that.
     const unsigned long long added = node->AddPointsFromDisk(nextSlot, coordinates(), colours(),
                                                              sizes(), capacity, buffers_.slots());
     if (added == 0) return 0;
@@ -44,8 +44,7 @@ unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
 
 bool PcCoreVisibleNodeManager::resizePointBuffer(unsigned long long newCapacity) {
     if (newCapacity < smallestCapacity || newCapacity == capacity) return true;
-    // Both are set before memory is asked for: hosts take `capacity` for what they wanted last,
-    // also when they did not get it.
+    // Even when there is no memory: hosts expect `capacity` to be what they asked for last.
     clear();
     capacity = newCapacity;
     try {
@@ -102,8 +101,8 @@ bool PcCoreVisibleNodeManager::FindInNode(const VisiblePointsNode& visible,
     const OdGePoint3d* const first = coordinates() + visible.firstSlot;
     const OdGePoint3d* const last = coordinates() + visible.lastSlot;
 
-    // Deliberately not what the search goes by: hosts expect a node's point in the lowest slot, and
-    // by distance another one would be found.
+    // Deliberately, the search does not use this order: hosts expect the point in the lowest slot,
+    // which need not be the nearest.
     std::vector<OdGePoint3d> nearestFirst(first, last);
     std::sort(nearestFirst.begin(), nearestFirst.end(), sortPointsInNodeToCameraDistance);
 

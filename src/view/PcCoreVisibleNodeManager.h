@@ -18,10 +18,10 @@
 
 class VpcDiskNode;
 
-/// The point buffers that the host draws from, and the nodes whose points are in them. Finds the
-/// point under a pick among them, and writes files that show them.
+/// The point buffers that the host draws from, and the nodes whose points are in them. It finds the
+/// point that a pick means, and it writes files that show a view.
 ///
-/// Nodes are not owned: whoever frees a tree empties the buffers first.
+/// It does not own the nodes: whoever frees a tree empties the buffers first.
 class PcCoreVisibleNodeManager {
 public:
     static constexpr unsigned long long defaultCapacity = 5'000'000;
@@ -31,17 +31,17 @@ public:
     explicit PcCoreVisibleNodeManager(unsigned long long slots = defaultCapacity);
 
     unsigned long long nrPointsInBuffer = 0;
-    /// Slots of every buffer: the point budget. After a failed resize, what was asked for.
+    /// The point budget: the slots of every buffer or, after a failed resize, those asked for.
     unsigned long long capacity = 0;
     /// First free slot; equals nrPointsInBuffer.
     unsigned long long nextSlot = 0;
 
-    // Pointers are good until the buffers are resized.
+    // The pointers are valid until the buffers are resized.
 
     OdGePoint3d* coordinates() const { return buffers_.coordinates(); }
     OdCmEntityColor* colours() const { return buffers_.colours(); }
     double* sizes() const { return buffers_.sizes(); }
-    /// Luminance of the scan colours, where the buffer was last coloured by intensity.
+    /// Luminance of the scan colours; valid after a colouring by intensity.
     double* intensities() const { return buffers_.intensities(); }
     /// In the order in which they were added.
     const std::vector<VisiblePointsNode>& visibleNodes() const { return visibleNodes_; }
@@ -50,13 +50,13 @@ public:
 
     /// Forgets all nodes and points; the buffers stay.
     void clear();
-    /// Reads the node's points into the next free slots, which must be as many. A node of which
-    /// sections and clippings leave nothing is not recorded.
+    /// Reads the node's points into the next free slots, of which there must be enough. A node that
+    /// the sections and clippings cut off whole is not recorded.
     /// \return how many points were added
     unsigned long long addNode(VpcDiskNode* node);
-    /// Replaces the buffers by empty ones of another size; of smallestCapacity at least, otherwise
-    /// nothing changes. False when there is no memory: the old buffers remain, but `capacity` is
-    /// the new one.
+    /// Replaces the buffers by empty ones of another size. A size below smallestCapacity changes
+    /// nothing. False when there is no memory: the old buffers remain, but `capacity` is the new
+    /// one.
     bool resizePointBuffer(unsigned long long newCapacity);
     /// Moves the points by `matrix`, in place, and colours them by what `type` says. Elevations
     /// are taken after the move; an intensity is the luminance of the colour that the slot had.
@@ -66,9 +66,10 @@ public:
     /// Collects the visible nodes that `pickFrustum` meets, and makes `camera` the point that the
     /// orders below measure from.
     void updateNodesInPickFrustum(const VpcFrustumDef& pickFrustum, const VpcPoint3D& camera);
-    /// The first point in the pick frustum: by nodes from the nearest on, in a node by slots.
-    /// `matrix` takes the buffer's points into the frustum's frame; `result` is as in the buffer,
-    /// and assigned only when there is one. The last point of every node is never picked.
+    /// Finds the first point in the pick frustum. Nodes are searched from the nearest on, the
+    /// points of a node in the order of their slots; the last point of a node is never picked.
+    /// \param result the point as it stands in the buffer; assigned only when one is found
+    /// \param matrix from the buffer's frame to the frustum's
     bool getPickPoint(const VpcFrustumDef& pickFrustum, OdGePoint3d& result,
                       const OdGeMatrix3d& matrix) const;
 

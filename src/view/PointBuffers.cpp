@@ -10,14 +10,14 @@
 namespace vpc {
 namespace {
 
-/// As many elements as the system's sizes can tell the bytes of.
+/// Throws where so many coordinates would have more bytes than an object may have.
 std::size_t checkedCount(unsigned long long slotCount) {
     if (slotCount > PTRDIFF_MAX / sizeof(OdGePoint3d)) throw std::bad_array_new_length();
     return static_cast<std::size_t>(slotCount);
 }
 
 OdGePoint3d* zeroedCoordinates(std::size_t count) {
-    // Zero bytes are points at the origin, and the system has them without anyone writing them.
+    // Zero bytes are points at the origin, and the system gives zeros without writing them.
     static_assert(std::is_trivially_copyable_v<OdGePoint3d>);
     void* const block = std::calloc(count, sizeof(OdGePoint3d));
     if (block == nullptr) throw std::bad_alloc();

@@ -8,12 +8,12 @@
 
 namespace vpc {
 
-/// The arrays that the host draws from, one element a slot: bytesPerSlot in all.
+/// The arrays that the host draws from. Each has one element for every slot; all of them together
+/// take bytesPerSlot for it.
 ///
-/// Coordinates start as zero and colours as black by colour; sizes and intensities hold nothing
-/// until a point is written. Only the colours are touched on allocation: the system hands out the
-/// other pages when points come, so that buffers for millions of points cost a small cloud
-/// nothing.
+/// Coordinates start as zero and colours as black, with the method by colour; sizes and intensities
+/// are undefined until a point is written. Allocation touches only the colours. The system hands
+/// out the other pages when points come, so that large buffers cost a small cloud nothing.
 class PointBuffers {
 public:
     static constexpr unsigned long long bytesPerSlot =

@@ -42,8 +42,8 @@ void colourBy(const PointBuffers& buffers, unsigned long long count, const Range
     }
 }
 
-/// What VpcColorTools::ApplyColorScheme would choose for every point anew. A scheme without a ramp
-/// leaves the colours.
+/// Chooses the ramp once, where VpcColorTools::ApplyColorScheme would choose it for every point. A
+/// scheme without a ramp leaves the colours as they are.
 template <class ValueOf>
 void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
             VpcColorScheme scheme, const ValueOf& valueOf) {

@@ -6,16 +6,16 @@
 
 namespace vpc {
 
-// What becomes of the first `count` slots of the buffers after the points were read. All of them
-// move the coordinates by `matrix`, in place.
+// Each of these functions moves the first `count` points of the buffers by `matrix`, in place, and
+// sets their colours.
 
-/// Leaves the colours.
+/// Leaves the colours as they are.
 void movePoints(const PointBuffers& buffers, unsigned long long count, const OdGeMatrix3d& matrix);
-/// Colours by the moved points' z, over the range that they have.
+/// Colours by the z of the moved points, over the range that these points have.
 void colourByElevation(const PointBuffers& buffers, unsigned long long count,
                        const OdGeMatrix3d& matrix, VpcColorScheme scheme);
-/// Colours by the luminance of the colours, over the range that they have, and keeps it in the
-/// intensities.
+/// Colours by the luminance of the colours, over the range that these points have. Stores the
+/// luminance in the intensities.
 void colourByIntensity(const PointBuffers& buffers, unsigned long long count,
                        const OdGeMatrix3d& matrix, VpcColorScheme scheme);
 

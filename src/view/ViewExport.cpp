@@ -16,7 +16,7 @@ wxString inFolder(const wxString& folder, const char* name) {
     return folder.empty() || folder.EndsWith("/") ? folder + name : folder + "/" + name;
 }
 
-/// Text of lines that name a value.
+/// Builds a text whose lines are a name and a value each.
 class ParameterText {
 public:
     template <class Point>
@@ -87,7 +87,7 @@ void PcCoreVisibleNodeManager::exportPickNodesAsPly(
     const wxString& folder, const OdGePoint3d& camera, const OdGePoint3d& target,
     const OdGeVector3d& upVector, const OdGePoint3d& pickPoint, const OdGeExtents3d& dataBounds,
     double worldWidth, double worldHeight, const VpcFrustumDef& pickFrustum) const {
-    // Without the blank that the view's file has before the colon.
+    // Unlike the view's file, this one has no blank before the colon.
     ParameterText()
         .Point3("Camera position: ", camera)
         .Point3("Camera lookat: ", target)
