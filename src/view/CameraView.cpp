@@ -20,8 +20,7 @@ bool CameraView::SpansSpace() const {
         if (!std::isfinite(value)) return false;
     if (!(fieldWidth > 0 && fieldHeight > 0 && viewportWidth > 0 && viewportHeight > 0))
         return false;
-    // The camera's direction to the right; it has no length either where the camera is at the
-    // target.
+    // To the camera's right. Where the camera is at the target, this has no length either.
     return viewVector.crossProduct(camera - target).length() > 0;
 }
 
