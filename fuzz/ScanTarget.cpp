@@ -1,6 +1,5 @@
-// Reads the input as a scan, in the way of preparing: once for the box around its points, then
-// batch by batch to the end. It is compiled once for every format, with VPC_FUZZ_FORMAT and
-// VPC_FUZZ_EXTENSION.
+// Reads the input as a scan, the way preparing does: once for the box around its points, then batch
+// by batch to the end. Compiled once a format, with VPC_FUZZ_FORMAT and VPC_FUZZ_EXTENSION.
 
 #include <memory>
 
@@ -14,7 +13,7 @@ namespace {
 using vpc::fuzz::require;
 
 constexpr VpcDataFormat format = VPC_FUZZ_FORMAT;
-/// Few, so that a small input makes many batches, too.
+/// Few, so that small inputs make many batches too.
 constexpr unsigned long long batchCapacity = 16;
 
 bool isSame(const VpcPoint3D& a, const VpcPoint3D& b) {
@@ -25,7 +24,7 @@ bool isSame(const VpcBoundingBoxAxisAligned& a, const VpcBoundingBoxAxisAligned&
     return isSame(a.minPoint, b.minPoint) && isSame(a.maxPoint, b.maxPoint);
 }
 
-/// The result of one pass over all points.
+/// What one pass over all points comes to.
 struct Pass {
     bool succeeded = false;
     unsigned long long points = 0;
@@ -46,7 +45,7 @@ bool liesWithin(const VpcPoint3D& p, const FileParentIO& reader) {
     return p.x >= x0 && p.x <= x1 && p.y >= y0 && p.y <= y1 && p.z >= z0 && p.z <= z1;
 }
 
-/// Counts the points of a batch. Each must lie in the extent, unless it has no place at all.
+/// Counts a batch's points, each of which has to lie in the extent or has no place at all.
 void addBatch(const FileParentIO& reader, unsigned long long count, Pass& pass) {
     pass.points += count;
     for (const VpcPoint3D* p = reader.pointBuffer; p != reader.pointBuffer + count; ++p)
@@ -75,7 +74,7 @@ Pass readToTheEnd(const wxString& file) {
     return pass;
 }
 
-/// The pass with which preparing begins; its readers hold a hundred thousand points.
+/// The pass that preparing begins with, whose readers hold a hundred thousand points.
 Pass measure(const wxString& file) {
     Pass pass;
     ScanSummary summary;
@@ -93,7 +92,7 @@ Pass measure(const wxString& file) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const vpc::fuzz::InputFile file(data, size, VPC_FUZZ_EXTENSION);
     const Pass pass = readToTheEnd(file.name());
-    // A point that the second pass finds outside the first one's box would be lost.
+    // A point of the second pass outside of the first one's box would be lost.
     require(readToTheEnd(file.name()) == pass, "every pass gives the same points");
     if (file.IsOneIn(64)) require(measure(file.name()) == pass, "batches of any size do as well");
     return 0;

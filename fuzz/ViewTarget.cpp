@@ -1,4 +1,4 @@
-// Loads the input as a host would, looks at it from several sides and picks a point.
+// Loads the input as a host would, looks at it from some sides and picks a point.
 
 #include <array>
 #include <memory>
@@ -28,7 +28,7 @@ struct View {
     bool perspective = false;
 };
 
-/// Reads everything that a host would draw.
+/// Touches everything that a host would draw.
 void draw(const GiPointSetDefinition& set) {
     const unsigned long long count = set.getNrVisiblePoints();
     require(count <= set.maxNrPointsInBuffer(), "the budget holds");
@@ -74,7 +74,7 @@ OdGeMatrix3d moved() {
     return matrix;
 }
 
-/// Runs the selection that no host reaches, as for diagnosis.
+/// The selection that hosts do not reach, as diagnosis asks for it.
 void selectDynamically(PcCoreProjectManager& manager) {
     manager.visibleNodeManager().clear();
     manager.dynamicNodeSelection(manager.viewFrustum());
@@ -131,7 +131,7 @@ std::array<std::uint8_t, 143> emptyTree() {
     return bytes;
 }
 
-/// A point set as the extension gives it to a host; null where the file cannot be loaded.
+/// A point set as a host gets it from the extension; null where the file cannot be loaded.
 using Loaded = std::unique_ptr<PcCorePointSet, void (*)(PcCorePointSet*)>;
 
 Loaded load(const OdString& file) {
@@ -140,8 +140,8 @@ Loaded load(const OdString& file) {
             [](PcCorePointSet* set) { extension.cleanPointSet(set); }};
 }
 
-/// One point set for all inputs: a new one allocates buffers for five million points, which takes
-/// longer than all else.
+/// One point set for all inputs: a new one has buffers for five million points, which take longer
+/// than all else.
 PcCorePointSet& standingSet() {
     static const Loaded set = [] {
         const auto bytes = emptyTree();
@@ -156,7 +156,7 @@ void lookAt(PcCorePointSet& set) {
     lookFromAllSides(set);
 }
 
-/// Does all that a host does with a file.
+/// All of a host's way.
 void lookAsHost(const OdString& file) {
     try {
         const Loaded set = load(file);
