@@ -42,7 +42,9 @@ bool PointTreeFileWriter::Write(const wxString& fileName,
     WriteNodeRecords();
     const bool whole = WritePointBlocks();
     stream_.StreamClose();
-    return whole && stream_.IsStreamGood() && file.Commit();
+    if (!whole || !stream_.IsStreamGood()) return false;
+    file.Commit();
+    return true;
 }
 
 void PointTreeFileWriter::PlacePositions() {
