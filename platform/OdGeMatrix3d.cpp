@@ -8,7 +8,8 @@ namespace {
 
 constexpr int size = 4;
 
-/// The row, from `column` down, with the largest entry of that column: keeps rounding small.
+/// Of the rows from `column` down, the one with the largest entry in this column. Dividing by it
+/// keeps rounding small.
 int pivotRow(const OdGeMatrix3d& matrix, int column) {
     int best = column;
     for (int row = column + 1; row < size; ++row) {

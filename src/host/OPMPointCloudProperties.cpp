@@ -32,7 +32,7 @@ enum PropertyId : int {
     Id_VisibleNrPoints = 18
 };
 
-/// The host's codes of what the palette edits a property with.
+/// The host's codes of the editors that the palette has for properties.
 enum EditorType : int {
     Editor_Count = 1,
     Editor_Truth = 2,
@@ -44,13 +44,12 @@ enum EditorType : int {
     Editor_Choice = 60
 };
 
-/// The host's numbers of what an entity's colours show; it counts otherwise than
-/// GiPcStylizationType.
+/// The host's numbers for what an entity's colours show. They differ from GiPcStylizationType.
 enum HostStylization : int { Host_ScanColors = 1, Host_Elevation = 4, Host_Intensity = 5 };
 
 using Strings = OdArray<OdString>;
 
-// The place of a text is the number that its property has.
+// The place of a text in its list is the number that the property has.
 
 const Strings& stylizationNames() {
     static const Strings names{L"Scan colors", L"Intensity", L"Elevation"};
@@ -106,7 +105,7 @@ OPMVariant unitFactor(const GiPointSetDefinition& set, const OdDbDatabase* drawi
     return OPMVariant(oddbGetUnitsConversion(modelUnit, drawing->getINSUNITS()));
 }
 
-/// What is asked of the loaded points.
+/// The value of a property that the loaded points tell.
 OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* drawing, int id) {
     switch (id) {
         case Id_Unit:
@@ -120,7 +119,7 @@ OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* dr
     }
 }
 
-/// What is asked of the definition and what hangs on it.
+/// The value of a property that the definition tells, or what belongs to it.
 OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
     const auto definition = PcDbPointCloudDef::cast(cloud.pointCloudDefExId().openObject());
     if (definition == nullptr) return {};
@@ -130,7 +129,7 @@ OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
     return set == nullptr ? OPMVariant() : pointSetValue(*set, cloud.database(), id);
 }
 
-/// What a value has to be to be set; kNull for a property that cannot be.
+/// The type that a new value of the property must have; kNull where the property cannot be set.
 OPMVariant::Type settableType(int id) {
     switch (id) {
         case Id_Name:
@@ -231,7 +230,7 @@ bool OPMPointCloudProperties::allowPropertyPreview(int /*id*/) {
 }
 
 int OPMPointCloudProperties::getPropertyHidden(int /*id*/) {
-    // The host reads 1 as an answer of its own, so the default must not be left standing.
+    // The host takes 1 for an answer; the base class's -1 would leave it to the palette.
     return 1;
 }
 
