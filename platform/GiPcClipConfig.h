@@ -6,8 +6,8 @@
 #include "platform/OdGePoint2d.h"
 #include "platform/OdPlatform.h"
 
-/// A clipping region as the host describes it. Only the host knows the meaning of the flags and
-/// matrices; the library keeps the inside where exactly one of the second and third flags is set.
+/// A clipping region as the host describes it. What the flags and matrices mean is the host's; the
+/// library keeps the inside where exactly one of the second and the third flag is set.
 class GiPcClipConfig {
 public:
     /// 0 is a circle, anything else a polygon.

@@ -11,9 +11,9 @@ struct OPMPropertyEntry {
     OdString category;
     /// Which editor the palette shows, as the host numbers them.
     int type = 0;
-    /// The choices that the editor offers.
+    /// What the editor offers to choose from.
     OdArray<OdString> predefinedStrings;
-    /// The place of the value that several entities have in common; -1 for none.
+    /// The place of the value that several entities share; -1 for none.
     int sharedValue = -1;
     OdArray<OPMVariant> values;
     OdArray<OPMVariant> defaultValues;

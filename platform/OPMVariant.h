@@ -20,7 +20,7 @@ public:
 
     Type varType() const { return static_cast<Type>(value_.index()); }
 
-    // Each may be called only for a value of its type.
+    // Each is for a value of that type alone.
 
     bool getBool() const { return std::get<bool>(value_); }
     OdInt64 getInt() const { return std::get<OdInt64>(value_); }

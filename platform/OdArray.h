@@ -6,7 +6,7 @@
 #include <vector>
 
 /// Stand-in for the host SDK's growing array. Copies share one buffer until one of them is changed,
-/// or an operation that is not const is called on it.
+/// or handed out for changing by an operation that is not const.
 template <class T>
 class OdArray {
 public:
@@ -25,7 +25,7 @@ public:
 
     const T& operator[](size_type index) const { return (*items_)[index]; }
     T& operator[](size_type index) { return Own()[index]; }
-    // Neither may be called for an empty array.
+    // Neither is for an empty array.
 
     const T& last() const { return items_->back(); }
     void removeLast() { Own().pop_back(); }

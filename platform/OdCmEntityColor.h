@@ -2,7 +2,7 @@
 
 #include "platform/OdPlatform.h"
 
-/// Stand-in for the host SDK's colour of an entity: the colour method in the top byte, then red,
+/// Stand-in for the host SDK's colour of an entity: how it is meant in the top byte, then red,
 /// green and blue.
 class OdCmEntityColor {
 public:

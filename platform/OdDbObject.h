@@ -20,7 +20,7 @@ public:
 
 protected:
     OdDbObject() = default;
-    /// Every change begins with this call. It throws OdError unless the object is open for writing.
+    /// Every change begins with it: throws OdError where the object is not open for writing.
     void assertWriteEnabled() const;
 
 private:

@@ -5,8 +5,8 @@
 #include "platform/OdGePoint3d.h"
 #include "platform/OdString.h"
 
-/// Stand-in for the host SDK's point-cloud entity, which places a definition in the drawing.
-/// Setters throw OdError unless the entity is open for writing.
+/// Stand-in for the host SDK's point-cloud entity: one placing of a definition in the drawing.
+/// Setters need the entity open for writing and throw OdError where it is not.
 class OD_EXPORT OdDbPointCloudEx : public OdDbEntity {
     ODRX_DECLARE_MEMBERS(OdDbPointCloudEx)
 

@@ -8,8 +8,7 @@ namespace {
 
 constexpr int size = 4;
 
-/// Of the rows from `column` down, the one with the largest entry in this column. Dividing by it
-/// keeps rounding small.
+/// The row, from `column` down, with the largest entry of that column: keeps rounding small.
 int pivotRow(const OdGeMatrix3d& matrix, int column) {
     int best = column;
     for (int row = column + 1; row < size; ++row) {

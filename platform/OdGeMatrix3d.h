@@ -1,6 +1,6 @@
 #pragma once
 
-/// Stand-in for the host SDK's 4 x 4 matrix, stored row by row; a point is a column to its right.
+/// Stand-in for the host SDK's 4 x 4 matrix; rows first, points are columns to its right.
 class OdGeMatrix3d {
 public:
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};

@@ -9,14 +9,14 @@ class OdGePlane {
 public:
     /// The plane of x and y.
     OdGePlane() = default;
-    /// The axes follow the arbitrary axis rule: the first is at right angles to the world's z axis,
-    /// or to its y axis where the normal is within 1/64 of z.
+    /// The axes follow the arbitrary axis rule: the first is square to the world's z axis, or to
+    /// its y axis where the normal is within 1/64 of z.
     OdGePlane(const OdGePoint3d& point, const OdGeVector3d& normal);
 
     const OdGePoint3d& pointOnPlane() const { return point_; }
     /// Of length 1.
     const OdGeVector3d& normal() const { return normal_; }
-    /// The point with the coordinates 0, 0, and the directions of the two coordinates.
+    /// The point that has coordinates 0, 0 and the directions of the two coordinates.
     void getCoordinateSystem(OdGePoint3d& origin, OdGeVector3d& axis1, OdGeVector3d& axis2) const;
 
     bool operator==(const OdGePlane&) const = default;

@@ -11,14 +11,14 @@
 class OdDbEntity;
 class OdRxClass;
 
-/// What the host's property palette asks for the properties of a kind of entity. The operations
-/// stand in the order of the virtual table, on which the host relies. A bool that one returns says
-/// whether it has an answer.
+/// What the host's property palette asks for the properties of a kind of entity. The order of the
+/// operations is their order in the virtual table, on which the host relies. Operations that return
+/// bool return whether they have an answer.
 class OD_EXPORT OdOPMClientExtension {
 public:
     virtual ~OdOPMClientExtension();
 
-    /// Called when the palette has written all changes of a user's step; does nothing by default.
+    /// The palette has written all changes of a user's step; nothing is done by default.
     virtual void endPropertiesUpdate(OdDbEntity* entity);
     virtual void endPropertiesUpdate(const OdArray<OdDbEntity*>& entities);
 

@@ -6,13 +6,13 @@
 
 class OdOPMClientExtension;
 
-/// Stand-in for the host's list of extensions that know properties. It owns none of them.
+/// Stand-in for the host's list of what knows properties. It owns none of them.
 class OD_EXPORT OdOPMExtensionManager {
 public:
     void addExtension(OdOPMClientExtension* extension);
     void removeExtension(OdOPMClientExtension* extension);
 
-    /// In the order in which they were added.
+    /// In the order in which they came.
     const std::vector<OdOPMClientExtension*>& extensions() const { return extensions_; }
 
 private:

@@ -8,5 +8,6 @@ using OdInt64 = std::int64_t;
 using OdUInt8 = std::uint8_t;
 using OdUInt32 = std::uint32_t;
 
-/// Marks objects that host and plug-ins share, whatever visibility a plug-in is compiled with.
+/// Marks what is the same object in the host and in every plug-in, whatever visibility the plug-in
+/// is compiled with.
 #define OD_EXPORT __attribute__((visibility("default")))

@@ -9,7 +9,7 @@ public:
     virtual ~OdRxObject();
 
     static const OdRxClass* desc();
-    /// The class of the object itself.
+    /// The class that the object was made as.
     virtual const OdRxClass* isA() const;
     bool isKindOf(const OdRxClass* other) const { return isA()->isDerivedFrom(other); }
 

@@ -14,7 +14,7 @@ bool isContinuation(unsigned char byte) {
     return (byte & 0xC0U) == 0x80U;
 }
 
-/// The number of bytes that a lead byte announces; 1 for any other byte.
+/// How many bytes the lead byte announces; 1 where it is none.
 std::size_t sequenceLength(unsigned char lead) {
     if (lead >= 0xF0U && lead <= 0xF4U) return 4;
     if (lead >= 0xE0U && lead < 0xF0U) return 3;

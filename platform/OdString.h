@@ -7,7 +7,7 @@ class OdString {
 public:
     OdString() = default;
     OdString(const wchar_t* text) : text_(text == nullptr ? L"" : text) {}
-    /// A byte of `utf8` that is no UTF-8 is taken for the Latin-1 character of its value.
+    /// `utf8` is UTF-8; a byte that is not is taken as the Latin-1 character of that value.
     OdString(const char* utf8);
 
     const wchar_t* c_str() const { return text_.c_str(); }
@@ -19,7 +19,7 @@ public:
         return *this;
     }
     friend OdString operator+(OdString head, const OdString& tail) { return head += tail; }
-    /// Compares the numbers of the characters.
+    /// Ordered by the characters' numbers.
     bool operator<(const OdString& other) const { return text_ < other.text_; }
     bool operator==(const OdString&) const = default;
 

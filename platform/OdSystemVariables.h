@@ -6,10 +6,10 @@
 #include "platform/OdPlatform.h"
 #include "platform/OdString.h"
 
-/// Stand-in for those of the host's system variables that are whole numbers.
+/// Stand-in for the host's system variables, as far as they are whole numbers.
 class OdSystemVariables {
 public:
-    /// The value of the variable; 0 where none has that name.
+    /// The variable's value; 0 where there is none of that name.
     OdInt32 getInt(const OdString& name) const;
     void setInt(const OdString& name, OdInt32 value);
 

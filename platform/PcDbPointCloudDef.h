@@ -9,8 +9,8 @@ class OD_EXPORT PcDbPointCloudDef : public OdDbPointCloudDefEx {
     ODRX_DECLARE_MEMBERS(PcDbPointCloudDef)
 
 public:
-    /// The loaded points; null where none are loaded. They belong to whoever set them, who sets
-    /// null before freeing them.
+    /// The loaded points; null where none are. They stay with whoever set them, who takes them back
+    /// by null before they are freed.
     GiPointSetDefinition* pointSet() const { return pointSet_; }
     void setPointSet(GiPointSetDefinition* set) { pointSet_ = set; }
     /// How many points the file holds; 0 where nothing is loaded.

@@ -6,13 +6,13 @@
 
 enum VpcTreeType : int;
 
-/// What the host wants prepared, and how.
+/// What the host asks to be prepared.
 struct TreePreparePars {
-    /// Stored in the file's header as it is; the host puts its unit there.
+    /// Kept in the file's header untouched; the host keeps its unit there.
     unsigned long long headerValue = 0;
     /// For temporary files; ends with a separator.
     wxString workingFolder;
-    /// Full paths of scans of one format. Their order numbers the sources of the points.
+    /// Full paths of scans of one format, in the order that numbers the points' sources.
     std::vector<wxString> inputFiles;
     /// Full path of the tree file to write.
     wxString outputFile;

@@ -32,7 +32,7 @@ enum PropertyId : int {
     Id_VisibleNrPoints = 18
 };
 
-/// The host's codes of the editors that the palette has for properties.
+/// The host's codes of what the palette edits a property with.
 enum EditorType : int {
     Editor_Count = 1,
     Editor_Truth = 2,
@@ -44,12 +44,13 @@ enum EditorType : int {
     Editor_Choice = 60
 };
 
-/// The host's numbers for what an entity's colours show. They differ from GiPcStylizationType.
+/// The host's numbers of what an entity's colours show; it counts otherwise than
+/// GiPcStylizationType.
 enum HostStylization : int { Host_ScanColors = 1, Host_Elevation = 4, Host_Intensity = 5 };
 
 using Strings = OdArray<OdString>;
 
-// The place of a text in its list is the number that the property has.
+// The place of a text is the number that its property has.
 
 const Strings& stylizationNames() {
     static const Strings names{L"Scan colors", L"Intensity", L"Elevation"};
@@ -105,7 +106,7 @@ OPMVariant unitFactor(const GiPointSetDefinition& set, const OdDbDatabase* drawi
     return OPMVariant(oddbGetUnitsConversion(modelUnit, drawing->getINSUNITS()));
 }
 
-/// The value of a property that the loaded points tell.
+/// What is asked of the loaded points.
 OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* drawing, int id) {
     switch (id) {
         case Id_Unit:
@@ -119,7 +120,7 @@ OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* dr
     }
 }
 
-/// The value of a property that the definition tells, or what belongs to it.
+/// What is asked of the definition and what hangs on it.
 OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
     const auto definition = PcDbPointCloudDef::cast(cloud.pointCloudDefExId().openObject());
     if (definition == nullptr) return {};
@@ -129,7 +130,7 @@ OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
     return set == nullptr ? OPMVariant() : pointSetValue(*set, cloud.database(), id);
 }
 
-/// The type that a new value of the property must have; kNull where the property cannot be set.
+/// What a value has to be to be set; kNull for a property that cannot be.
 OPMVariant::Type settableType(int id) {
     switch (id) {
         case Id_Name:
@@ -230,7 +231,7 @@ bool OPMPointCloudProperties::allowPropertyPreview(int /*id*/) {
 }
 
 int OPMPointCloudProperties::getPropertyHidden(int /*id*/) {
-    // The host takes 1 for an answer; the base class's -1 would leave it to the palette.
+    // The host reads 1 as an answer of its own, so the default must not be left standing.
     return 1;
 }
 

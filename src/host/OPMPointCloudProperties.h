@@ -10,9 +10,9 @@
 
 /// What the host's property palette shows of a point-cloud entity and lets the user change.
 ///
-/// The host's extension manager knows it as long as it exists. Values are texts, numbers and truth
-/// values as the host's entity and definition hold them; lengths are in drawing units. What the
-/// host throws when an entity refuses a change is not caught.
+/// Known to the host's extension manager from its making to its end. Values are strings, numbers
+/// and truths as the host's entity and definition hold them: lengths in drawing units. What the
+/// host throws when an entity refuses a change passes through.
 class VPC_EXPORT OPMPointCloudProperties final : public OdOPMClientExtension {
 public:
     OPMPointCloudProperties();
@@ -25,7 +25,7 @@ public:
                         OdArray<OPMPropertyEntry>& properties) override;
     bool getApplicationName(OdString& name) override;
 
-    // The host gives the names: these assign none, and say whether the host has one.
+    // Names are the host's to give: none is assigned, and there is one if the host has one.
 
     bool getObjectName(const OdDbEntity* entity, OdString& name) override;
     bool getCategoryName(const OdString& category, OdString& name) override;
@@ -57,7 +57,7 @@ public:
 
     const OdString visualizationCategory = L"3D Visualization";
     const OdString geometryCategory = L"Geometry";
-    /// Leaves the map empty.
+    /// No property is in it.
     const OdString viewCategory = L"View";
     const OdString miscCategory = L"Misc";
     const GiPcColorSchemeMap colorSchemeMap;

@@ -75,7 +75,7 @@ unsigned long long PcCorePointSet::updateVisiblePoints(
 }
 
 void PcCorePointSet::AdoptPointMax() {
-    // A negative value is too small to change anything, like every other below 51.
+    // A negative value is one of those too small to change anything.
     const OdInt32 pointMax = std::max(odSystemVariables().getInt("POINTCLOUDPOINTMAX"), 0);
     const auto wanted = static_cast<unsigned long long>(pointMax);
     if (wanted != maxNrPointsInBuffer()) setMaxNrPointsInBuffer(wanted);
@@ -128,8 +128,7 @@ unsigned long long PcCorePointSet::maxNrPointsInBuffer() const {
 }
 
 void PcCorePointSet::setMaxNrPointsInBuffer(unsigned long long count) {
-    // Where there is no memory for so many, the old buffers stay; this function cannot tell
-    // anybody.
+    // Without memory for them the old buffers stay: there is nobody here to tell.
     if (manager_) manager_->visibleNodeManager().resizePointBuffer(count);
 }
 

@@ -14,9 +14,9 @@ class PcCoreProjectManager;
 
 /// A point set as the host sees it: a thin cover over the project manager of one loaded file.
 ///
-/// Before a load succeeds every operation may be called: results are then 0, false or null, and
-/// settings are not kept. One thread at a time. Every operation may throw std::bad_alloc beside
-/// what it names.
+/// It may be asked anything before a load succeeds: results are then 0, false or null and settings
+/// are not kept. One thread at a time. Beside what the operations name, std::bad_alloc may leave
+/// them.
 class VPC_EXPORT PcCorePointSet final : public GiPointSetDefinition {
 public:
     PcCorePointSet();
@@ -63,7 +63,7 @@ public:
                     bool flag) override;
     bool clearSections(bool flag) override;
 
-    // Always true, even with nothing loaded or nothing to remove.
+    // Always true, with nothing loaded and nothing to remove too.
 
     bool addClipping(const GiPcClipConfig& config) override;
     bool removeLastClipping() override;
@@ -86,8 +86,7 @@ public:
 
     /// (nodes, points) of every level, the coarsest first.
     std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
-    /// False when there is no memory for so many points, or nothing is loaded. A count below 51
-    /// changes nothing.
+    /// False without memory for so many points, or with nothing loaded; below 51 nothing changes.
     bool resizePointBuffer(unsigned long count);
     /// Whether the next update writes its diagnostic files; updates take it back.
     void setDrawGeometry(bool draw);
@@ -95,11 +94,11 @@ public:
 
     /// The file last asked for, loaded or not.
     const OdString& fileName() const { return fileName_; }
-    /// The box around the points after the last load or update. Its minimum is above its maximum
+    /// The box around the points as of the last load or update; its minimum is above its maximum
     /// where there is none.
     const OdGePoint3d& dataMin() const { return dataMin_; }
     const OdGePoint3d& dataMax() const { return dataMax_; }
-    /// Null until a load succeeds. It belongs to this set.
+    /// Null until a load succeeds; this set's.
     PcCoreProjectManager* projectManager() const { return manager_.get(); }
 
 private:

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A host finds these functions by their plain names and calls them as C functions: nothing may be
+/// These functions are found by their plain names, hence called like C functions: nothing may be
 /// thrown out of them.
 template <class Extension>
 Extension* create() {

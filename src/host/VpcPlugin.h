@@ -6,15 +6,15 @@
 #include "platform/TreePreparePars.h"
 #include "tree/construct/TreePrepareResult.h"
 
-/// Where a host begins after it has loaded the plug-in: makes an extension. The caller deletes it
-/// through its virtual destructor before it unloads the plug-in. Null when there is no memory.
+/// Where a host begins that has loaded the plug-in: a new extension, which the caller deletes
+/// through its virtual destructor before it unloads the plug-in. Null without memory.
 extern "C" VPC_EXPORT PcDbPointCloudDefPE* vpcCreatePointCloudExtension();
 
-/// Makes the extension for the property palette, which the host's extension manager knows until it
-/// is deleted. The caller owns it as above. Null when there is no memory.
+/// The property palette's extension, which the host's extension manager knows until it is deleted;
+/// owned as above. Null without memory.
 extern "C" VPC_EXPORT OdOPMClientExtension* vpcCreatePropertiesExtension();
 
-/// Does what PcCorePointSet::preparePointData does, for a host that finds functions by their names.
-/// \return whether it succeeded; false, with `result` untouched, when there is no memory
+/// PcCorePointSet::preparePointData for a host that has only the names above: whether it succeeded.
+/// False with `result` untouched without memory.
 extern "C" VPC_EXPORT bool vpcPreparePointData(const TreePreparePars& pars,
                                                TreePrepareResult& result);

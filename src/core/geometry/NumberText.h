@@ -4,8 +4,8 @@
 
 namespace vpc {
 
-/// `value` as printf's "%.<decimals>f" writes it in the "C" locale: the same digits, with a decimal
-/// point whatever the locale of the process.
+/// `value` as printf's "%.<decimals>f" writes it in the "C" locale: the same digits, with a
+/// decimal point whatever locale the process runs in.
 std::string fixedText(double value, int decimals = 6);
 
 /// `value` as printf's "%.<digits>g" writes it in the "C" locale.

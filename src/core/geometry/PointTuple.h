@@ -6,7 +6,7 @@
 
 namespace vpc {
 
-/// An entry of the index sorts: a point, and three times its position in the list.
+/// A point and its position in a list, three times over: the working entry of the index sorts.
 struct PointTuple {
     VpcPoint3D point;
     std::array<unsigned long long, 3> indices{};

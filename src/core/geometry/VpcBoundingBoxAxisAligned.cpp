@@ -32,7 +32,7 @@ bool VpcBoundingBoxAxisAligned::Update(double x0, double y0, double z0, double x
     centre.SetCoordinates(x0 + 0.5 * sideX, y0 + 0.5 * sideY, z0 + 0.5 * sideZ);
     halfDiagonal = 0.5 * std::sqrt(sideX * sideX + sideY * sideY + sideZ * sideZ);
     sortedSides.assign({{0, sideX}, {1, sideY}, {2, sideZ}});
-    // A sort that only swaps neighbours leaves equal lengths in order and needs no working memory.
+    // Swapping neighbours only keeps equal lengths in order, and needs no working memory.
     for (const std::size_t i : {0U, 1U, 0U})
         if (myBoxSideSort(sortedSides[i + 1], sortedSides[i]))
             std::swap(sortedSides[i], sortedSides[i + 1]);

@@ -8,9 +8,9 @@
 
 /// A box along the axes, with values derived from its corners.
 ///
-/// The derived values are stored so that the tree can read them without computing. Only Update
-/// writes them, and every mutator calls it. Corners are taken as given: where a min lies above its
-/// max, nothing exchanges them.
+/// The derived values are kept so that the tree can read them without computing; Update is the
+/// only one to write them, and every mutator calls it. Corners are taken as given: nothing puts a
+/// min above its max in order.
 class VpcBoundingBoxAxisAligned {
 public:
     VpcPoint3D minPoint;
@@ -67,13 +67,13 @@ public:
                minPoint.z <= z && z <= maxPoint.z;
     }
 
-    /// Whether the ray from the line's origin along its direction meets the box.
-    /// \param t on a hit, where the ray enters, in units of the direction; negative when it starts
-    ///          inside. On a miss, where it leaves the last slab
+    /// Whether the ray from the line's origin along its direction meets the box. On a hit `t` is
+    /// where it enters, in units of the direction, negative when it starts inside; on a miss `t`
+    /// is where the last slab is left.
     bool Intersect(const VpcLine3D& line, double& t) const;
 
-    /// The eight corners: those of the lower face in the order (x0, y0), (x0, y1), (x1, y1),
-    /// (x1, y0), then those of the upper face in the same order.
+    /// The eight corners: the lower face from (x0, y0) over (x0, y1), (x1, y1) to
+    /// (x1, y0), then the upper face in the same order.
     std::vector<VpcPoint3D> GetVertexList() const;
 };
 

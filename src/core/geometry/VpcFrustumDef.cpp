@@ -20,7 +20,7 @@ bool VpcFrustumDef::UpdatePickGeometry(const VpcPoint3D& camera, const VpcPoint3
     const VpcVector3D forward = viewDirection_ * -1.0;
     const VpcVector3D toPick(camera, pickPoint);
     const double depth = toPick.Dot(forward);
-    // A pick point in the plane of the camera gives no perspective axis.
+    // A pick in the plane of the camera gives no perspective axis.
     const bool slanted = perspective && depth != 0.0;
     const VpcPoint3D start = perspective ? camera : pickPoint - forward * depth;
     const VpcVector3D step = slanted ? toPick / depth : forward;
@@ -78,7 +78,7 @@ bool VpcFrustumDef::RecomputeVerticesPlanes() {
     SetRectangle(NearTopLeft, nearCenter_, nearWidth_, nearHeight_);
     for (VpcPoint3D& vertex : vertices_) transform_.ApplyForwardTransform(vertex);
 
-    // The three vertices are in such an order that every normal points into the volume.
+    // The order of the three vertices turns every normal into the volume.
     const auto plane = [&](Vertex a, Vertex b, Vertex c) {
         return VpcPlaneDef(vertices_[a], vertices_[b], vertices_[c]);
     };

@@ -49,7 +49,7 @@ public:
                             double width, double height, bool perspective,
                             const VpcTransform3D& transform);
 
-    /// Gives the volume new sizes, for perspective or for a parallel projection. Always true.
+    /// Gives the volume new sizes, as in perspective or as in a parallel projection. Always true.
     bool UpdatePerspective(double width, double height);
     bool UpdateOrthographic(double width, double height);
     /// Computes vertices and planes, and the transformed camera and target. Always true.
@@ -64,8 +64,8 @@ public:
         return Intersects(vpc::BoxCorners(box));
     }
     bool Intersects(const vpc::BoxCorners& box) const;
-    /// Whether the point is no further from the centre axis than the width of the far rectangle.
-    /// The axis is that of the given camera, before the transform.
+    /// Whether the point is no further from the centre axis than the far rectangle is wide. The
+    /// axis is that of the camera as given, before the transform.
     bool IsWithinRadiusFromCenterAxis(const VpcPoint3D& p) const;
 
     /// The eight vertices, transformed, in the order of Vertex.
@@ -75,7 +75,7 @@ public:
     const VpcPoint3D& GetCamera() const { return camera_; }
     const VpcPoint3D& GetTarget() const { return target_; }
 
-    // In the frame of the given camera, before the transform.
+    // In the frame of the camera as given, before the transform.
 
     const VpcTransform3D& GetTransform() const { return transform_; }
     /// From the target to the camera, of length 1.
@@ -103,7 +103,7 @@ private:
     void SetRectangle(Vertex topLeft, const VpcPoint3D& centre, double width, double height);
 
     VpcTransform3D transform_;
-    // Stored as given, so that a second computation of the volume does not transform them twice.
+    // Kept as given, so that computing the volume anew does not transform them twice.
     VpcPoint3D givenCamera_;
     VpcPoint3D givenTarget_;
     VpcPoint3D camera_;

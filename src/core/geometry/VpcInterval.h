@@ -19,17 +19,18 @@ public:
     void ReplaceMin(double v) { SetInterval(v, max); }
     /// Makes `v` the max; where it lies below the min, the old min is the max and `v` the min.
     void ReplaceMax(double v) { SetInterval(min, v); }
-    /// Adds the fraction `f` of the length at each end. A fraction below -0.5 exchanges the ends.
+    /// Adds the fraction `f` of the length at each end. A fraction below -0.5 turns the interval
+    /// round its centre.
     void AddBoundary(double f) {
         const double d = (max - min) * f;
         SetInterval(min - d, max + d);
     }
 
-    /// Whether the intervals have more in common than an end.
+    /// Whether the intervals share more than an end.
     bool OverlapsHalfOpen(const VpcInterval& other) const {
         return Lower(other).max > std::max(min, other.min);
     }
-    /// Whether the intervals have anything in common.
+    /// Whether the intervals share anything.
     bool OverlapsClosed(const VpcInterval& other) const {
         return Lower(other).max >= std::max(min, other.min);
     }

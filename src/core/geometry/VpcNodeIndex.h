@@ -7,7 +7,7 @@
 
 #include "core/geometry/VpcTriplet.h"
 
-/// The path of a tree node from the root: for every level one triplet, the steps in x, y and z.
+/// The path of a tree node from the root: one triplet (steps in x, y and z) a level.
 class VpcNodeIndex : public std::vector<VpcTriplet<unsigned long long>> {
 public:
     using Path = std::vector<VpcTriplet<unsigned long long>>;
@@ -21,7 +21,7 @@ public:
 
     /// The triplets' texts from the root down, such as "-0-0-0---1-0-1--"; empty for no path.
     wxString ToString() const {
-        // All callers pass 4 as the width; the text does not depend on it.
+        // Callers pass 4 as the width throughout, which the text does not depend on.
         wxString text;
         for (const auto& step : *this) text += step.ToString(4);
         return text;

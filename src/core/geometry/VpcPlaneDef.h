@@ -31,8 +31,8 @@ public:
     }
     /// The foot of the origin's perpendicular.
     VpcPoint3D ClosestPointToOrigin() const;
-    /// Whether every coefficient differs by less than `tolerance`. The same plane with the opposite
-    /// normal counts as another one.
+    /// Whether every coefficient differs by less than `tolerance`, so that a plane and the same
+    /// plane seen from its other side are two.
     bool IsSame(const VpcPlaneDef& other, double tolerance) const;
 
 private:

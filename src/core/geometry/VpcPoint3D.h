@@ -13,8 +13,8 @@
 
 class FileBufferStream;
 
-/// A scanned point, the value that every part of the system passes around, hundreds of millions of
-/// times a run. It is a plain value, without virtual functions and without memory of its own.
+/// A scanned point: the value that every part of the system passes around, hundreds of millions
+/// of times a run. A plain value: no virtual functions, no heap.
 class VpcPoint3D : public VpcCoordinate3D {
 public:
     /// The transient indices' value while they are unset.
@@ -25,9 +25,8 @@ public:
     std::uint16_t green = 0;
     std::uint16_t blue = 0;
     double intensity = 0.0;
-    /// Distance of the raw point from the scanner, where the reader knows it. A point made by
-    /// default has 1; one made from attributes has -1 unless told otherwise. The difference is
-    /// deliberate.
+    /// Distance of the raw point from the scanner where the reader knows it. A default-built point
+    /// has 1, one built from attributes -1 unless told otherwise; the difference is deliberate.
     double scannerDistance = 1.0;
     std::int32_t markerId = -1;
     /// Index of the scan that the point came from; -1 when unset.
@@ -118,8 +117,8 @@ public:
         Store(record + recordOffsetMarkerId, markerId);
         Store(record + recordOffsetSourceIndex, sourceIndex);
     }
-    /// Reads the record's 54 bytes. Colours are taken as they stand, since a record does not tell
-    /// how they were written. The transient indices keep their values.
+    /// Reads the record's 54 bytes; colours as they stand, since a record does not tell how they
+    /// were written. The transient indices keep their values.
     void FromRecord(const char* record) {
         Load(record + recordOffsetX, x);
         Load(record + recordOffsetY, y);

@@ -15,8 +15,8 @@ public:
     /// Smallest and largest coordinates, (0, 0, 0) for an empty list. Attributes stay as they are.
     static void DeterminePointsMinMaxPoints(const PointList& list, VpcPoint3D& min,
                                             VpcPoint3D& max);
-    /// The smallest distance between two points; 1e26 where there are fewer. Always true. The time
-    /// it takes grows with the square of the number of points.
+    /// The smallest distance of two points, 1e26 for fewer. Always true. Takes a time that grows
+    /// with the square of the number of points.
     static bool DetermineMinPointsDistance(const PointList& list, double& d);
     /// Ranges of the attributes; 100000 to -100000 for an empty list.
     static void GetColorRanges(const PointList& list, double& intensityMin, double& intensityMax,
@@ -25,8 +25,8 @@ public:
     /// The indices of the points in the order of their x, y and z, none of which may be NaN. The
     /// order of equal coordinates is not specified.
     static void SortIndices(const PointList& list, IndexList& byX, IndexList& byY, IndexList& byZ);
-    /// Counts every point once, in the first of these groups that it belongs to: it has a NaN
-    /// coordinate, it has an infinite one, it is at the origin, it is regular. Always true.
+    /// Counts every point once: with a NaN coordinate, else an infinite one, else at the origin,
+    /// else regular. Always true.
     static bool GetInvalidPointCounts(const PointList& list, unsigned long long& zeroCount,
                                       unsigned long long& infiniteCount,
                                       unsigned long long& nanCount,

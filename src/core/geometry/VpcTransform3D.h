@@ -26,7 +26,7 @@ public:
     void SetValues(double (*R)[3], double* t);
     OdGeMatrix3d ToOdGeMatrix3d() const;
 
-    // These change nothing but the coordinates of their argument, and always return true.
+    // These change their argument's coordinates and nothing else, and are always true.
 
     bool ApplyForwardTransform(VpcPoint3D& p) const;
     /// Adds the translation to vectors too.

@@ -7,7 +7,7 @@
 
 #include <wx/string.h>
 
-/// Three values of one type: a step down the tree, or a list for each axis.
+/// Three values of one type: a step down the tree, or one list an axis.
 template <class T>
 class VpcTriplet {
 public:

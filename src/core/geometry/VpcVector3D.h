@@ -11,8 +11,8 @@ class VpcPoint3D;
 /// A direction or displacement. All angles are in radians.
 class VpcVector3D : public VpcCoordinate3D {
 public:
-    /// How far apart components may be for operator==. It belongs to this object alone: no
-    /// constructor and no assignment takes it from another vector.
+    /// How far apart components may be for operator==. Belongs to this one object: no constructor
+    /// and no assignment takes it from another vector.
     double tolerance = 1e-13;
 
     VpcVector3D() = default;
@@ -60,8 +60,8 @@ public:
 
     /// The angle in [0, pi]. NaN for a zero vector, and where rounding takes the cosine past 1.
     double AngleTo(const VpcVector3D& v) const;
-    /// AngleTo, made negative unless this × v points to the side of `reference`. It is negative for
-    /// parallel vectors, too, whose product points nowhere.
+    /// AngleTo, negative unless this × v points to the side of `reference` (parallel vectors have
+    /// no such side, so theirs is negative too).
     double DirectionalAngle(const VpcVector3D& v, const VpcVector3D& reference) const;
     /// The angle of the direction (this · v, this · reference) in the plane, in [0, 2 pi).
     double AngleTo2PI(const VpcVector3D& v, const VpcVector3D& reference) const;
