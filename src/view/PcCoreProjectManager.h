@@ -26,11 +26,11 @@
 class VpcDiskNode;
 class VpcDiskTree;
 
-/// One loaded point tree and everything that depends on the view. It chooses the nodes that a
-/// camera is to show within the point budget and has their points read into the buffers.
+/// One loaded point tree and everything that depends on the view: chooses for a camera the nodes
+/// to show within the point budget, and has their points read into the buffers.
 ///
-/// The budget is the buffers' capacity. Before a tree is loaded every view is empty, and so it is
-/// with a tree without nodes. One thread at a time.
+/// The budget is the buffers' capacity. Before a tree is loaded, and with a tree without nodes,
+/// every view is empty. One thread at a time.
 class PcCoreProjectManager {
 public:
     using Section = std::pair<OdString, VpcPlaneDef>;
