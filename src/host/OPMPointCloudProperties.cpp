@@ -122,9 +122,13 @@ OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* dr
 
 /// What is asked of the definition and what hangs on it.
 OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
-    const auto definition = PcDbPointCloudDef::cast(cloud.pointCloudDefExId().openObject());
+    const auto object = cloud.pointCloudDefExId().openObject();
+    if (id == Id_SavedPath) {
+        const auto shown = OdDbPointCloudDefEx::cast(object);
+        return shown == nullptr ? OPMVariant() : OPMVariant(shown->activeFileName());
+    }
+    const auto definition = PcDbPointCloudDef::cast(object);
     if (definition == nullptr) return {};
-    if (id == Id_SavedPath) return OPMVariant(definition->activeFileName());
     if (id == Id_TotalNrPoints) return integer(definition->totalPointsCount());
     const GiPointSetDefinition* set = definition->pointSet();
     return set == nullptr ? OPMVariant() : pointSetValue(*set, cloud.database(), id);
