@@ -51,15 +51,3 @@ OdGeMatrix3d OdGeMatrix3d::inverse() const {
     }
     return right;
 }
-
-OdGeMatrix3d OdGeMatrix3d::operator*(const OdGeMatrix3d& right) const {
-    OdGeMatrix3d product;
-    for (int row = 0; row < size; ++row) {
-        for (int column = 0; column < size; ++column) {
-            double sum = 0.0;
-            for (int k = 0; k < size; ++k) sum += entry[row][k] * right[k][column];
-            product[row][column] = sum;
-        }
-    }
-    return product;
-}

@@ -5,13 +5,9 @@ class OdGeMatrix3d {
 public:
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
 
-    OdGeMatrix3d& setToIdentity() { return *this = OdGeMatrix3d(); }
     /// The inverse; the identity where there is none.
     OdGeMatrix3d inverse() const;
 
-    OdGeMatrix3d operator*(const OdGeMatrix3d& right) const;
     double* operator[](int row) { return entry[row]; }
     const double* operator[](int row) const { return entry[row]; }
-
-    bool operator==(const OdGeMatrix3d&) const = default;
 };

@@ -16,9 +16,6 @@ public:
     OdGePoint3d() = default;
     OdGePoint3d(double x0, double y0, double z0) : x(x0), y(y0), z(z0) {}
 
-    OdGeVector3d asVector() const { return {x, y, z}; }
-    double distanceTo(const OdGePoint3d& other) const { return (*this - other).length(); }
-
     /// Moves the point by the matrix' upper three rows.
     OdGePoint3d& transformBy(const OdGeMatrix3d& m) {
         return *this = {m[0][0] * x + m[0][1] * y + m[0][2] * z + m[0][3],
@@ -33,7 +30,6 @@ public:
         return {x - from.x, y - from.y, z - from.z};
     }
     OdGePoint3d operator+(const OdGeVector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
-    OdGePoint3d operator-(const OdGeVector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
 
     bool operator==(const OdGePoint3d&) const = default;
 };

@@ -23,10 +23,5 @@ public:
         return size > 0.0 ? OdGeVector3d(x / size, y / size, z / size) : *this;
     }
 
-    OdGeVector3d operator-() const { return {-x, -y, -z}; }
-    OdGeVector3d operator+(const OdGeVector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
-    OdGeVector3d operator-(const OdGeVector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
     OdGeVector3d operator*(double factor) const { return {x * factor, y * factor, z * factor}; }
-
-    bool operator==(const OdGeVector3d&) const = default;
 };

@@ -37,13 +37,13 @@ public:                                                                \
     }
 
 // Goes into one source file, so that host and plug-ins see the same description.
-#define ODRX_DEFINE_MEMBERS(ClassName, ParentClass)                              \
-    const OdRxClass* ClassName::desc() {                                         \
-        static const OdRxClass description(L## #ClassName, ParentClass::desc()); \
-        return &description;                                                     \
-    }                                                                            \
-    const OdRxClass* ClassName::isA() const {                                    \
-        return desc();                                                           \
+#define ODRX_DEFINE_MEMBERS(ClassName, ParentClass)              \
+    const OdRxClass* ClassName::desc() {                         \
+        static const OdRxClass description(ParentClass::desc()); \
+        return &description;                                     \
+    }                                                            \
+    const OdRxClass* ClassName::isA() const {                    \
+        return desc();                                           \
     }
 
 // NOLINTEND(bugprone-macro-parentheses)

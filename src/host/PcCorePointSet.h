@@ -88,7 +88,8 @@ public:
     std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
     /// False without memory for so many points, or with nothing loaded; below 51 nothing changes.
     bool resizePointBuffer(unsigned long count);
-    /// Whether the next update writes its diagnostic files; updates take it back.
+    /// Has no effect: every update resets it before it would write diagnostic files. They are
+    /// written by PcCoreProjectManager::exportView.
     void setDrawGeometry(bool draw);
     bool toggleEnableDisableSections();
 
