@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-/// Stand-in for the host SDK's growing array. Copies share one buffer until one of them is changed,
-/// or handed out for changing by an operation that is not const.
+/// Stand-in for the host SDK's growing array. Copies share one buffer until a function that is not
+/// const is called on one of them.
 template <class T>
 class OdArray {
 public:
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    /// The buffer, this array's alone.
+    /// The buffer, which no other array shares any more.
     std::vector<T>& Own() {
         if (!items_) {
             items_ = std::make_shared<std::vector<T>>();

@@ -2,7 +2,7 @@
 
 #include "platform/OdPlatform.h"
 
-/// Stand-in for the host SDK's colour of an entity: how it is meant in the top byte, then red,
+/// Stand-in for the host SDK's colour of an entity: the colour method in the top byte, then red,
 /// green and blue.
 class OdCmEntityColor {
 public:
@@ -19,7 +19,7 @@ public:
     OdUInt8 red() const { return static_cast<OdUInt8>(bits_ >> 16U & 0xFFU); }
     OdUInt8 green() const { return static_cast<OdUInt8>(bits_ >> 8U & 0xFFU); }
     OdUInt8 blue() const { return static_cast<OdUInt8>(bits_ & 0xFFU); }
-    /// The colour method becomes kByColor.
+    /// Also sets the colour method to kByColor.
     void setRGB(OdUInt8 red, OdUInt8 green, OdUInt8 blue) {
         bits_ = OdUInt32{kByColor} << 24U | OdUInt32{red} << 16U | OdUInt32{green} << 8U | blue;
     }

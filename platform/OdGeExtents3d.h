@@ -2,7 +2,7 @@
 
 #include "platform/OdGePoint3d.h"
 
-/// Stand-in for the host SDK's box; without a point, its minimum is above its maximum.
+/// Stand-in for the host SDK's box. Before it is set, its minimum is above its maximum.
 class OdGeExtents3d {
 public:
     OdGeExtents3d() = default;

@@ -8,7 +8,8 @@ namespace {
 
 constexpr int size = 4;
 
-/// The row, from `column` down, with the largest entry of that column: keeps rounding small.
+/// The row, from `column` down, with the largest entry of that column. Dividing by the largest
+/// keeps rounding small.
 int pivotRow(const OdGeMatrix3d& matrix, int column) {
     int best = column;
     for (int row = column + 1; row < size; ++row) {

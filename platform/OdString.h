@@ -13,7 +13,7 @@ public:
     const wchar_t* c_str() const { return text_.c_str(); }
     bool isEmpty() const { return text_.empty(); }
 
-    /// Ordered by the characters' numbers.
+    /// Compares the characters' code points.
     bool operator<(const OdString& other) const { return text_ < other.text_; }
     bool operator==(const OdString&) const = default;
 
