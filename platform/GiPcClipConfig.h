@@ -6,7 +6,7 @@
 #include "platform/OdGePoint2d.h"
 #include "platform/OdPlatform.h"
 
-/// A clipping region as the host describes it. What the flags and matrices mean is the host's; the
+/// A clipping region as the host describes it. The host knows what the flags and matrices mean; the
 /// library keeps the inside where exactly one of the second and the third flag is set.
 class GiPcClipConfig {
 public:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Which value of a point the host wants turned into its colour, numbered as VpcStylizationType.
+/// Which value of a point decides its colour, numbered as VpcStylizationType.
 enum GiPcStylizationType : int {
     GiPc_Stylization_SCANCOLORS = 0,
     GiPc_Stylization_ELEVATION = 1,

@@ -15,8 +15,8 @@
 #include "platform/OdPlatform.h"
 #include "platform/OdString.h"
 
-/// What the host's point-cloud module draws. The order of the operations is their order in the
-/// virtual table, on which the host relies.
+/// What the host's point-cloud module draws. The host relies on the order of the operations: it is
+/// their order in the virtual table.
 class OD_EXPORT GiPointSetDefinition {
 public:
     virtual ~GiPointSetDefinition();
@@ -35,7 +35,7 @@ public:
                                         const OdGePoint3d& target, const OdGeVector3d& viewVector,
                                         double fieldWidth, double fieldHeight, int viewportWidth,
                                         int viewportHeight, bool perspective) = 0;
-    /// Chooses and reads the points for a view; how many there are now.
+    /// Chooses and reads the points for a view. Returns how many there are now.
     virtual unsigned long long updateVisiblePoints(
         const OdGeMatrix3d& matrix, const OdGePoint3d& camera, const OdGePoint3d& target,
         const OdGeVector3d& viewVector, double fieldWidth, double fieldHeight, int viewportWidth,
@@ -47,11 +47,11 @@ public:
 
     /// How many points are in the three arrays below.
     virtual unsigned long long getNrVisiblePoints() const = 0;
-    /// In the drawing; null when nothing is loaded, as are the next two. All three stay the point
-    /// set's and are good until its next change.
+    /// The points in the drawing. This array and the next two are null when nothing is loaded. They
+    /// belong to the point set and are valid until it changes.
     virtual const OdGePoint3d* getPointCoordinates() const = 0;
     virtual const OdCmEntityColor* getPointColors() const = 0;
-    /// In pixels.
+    /// The points' sizes in pixels.
     virtual const double* getPointSizes() const = 0;
     /// How many points the file holds.
     virtual unsigned long long getTotalNrPoints() const = 0;

@@ -13,7 +13,7 @@ struct OPMPropertyEntry {
     int type = 0;
     /// What the editor offers to choose from.
     OdArray<OdString> predefinedStrings;
-    /// The place of the value that several entities share; -1 for none.
+    /// The index of the value that several entities share; -1 for none.
     int sharedValue = -1;
     OdArray<OPMVariant> values;
     OdArray<OPMVariant> defaultValues;

@@ -16,11 +16,11 @@ public:
     explicit OPMVariant(double value) : value_(value) {}
     explicit OPMVariant(const OdString& value) : value_(value) {}
 
-    // The alternatives stand in the order of their types.
+    // value_ lists its alternatives in the order of Type.
 
     Type varType() const { return static_cast<Type>(value_.index()); }
 
-    // Each is for a value of that type alone.
+    // Each may be called only on a value of that type.
 
     bool getBool() const { return std::get<bool>(value_); }
     OdInt64 getInt() const { return std::get<OdInt64>(value_); }

@@ -4,8 +4,8 @@
 
 class OdDbDatabase;
 
-/// Stand-in for the host SDK's object of a drawing: open for reading from the start, for writing
-/// between upgradeOpen and downgradeOpen.
+/// Stand-in for an object of a drawing in the host SDK. It is always open for reading, and open for
+/// writing between upgradeOpen and downgradeOpen.
 class OD_EXPORT OdDbObject : public OdRxObject {
     ODRX_DECLARE_MEMBERS(OdDbObject)
 
@@ -20,7 +20,7 @@ public:
 
 protected:
     OdDbObject() = default;
-    /// Every change begins with it: throws OdError where the object is not open for writing.
+    /// Throws OdError where the object is not open for writing. Every setter calls it first.
     void assertWriteEnabled() const;
 
 private:

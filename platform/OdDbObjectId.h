@@ -8,7 +8,6 @@ public:
     OdDbObjectId() = default;
     explicit OdDbObjectId(OdDbObject* object) : object_(object) {}
 
-    bool isNull() const { return object_ == nullptr; }
     /// The object, opened for reading; null for a null handle.
     OdDbObject* openObject() const { return object_; }
 

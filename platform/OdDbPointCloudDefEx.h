@@ -3,7 +3,7 @@
 #include "platform/OdDbObject.h"
 #include "platform/OdString.h"
 
-/// Stand-in for the host SDK's point-cloud definition: one file that entities show.
+/// Stand-in for the host SDK's point-cloud definition: a file that entities show.
 class OD_EXPORT OdDbPointCloudDefEx : public OdDbObject {
     ODRX_DECLARE_MEMBERS(OdDbPointCloudDefEx)
 

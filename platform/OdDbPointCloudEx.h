@@ -5,13 +5,13 @@
 #include "platform/OdGePoint3d.h"
 #include "platform/OdString.h"
 
-/// Stand-in for the host SDK's point-cloud entity: one placing of a definition in the drawing.
-/// Setters need the entity open for writing and throw OdError where it is not.
+/// Stand-in for the host SDK's point-cloud entity, which places a definition in the drawing. The
+/// setters throw OdError where the entity is not open for writing.
 class OD_EXPORT OdDbPointCloudEx : public OdDbEntity {
     ODRX_DECLARE_MEMBERS(OdDbPointCloudEx)
 
 public:
-    /// The definition; its file and its points.
+    /// The definition, which knows the file and holds the points.
     OdDbObjectId pointCloudDefExId() const { return definition_; }
     void setPointCloudDefExId(OdDbObjectId definition);
 

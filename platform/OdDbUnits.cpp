@@ -5,8 +5,8 @@
 
 namespace {
 
-/// A unit is `significand` * 10^`exponent` metres. Kept apart, so that 1 ft is 12 in to the last
-/// bit and 1 m is 1000 mm.
+/// A unit is `significand` * 10^`exponent` metres. The two are kept apart so that 1 ft is exactly
+/// 12 in and 1 m is exactly 1000 mm.
 struct Length {
     double significand;
     int exponent;
@@ -47,6 +47,6 @@ double oddbGetUnitsConversion(OdDb::UnitsValue from, OdDb::UnitsValue to) {
     const Length& other = lengths[static_cast<std::size_t>(to)];
     const int exponent = one.exponent - other.exponent;
     const double ratio = one.significand / other.significand;
-    // Powers of ten are exact as long as they are whole.
+    // Only powers of ten with a positive exponent are exact.
     return exponent < 0 ? ratio / std::pow(10.0, -exponent) : ratio * std::pow(10.0, exponent);
 }

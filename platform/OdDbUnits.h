@@ -31,5 +31,5 @@ enum UnitsValue : int {
 
 }  // namespace OdDb
 
-/// How many `to` one `from` is; 1 where either is undefined or no unit.
+/// How many units `to` make one unit `from`; 1 where either is undefined or no unit.
 OD_EXPORT double oddbGetUnitsConversion(OdDb::UnitsValue from, OdDb::UnitsValue to);

@@ -5,7 +5,7 @@
 #include "platform/OdPlatform.h"
 #include "platform/OdString.h"
 
-/// Stand-in for what the host SDK throws. It is no std::exception, as the host's is none.
+/// Stand-in for the exception that the host SDK throws. Like that one, it is no std::exception.
 class OD_EXPORT OdError {
 public:
     explicit OdError(OdString message) : message_(std::move(message)) {}

@@ -8,7 +8,8 @@ namespace {
 
 constexpr int size = 4;
 
-/// The row, from `column` down, with the largest entry of that column: keeps rounding small.
+/// The row, from `column` down, with the largest entry of that column. Dividing by the largest
+/// keeps rounding small.
 int pivotRow(const OdGeMatrix3d& matrix, int column) {
     int best = column;
     for (int row = column + 1; row < size; ++row) {
@@ -50,16 +51,4 @@ OdGeMatrix3d OdGeMatrix3d::inverse() const {
         }
     }
     return right;
-}
-
-OdGeMatrix3d OdGeMatrix3d::operator*(const OdGeMatrix3d& right) const {
-    OdGeMatrix3d product;
-    for (int row = 0; row < size; ++row) {
-        for (int column = 0; column < size; ++column) {
-            double sum = 0.0;
-            for (int k = 0; k < size; ++k) sum += entry[row][k] * right[k][column];
-            product[row][column] = sum;
-        }
-    }
-    return product;
 }

@@ -1,17 +1,14 @@
 #pragma once
 
-/// Stand-in for the host SDK's 4 x 4 matrix; rows first, points are columns to its right.
+/// Stand-in for the host SDK's 4 x 4 matrix. It is stored row by row and multiplies points as
+/// columns on its right.
 class OdGeMatrix3d {
 public:
     double entry[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
 
-    OdGeMatrix3d& setToIdentity() { return *this = OdGeMatrix3d(); }
-    /// The inverse; the identity where there is none.
+    /// The inverse; the identity where the matrix has no inverse.
     OdGeMatrix3d inverse() const;
 
-    OdGeMatrix3d operator*(const OdGeMatrix3d& right) const;
     double* operator[](int row) { return entry[row]; }
     const double* operator[](int row) const { return entry[row]; }
-
-    bool operator==(const OdGeMatrix3d&) const = default;
 };

@@ -15,14 +15,6 @@ OdGeVector3d firstAxis(const OdGeVector3d& normal) {
 
 OdGePlane::OdGePlane(const OdGePoint3d& point, const OdGeVector3d& normal)
     : point_(point),
-      normal_(normal.normal()),
-      axis1_(firstAxis(normal_)),
-      axis2_(normal_.crossProduct(axis1_)) {
-}
-
-void OdGePlane::getCoordinateSystem(OdGePoint3d& origin, OdGeVector3d& axis1,
-                                    OdGeVector3d& axis2) const {
-    origin = point_;
-    axis1 = axis1_;
-    axis2 = axis2_;
+      axis1_(firstAxis(normal.normal())),
+      axis2_(normal.normal().crossProduct(axis1_)) {
 }

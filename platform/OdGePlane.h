@@ -4,7 +4,7 @@
 #include "platform/OdGePoint3d.h"
 #include "platform/OdGeVector3d.h"
 
-/// Stand-in for the host SDK's plane: a point, a normal and two axes in the plane.
+/// Stand-in for the host SDK's plane: a point and two axes in the plane.
 class OdGePlane {
 public:
     /// The plane of x and y.
@@ -13,19 +13,10 @@ public:
     /// its y axis where the normal is within 1/64 of z.
     OdGePlane(const OdGePoint3d& point, const OdGeVector3d& normal);
 
-    const OdGePoint3d& pointOnPlane() const { return point_; }
-    /// Of length 1.
-    const OdGeVector3d& normal() const { return normal_; }
-    /// The point that has coordinates 0, 0 and the directions of the two coordinates.
-    void getCoordinateSystem(OdGePoint3d& origin, OdGeVector3d& axis1, OdGeVector3d& axis2) const;
-
-    bool operator==(const OdGePlane&) const = default;
-
 private:
     friend class OdGePoint3d;
 
     OdGePoint3d point_;
-    OdGeVector3d normal_{0.0, 0.0, 1.0};
     OdGeVector3d axis1_{1.0, 0.0, 0.0};
     OdGeVector3d axis2_{0.0, 1.0, 0.0};
 };

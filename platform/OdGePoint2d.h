@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/OdGeVector2d.h"
+#include <cmath>
 
 /// Stand-in for the host SDK's point in a plane.
 class OdGePoint2d {
@@ -11,8 +11,9 @@ public:
     OdGePoint2d() = default;
     OdGePoint2d(double x0, double y0) : x(x0), y(y0) {}
 
-    OdGeVector2d operator-(const OdGePoint2d& from) const { return {x - from.x, y - from.y}; }
-    double distanceTo(const OdGePoint2d& other) const { return (*this - other).length(); }
-
-    bool operator==(const OdGePoint2d&) const = default;
+    double distanceTo(const OdGePoint2d& other) const {
+        const double dx = x - other.x;
+        const double dy = y - other.y;
+        return std::sqrt(dx * dx + dy * dy);
+    }
 };

@@ -17,16 +17,11 @@ public:
     OdGeVector3d crossProduct(const OdGeVector3d& v) const {
         return {y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x};
     }
-    /// This direction with length 1; a vector without length stays as it is.
+    /// The vector scaled to length 1; a zero vector stays zero.
     OdGeVector3d normal() const {
         const double size = length();
         return size > 0.0 ? OdGeVector3d(x / size, y / size, z / size) : *this;
     }
 
-    OdGeVector3d operator-() const { return {-x, -y, -z}; }
-    OdGeVector3d operator+(const OdGeVector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
-    OdGeVector3d operator-(const OdGeVector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
     OdGeVector3d operator*(double factor) const { return {x * factor, y * factor, z * factor}; }
-
-    bool operator==(const OdGeVector3d&) const = default;
 };

@@ -11,14 +11,15 @@
 class OdDbEntity;
 class OdRxClass;
 
-/// What the host's property palette asks for the properties of a kind of entity. The order of the
-/// operations is their order in the virtual table, on which the host relies. Operations that return
-/// bool return whether they have an answer.
+/// The host's property palette asks such an extension for the properties of a kind of entity. The
+/// host relies on the order of the operations: it is their order in the virtual table. Operations
+/// that return bool tell whether they have an answer.
 class OD_EXPORT OdOPMClientExtension {
 public:
     virtual ~OdOPMClientExtension();
 
-    /// The palette has written all changes of a user's step; nothing is done by default.
+    /// Called when the palette has written all changes of one step of the user. The default does
+    /// nothing.
     virtual void endPropertiesUpdate(OdDbEntity* entity);
     virtual void endPropertiesUpdate(const OdArray<OdDbEntity*>& entities);
 
@@ -33,7 +34,7 @@ public:
     virtual bool getPropertyDescription(const OdDbEntity* entity, int id, const OdString& property,
                                         OdString& description) = 0;
     virtual bool allowPropertyPreview(int id) = 0;
-    /// -1, the default, leaves it to the palette.
+    /// The default, -1, leaves the decision to the palette.
     virtual int getPropertyHidden(int id);
     virtual bool getPropertyEnabled(const OdDbEntity* entity, int id, const OdString& property,
                                     bool& enabled) = 0;

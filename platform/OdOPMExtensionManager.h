@@ -6,18 +6,18 @@
 
 class OdOPMClientExtension;
 
-/// Stand-in for the host's list of what knows properties. It owns none of them.
+/// Stand-in for the host's list of property extensions, none of which it owns.
 class OD_EXPORT OdOPMExtensionManager {
 public:
     void addExtension(OdOPMClientExtension* extension);
     void removeExtension(OdOPMClientExtension* extension);
 
-    /// In the order in which they came.
+    /// The extensions in the order in which they were added.
     const std::vector<OdOPMClientExtension*>& extensions() const { return extensions_; }
 
 private:
     std::vector<OdOPMClientExtension*> extensions_;
 };
 
-/// The host's one manager; never null.
+/// The only manager of the host; never null.
 OD_EXPORT OdOPMExtensionManager* odOPMExtensionManager();

@@ -3,7 +3,7 @@
 OdRxObject::~OdRxObject() = default;
 
 const OdRxClass* OdRxObject::desc() {
-    static const OdRxClass description(L"OdRxObject", nullptr);
+    static const OdRxClass description(nullptr);
     return &description;
 }
 

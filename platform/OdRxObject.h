@@ -3,13 +3,14 @@
 #include "platform/OdPlatform.h"
 #include "platform/OdRxClass.h"
 
-/// Stand-in for the base of the host SDK's run-time classes: deleted through a pointer to it.
+/// Stand-in for the base of the host SDK's run-time classes. Objects may be deleted through a
+/// pointer to it.
 class OD_EXPORT OdRxObject {
 public:
     virtual ~OdRxObject();
 
     static const OdRxClass* desc();
-    /// The class that the object was made as.
+    /// The description of the class that the object was created as.
     virtual const OdRxClass* isA() const;
     bool isKindOf(const OdRxClass* other) const { return isA()->isDerivedFrom(other); }
 
@@ -21,8 +22,8 @@ protected:
 
 // NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes
 
-// What every run-time class declares: its description, and casts that give null for an object of
-// another class and for null.
+// Declares what every run-time class has: its description, and casts that return null for null and
+// for an object of another class.
 #define ODRX_DECLARE_MEMBERS(ClassName)                                \
 public:                                                                \
     static const OdRxClass* desc();                                    \
@@ -36,14 +37,14 @@ public:                                                                \
         return fits ? static_cast<const ClassName*>(object) : nullptr; \
     }
 
-// Goes into one source file, so that host and plug-ins see the same description.
-#define ODRX_DEFINE_MEMBERS(ClassName, ParentClass)                              \
-    const OdRxClass* ClassName::desc() {                                         \
-        static const OdRxClass description(L## #ClassName, ParentClass::desc()); \
-        return &description;                                                     \
-    }                                                                            \
-    const OdRxClass* ClassName::isA() const {                                    \
-        return desc();                                                           \
+// Belongs into exactly one source file, so that the host and all plug-ins see one description.
+#define ODRX_DEFINE_MEMBERS(ClassName, ParentClass)              \
+    const OdRxClass* ClassName::desc() {                         \
+        static const OdRxClass description(ParentClass::desc()); \
+        return &description;                                     \
+    }                                                            \
+    const OdRxClass* ClassName::isA() const {                    \
+        return desc();                                           \
     }
 
 // NOLINTEND(bugprone-macro-parentheses)

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Sixteen random bytes, marked as a version 4 identifier of the usual variant.
+/// Sixteen random bytes with the bits that mark a version 4 UUID.
 std::array<unsigned, 16> randomBytes() {
     std::random_device source;
     std::uniform_int_distribution<unsigned> byteValues(0, 255);

@@ -9,5 +9,5 @@ public:
     OdString createGuid();
 };
 
-/// The host's one services object; never null.
+/// The only services object of the host; never null.
 OdRxSystemServices* odrxSystemServices();

@@ -7,19 +7,13 @@ class OdString {
 public:
     OdString() = default;
     OdString(const wchar_t* text) : text_(text == nullptr ? L"" : text) {}
-    /// `utf8` is UTF-8; a byte that is not is taken as the Latin-1 character of that value.
-    OdString(const char* utf8);
+    /// `text` is UTF-8, or Latin-1 where it is not valid as UTF-8.
+    OdString(const char* text);
 
     const wchar_t* c_str() const { return text_.c_str(); }
     bool isEmpty() const { return text_.empty(); }
-    int getLength() const { return static_cast<int>(text_.size()); }
 
-    OdString& operator+=(const OdString& tail) {
-        text_ += tail.text_;
-        return *this;
-    }
-    friend OdString operator+(OdString head, const OdString& tail) { return head += tail; }
-    /// Ordered by the characters' numbers.
+    /// Compares the characters' code points.
     bool operator<(const OdString& other) const { return text_ < other.text_; }
     bool operator==(const OdString&) const = default;
 

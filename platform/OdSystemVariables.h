@@ -6,10 +6,10 @@
 #include "platform/OdPlatform.h"
 #include "platform/OdString.h"
 
-/// Stand-in for the host's system variables, as far as they are whole numbers.
+/// Stand-in for those of the host's system variables that are whole numbers.
 class OdSystemVariables {
 public:
-    /// The variable's value; 0 where there is none of that name.
+    /// The variable's value; 0 where no variable has that name.
     OdInt32 getInt(const OdString& name) const;
     void setInt(const OdString& name, OdInt32 value);
 
@@ -17,5 +17,5 @@ private:
     std::map<std::wstring, OdInt32> values_{{L"POINTCLOUDPOINTMAX", 5000000}};
 };
 
-/// The host's one set of variables.
+/// The only set of variables of the host.
 OdSystemVariables& odSystemVariables();

@@ -9,11 +9,10 @@ class OD_EXPORT PcDbPointCloudDef : public OdDbPointCloudDefEx {
     ODRX_DECLARE_MEMBERS(PcDbPointCloudDef)
 
 public:
-    /// The loaded points; null where none are. They stay with whoever set them, who takes them back
-    /// by null before they are freed.
+    /// The loaded points, or null. Whoever sets them owns them, and sets null before freeing them.
     GiPointSetDefinition* pointSet() const { return pointSet_; }
     void setPointSet(GiPointSetDefinition* set) { pointSet_ = set; }
-    /// How many points the file holds; 0 where nothing is loaded.
+    /// How many points the file holds; 0 when nothing is loaded.
     unsigned long long totalPointsCount() const;
 
 private:

@@ -6,7 +6,7 @@
 class GiPointSetDefinition;
 class PcDbPointCloudDef;
 
-/// What the host asks for the points of a point-cloud definition.
+/// The host asks this extension for the points of a point-cloud definition.
 class OD_EXPORT PcDbPointCloudDefPE : public OdRxObject {
 public:
     ~PcDbPointCloudDefPE() override;

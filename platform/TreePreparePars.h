@@ -6,13 +6,13 @@
 
 enum VpcTreeType : int;
 
-/// What the host asks to be prepared.
+/// What the host wants to have prepared.
 struct TreePreparePars {
-    /// Kept in the file's header untouched; the host keeps its unit there.
+    /// Stored in the file's header as it is; hosts pass their unit.
     unsigned long long headerValue = 0;
-    /// For temporary files; ends with a separator.
+    /// The folder for temporary files; ends with a separator.
     wxString workingFolder;
-    /// Full paths of scans of one format, in the order that numbers the points' sources.
+    /// Full paths of scans of one format. Their order numbers the sources of the points.
     std::vector<wxString> inputFiles;
     /// Full path of the tree file to write.
     wxString outputFile;

@@ -173,7 +173,7 @@ std::string utf8(const OdString& text) {
 }
 
 std::string shown(const OPMVariant& value, const OdArray<OdString>& choices) {
-    if (!choices.empty()) return utf8(choices[static_cast<unsigned>(value.getInt())]);
+    if (!choices.isEmpty()) return utf8(choices[static_cast<unsigned>(value.getInt())]);
     switch (value.varType()) {
         case OPMVariant::kBool:
             return value.getBool() ? "yes" : "no";

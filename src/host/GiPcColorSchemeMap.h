@@ -4,15 +4,15 @@
 
 #include "platform/OdString.h"
 
-/// Translates between the host's colour schemes, which GUIDs name, and the numbers of
+/// Translates between the GUIDs that name the host's colour schemes and the numbers of
 /// VpcColorScheme.
 class GiPcColorSchemeMap {
 public:
     GiPcColorSchemeMap();
 
-    /// 0, for scan colours, where no scheme has this GUID.
+    /// The scheme's number; 0, for scan colours, where no scheme has this GUID.
     int scheme(const OdString& guid) const;
-    /// Empty, for scan colours, where no scheme has this number.
+    /// The scheme's GUID; empty, for scan colours, where no scheme has this number.
     OdString guid(int scheme) const;
 
 private:

@@ -32,7 +32,7 @@ enum PropertyId : int {
     Id_VisibleNrPoints = 18
 };
 
-/// The host's codes of what the palette edits a property with.
+/// The host's codes of the palette's editors.
 enum EditorType : int {
     Editor_Count = 1,
     Editor_Truth = 2,
@@ -44,13 +44,12 @@ enum EditorType : int {
     Editor_Choice = 60
 };
 
-/// The host's numbers of what an entity's colours show; it counts otherwise than
-/// GiPcStylizationType.
+/// The host's numbers for the stylization of an entity. They differ from GiPcStylizationType.
 enum HostStylization : int { Host_ScanColors = 1, Host_Elevation = 4, Host_Intensity = 5 };
 
 using Strings = OdArray<OdString>;
 
-// The place of a text is the number that its property has.
+// The index of a text is the value of its property.
 
 const Strings& stylizationNames() {
     static const Strings names{L"Scan colors", L"Intensity", L"Elevation"};
@@ -66,13 +65,13 @@ const Strings& schemeNames() {
 /// The host's stylizations in the order of their names.
 constexpr HostStylization stylizations[] = {Host_ScanColors, Host_Intensity, Host_Elevation};
 
-/// 0 for a text that is none of the names.
+/// The index of a name; 0 for any other text.
 int placeOf(const OdString& text, const Strings& names) {
     const auto found = std::find(names.begin(), names.end(), text);
     return found == names.end() ? 0 : static_cast<int>(found - names.begin());
 }
 
-/// 0 for a stylization that has no name here.
+/// The index of a stylization's name; 0 for a stylization that has none here.
 int placeOf(OdInt32 stylization) {
     const auto found = std::find(std::begin(stylizations), std::end(stylizations), stylization);
     return found == std::end(stylizations) ? 0 : static_cast<int>(found - std::begin(stylizations));
@@ -106,7 +105,7 @@ OPMVariant unitFactor(const GiPointSetDefinition& set, const OdDbDatabase* drawi
     return OPMVariant(oddbGetUnitsConversion(modelUnit, drawing->getINSUNITS()));
 }
 
-/// What is asked of the loaded points.
+/// The value of a property that the loaded points know.
 OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* drawing, int id) {
     switch (id) {
         case Id_Unit:
@@ -120,17 +119,21 @@ OPMVariant pointSetValue(const GiPointSetDefinition& set, const OdDbDatabase* dr
     }
 }
 
-/// What is asked of the definition and what hangs on it.
+/// The value of a property that the definition or its loaded points know.
 OPMVariant definitionValue(const PcDbPointCloud& cloud, int id) {
-    const auto definition = PcDbPointCloudDef::cast(cloud.pointCloudDefExId().openObject());
+    const auto object = cloud.pointCloudDefExId().openObject();
+    if (id == Id_SavedPath) {
+        const auto shown = OdDbPointCloudDefEx::cast(object);
+        return shown == nullptr ? OPMVariant() : OPMVariant(shown->activeFileName());
+    }
+    const auto definition = PcDbPointCloudDef::cast(object);
     if (definition == nullptr) return {};
-    if (id == Id_SavedPath) return OPMVariant(definition->activeFileName());
     if (id == Id_TotalNrPoints) return integer(definition->totalPointsCount());
     const GiPointSetDefinition* set = definition->pointSet();
     return set == nullptr ? OPMVariant() : pointSetValue(*set, cloud.database(), id);
 }
 
-/// What a value has to be to be set; kNull for a property that cannot be.
+/// The type of the values that a property can be set to; kNull for a property that is read-only.
 OPMVariant::Type settableType(int id) {
     switch (id) {
         case Id_Name:
@@ -157,7 +160,7 @@ void setCoordinate(PcDbPointCloud& cloud, double OdGePoint3d::*axis, double valu
     cloud.setLocation(location);
 }
 
-/// Holds an entity open for writing.
+/// Keeps an entity open for writing while it lives.
 class OpenForWrite {
 public:
     explicit OpenForWrite(PcDbPointCloud& cloud) : cloud_(cloud) { cloud_.upgradeOpen(); }
@@ -231,7 +234,7 @@ bool OPMPointCloudProperties::allowPropertyPreview(int /*id*/) {
 }
 
 int OPMPointCloudProperties::getPropertyHidden(int /*id*/) {
-    // The host reads 1 as an answer of its own, so the default must not be left standing.
+    // Hosts expect 1 here: the default of -1 is another answer.
     return 1;
 }
 
@@ -257,7 +260,7 @@ bool OPMPointCloudProperties::getPropertyValue(const OdDbEntity* entity, int id,
     const auto cloud = PcDbPointCloud::cast(entity);
     OPMVariant found;
     if (id == Id_Geolocate || id == Id_Segmentation) {
-        // Of no entity: points are neither located on the globe nor segmented yet.
+        // These need no entity: points are neither located on the globe nor segmented yet.
         found = OPMVariant(false);
     } else if (cloud != nullptr) {
         found = EntityValue(*cloud, id);

@@ -8,11 +8,11 @@
 #include "platform/OdString.h"
 #include "platform/PcDbPointCloud.h"
 
-/// What the host's property palette shows of a point-cloud entity and lets the user change.
+/// The properties of a point-cloud entity that the host's palette shows and lets the user change.
 ///
-/// Known to the host's extension manager from its making to its end. Values are strings, numbers
-/// and truths as the host's entity and definition hold them: lengths in drawing units. What the
-/// host throws when an entity refuses a change passes through.
+/// The host's extension manager knows the object as long as it lives. Values are the texts, numbers
+/// and booleans that the host's entity and definition hold; lengths are in drawing units. When an
+/// entity refuses a change, the exception of the host passes through.
 class VPC_EXPORT OPMPointCloudProperties final : public OdOPMClientExtension {
 public:
     OPMPointCloudProperties();
@@ -20,12 +20,12 @@ public:
     OPMPointCloudProperties(const OPMPointCloudProperties&) = delete;
     OPMPointCloudProperties& operator=(const OPMPointCloudProperties&) = delete;
 
-    /// The same properties, whatever the class.
+    /// Appends the same properties whatever the class.
     void getPropertyMap(const OdRxClass* entityClass,
                         OdArray<OPMPropertyEntry>& properties) override;
     bool getApplicationName(OdString& name) override;
 
-    // Names are the host's to give: none is assigned, and there is one if the host has one.
+    // The host gives the names; these functions assign none.
 
     bool getObjectName(const OdDbEntity* entity, OdString& name) override;
     bool getCategoryName(const OdString& category, OdString& name) override;
@@ -40,24 +40,24 @@ public:
                             bool& enabled) override;
     bool getPropertyReadOnly(const OdDbEntity* entity, int id, const OdString& property,
                              bool& readOnly) override;
-    /// False: they are in the property map.
+    /// Returns false, since the property map holds the strings.
     bool getPredefinedStrings(const OdDbEntity* entity, int id, const OdString& property,
                               OdArray<OdString>& strings) override;
 
-    /// False, and `value` as it was, for an unknown property, for an entity that is no point cloud,
-    /// and where the entity lacks what the property is about: a definition, loaded points, a
-    /// drawing.
+    /// Returns false and leaves `value` alone for an unknown property, for an entity that is no
+    /// point cloud, and for one that lacks what the property is about: a definition, loaded points
+    /// or a drawing.
     bool getPropertyValue(const OdDbEntity* entity, int id, const OdString& property,
                           OPMVariant& value) override;
-    /// False, with nothing changed, for an entity that is no point cloud, a property that cannot be
-    /// set, and a value of the wrong type. The entity is left open for reading.
+    /// Returns false and changes nothing for an entity that is no point cloud, for a property that
+    /// is read-only, and for a value of the wrong type. Leaves the entity open for reading.
     bool setPropertyValue(OdDbEntity* entity, int id, const OdString& property,
                           const OPMVariant& value) override;
     bool allEntityNames(std::map<OdString, OdString>& names) override;
 
     const OdString visualizationCategory = L"3D Visualization";
     const OdString geometryCategory = L"Geometry";
-    /// No property is in it.
+    /// No property belongs to it.
     const OdString viewCategory = L"View";
     const OdString miscCategory = L"Misc";
     const GiPcColorSchemeMap colorSchemeMap;

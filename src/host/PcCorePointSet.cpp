@@ -23,7 +23,7 @@ bool treeFileExists(const wxString& fileName) {
         StringTools::ReplaceFileExtension(fileName, PointTreeLayout::extension));
 }
 
-/// A version that is no int must not be cut down to one that looks right.
+/// The version as an int. One that is too large must not be truncated to one that looks right.
 int forMessage(unsigned long long version) {
     constexpr unsigned long long greatest = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(version, greatest));
@@ -75,7 +75,7 @@ unsigned long long PcCorePointSet::updateVisiblePoints(
 }
 
 void PcCorePointSet::AdoptPointMax() {
-    // A negative value is one of those too small to change anything.
+    // Like all small values, a negative one changes nothing.
     const OdInt32 pointMax = std::max(odSystemVariables().getInt("POINTCLOUDPOINTMAX"), 0);
     const auto wanted = static_cast<unsigned long long>(pointMax);
     if (wanted != maxNrPointsInBuffer()) setMaxNrPointsInBuffer(wanted);
@@ -128,7 +128,7 @@ unsigned long long PcCorePointSet::maxNrPointsInBuffer() const {
 }
 
 void PcCorePointSet::setMaxNrPointsInBuffer(unsigned long long count) {
-    // Without memory for them the old buffers stay: there is nobody here to tell.
+    // When memory is short the old buffers stay: the host's interface has no way to tell.
     if (manager_) manager_->visibleNodeManager().resizePointBuffer(count);
 }
 

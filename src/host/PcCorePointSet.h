@@ -12,11 +12,11 @@
 
 class PcCoreProjectManager;
 
-/// A point set as the host sees it: a thin cover over the project manager of one loaded file.
+/// A point set as the host sees it: a thin facade over the project manager of one loaded file.
 ///
-/// It may be asked anything before a load succeeds: results are then 0, false or null and settings
-/// are not kept. One thread at a time. Beside what the operations name, std::bad_alloc may leave
-/// them.
+/// Every operation may be called before a load succeeds: results are then 0, false or null, and
+/// settings are not kept. Only one thread at a time may use a point set. Any operation may throw
+/// std::bad_alloc.
 class VPC_EXPORT PcCorePointSet final : public GiPointSetDefinition {
 public:
     PcCorePointSet();
@@ -30,7 +30,7 @@ public:
                                 const OdGePoint3d& target, const OdGeVector3d& viewVector,
                                 double fieldWidth, double fieldHeight, int viewportWidth,
                                 int viewportHeight, bool perspective) override;
-    /// Takes the host's POINTCLOUDPOINTMAX as the number of points to show at most.
+    /// Shows at most as many points as the host's POINTCLOUDPOINTMAX says.
     unsigned long long updateVisiblePoints(const OdGeMatrix3d& matrix, const OdGePoint3d& camera,
                                            const OdGePoint3d& target,
                                            const OdGeVector3d& viewVector, double fieldWidth,
@@ -63,42 +63,46 @@ public:
                     bool flag) override;
     bool clearSections(bool flag) override;
 
-    // Always true, with nothing loaded and nothing to remove too.
+    // These return true even when nothing is loaded or there is nothing to remove.
 
     bool addClipping(const GiPcClipConfig& config) override;
     bool removeLastClipping() override;
     bool clearClippings() override;
 
-    /// Loads a point tree file; the set then shows this file or, after a failure, none.
+    /// Loads a point tree file. Afterwards the set shows this file or, if it cannot be loaded,
+    /// none.
     ///
-    /// False when the file of that name with the extension "vpt" is missing (what was loaded
-    /// before stays), or when the file is damaged. Throws OdError when it is of another version.
+    /// Returns false when there is no file of that name with the extension "vpt", in which case
+    /// what was loaded before stays, and when the file is damaged. Throws OdError when the file is
+    /// of another version.
     bool loadProjectFromFile(const OdString& fileName);
-    /// The box around a file's points, a little enlarged, whether or not a file is loaded. False
-    /// when it cannot be read; 0, 0, 0 both where the version is another.
+    /// Reads the box around a file's points, a little enlarged; no file need be loaded. Returns
+    /// false when the file cannot be read. Both corners are then 0, 0, 0 if it is of another
+    /// version.
     static bool readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max);
-    /// 0 where the file cannot be read.
+    /// The version of a file; 0 where the file cannot be read.
     static unsigned long long fileVptVersion(const OdString& fileName);
-    /// The only version that is written and loaded.
+    /// The only version that the library writes and loads.
     static unsigned long long currentVptVersion();
     /// Turns scans into a point tree file.
     static TreePrepareResult preparePointData(const TreePreparePars& pars);
 
-    /// (nodes, points) of every level, the coarsest first.
+    /// The numbers of nodes and points of every level, the coarsest first.
     std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
-    /// False without memory for so many points, or with nothing loaded; below 51 nothing changes.
+    /// Returns false when memory is short or nothing is loaded. Counts below 51 change nothing.
     bool resizePointBuffer(unsigned long count);
-    /// Whether the next update writes its diagnostic files; updates take it back.
+    /// Has no effect: every update resets it before it would write diagnostic files.
+    /// PcCoreProjectManager::exportView writes them.
     void setDrawGeometry(bool draw);
     bool toggleEnableDisableSections();
 
-    /// The file last asked for, loaded or not.
+    /// The name that was last given to loadProjectFromFile, whether it was loaded or not.
     const OdString& fileName() const { return fileName_; }
     /// The box around the points as of the last load or update; its minimum is above its maximum
     /// where there is none.
     const OdGePoint3d& dataMin() const { return dataMin_; }
     const OdGePoint3d& dataMax() const { return dataMax_; }
-    /// Null until a load succeeds; this set's.
+    /// Null until a load succeeds. The point set owns it.
     PcCoreProjectManager* projectManager() const { return manager_.get(); }
 
 private:

@@ -9,12 +9,13 @@ public:
     PcDbPointCloudDefImplPE();
     ~PcDbPointCloudDefImplPE() override;
 
-    /// A loaded point set, which the caller owns until it hands it to cleanPointSet; null when the
-    /// file is missing or damaged. Throws OdError when the file is of another version.
+    /// Returns a loaded point set, which the caller owns until it hands it to cleanPointSet, or
+    /// null when the file is missing or damaged. Throws OdError when the file is of another
+    /// version.
     ///
     /// \param def           not used
-    /// \param fileName      taken as it stands when it begins with "/"
-    /// \param referencePath a file beside which a relative name is looked for
+    /// \param fileName      used as it is when it is empty or begins with "/"
+    /// \param referencePath a file; relative names are looked for in its folder
     GiPointSetDefinition* loadProject(PcDbPointCloudDef* def, const OdString& fileName,
                                       const OdString& referencePath) override;
     void cleanPointSet(GiPointSetDefinition* set) override;

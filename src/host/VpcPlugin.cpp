@@ -9,8 +9,8 @@
 
 namespace {
 
-/// These functions are found by their plain names, hence called like C functions: nothing may be
-/// thrown out of them.
+/// Hosts find these functions by their plain names and call them like C functions, so no exception
+/// may leave them.
 template <class Extension>
 Extension* create() {
     try {

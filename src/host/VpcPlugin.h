@@ -6,15 +6,15 @@
 #include "platform/TreePreparePars.h"
 #include "tree/construct/TreePrepareResult.h"
 
-/// Where a host begins that has loaded the plug-in: a new extension, which the caller deletes
-/// through its virtual destructor before it unloads the plug-in. Null without memory.
+/// A host that has loaded the plug-in begins here. Returns a new extension, which the caller
+/// deletes before it unloads the plug-in; null when memory is short.
 extern "C" VPC_EXPORT PcDbPointCloudDefPE* vpcCreatePointCloudExtension();
 
-/// The property palette's extension, which the host's extension manager knows until it is deleted;
-/// owned as above. Null without memory.
+/// Returns a new extension of the property palette. The host's extension manager knows it until the
+/// caller deletes it. Ownership and null are as above.
 extern "C" VPC_EXPORT OdOPMClientExtension* vpcCreatePropertiesExtension();
 
-/// PcCorePointSet::preparePointData for a host that has only the names above: whether it succeeded.
-/// False with `result` untouched without memory.
+/// Calls PcCorePointSet::preparePointData and returns whether it succeeded. When memory is short it
+/// returns false and leaves `result` alone.
 extern "C" VPC_EXPORT bool vpcPreparePointData(const TreePreparePars& pars,
                                                TreePrepareResult& result);

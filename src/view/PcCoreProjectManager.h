@@ -54,9 +54,10 @@ public:
     GiPcStylizationType stylizationType = GiPc_Stylization_NONE;
     /// Low density lowers the budget of the flat selection to a fifth.
     GiPcDrawDensity drawDensity = GiPc_DrawDensity_Full;
-    /// Whether updates write the files of exportView; every update and pick sets it to false.
+    /// Meant to let updates write the files of exportView, which they never do: every update and
+    /// pick first sets it to false. Call exportView for the files.
     bool drawGeometry = false;
-    /// Whether updates show one level throughout; every update sets it to true.
+    /// Whether updates show one level throughout. They always do: every update sets it to true.
     bool useFlatView = false;
     /// Whether updates cut at the sections.
     bool sectionsEnabled = false;

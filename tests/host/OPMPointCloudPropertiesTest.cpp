@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/OdDbDatabase.h"
-#include "platform/OdError.h"
 #include "platform/OdOPMExtensionManager.h"
 #include "platform/PcDbPointCloud.h"
 #include "platform/PcDbPointCloudDef.h"
@@ -71,7 +70,7 @@ TEST_F(OPMPointCloudPropertiesTest, ListsItsPropertiesInOrder) {
         for (const OdString& text : p.predefinedStrings)
             listed += std::wstring(L",") + text.c_str();
         listed += L"; ";
-        EXPECT_TRUE(p.sharedValue == -1 && p.values.empty()) << p.id;
+        EXPECT_TRUE(p.sharedValue == -1 && p.values.isEmpty()) << p.id;
     }
     EXPECT_EQ(listed,
               L"0   0; 3 Stylization 3D Visualization 60,Scan colors,Intensity,Elevation; "
@@ -105,46 +104,66 @@ TEST_F(OPMPointCloudPropertiesTest, ReadsTheEntity) {
 }
 
 TEST_F(OPMPointCloudPropertiesTest, EditsAreReadBack) {
-    const struct {
-        int id;
-        OPMVariant value;
-        OPMVariant readBack;
-    } edits[] = {
-        {2, text(L"Chor \u6771"), text(L"Chor \u6771")},
-        {3, text(L"Intensity"), number(1)},
-        {3, text(L"Elevation"), number(2)},
-        {3, text(L"elevation"), number(0)},
-        {4, text(L"Spectrum"), number(1)},
-        {4, text(L"Earth"), number(2)},
-        {4, text(L"Hydro"), number(3)},
-        {4, text(L"Gray"), number(4)},
-        {4, text(L"Reds"), number(5)},
-        {4, text(L"Greens"), number(6)},
-        {4, text(L"Scan"), number(0)},
-        {4, text(L"Blues"), number(7)},
-        {5, OPMVariant(-10.5), OPMVariant(-10.5)},
-        {6, OPMVariant(20.5), OPMVariant(20.5)},
-        {7, OPMVariant(1e300), OPMVariant(1e300)},
-        {8, OPMVariant(3.0), OPMVariant(3.0)},
-        {9, OPMVariant(0.25), OPMVariant(0.25)},
-        {11, OPMVariant(false), OPMVariant(false)},
-        {12, OPMVariant(true), OPMVariant(true)},
-    };
-    for (const auto& e : edits) {
-        EXPECT_TRUE(edit(e.id, e.value)) << e.id;
-        EXPECT_EQ(value(e.id), e.readBack) << e.id;
-    }
-    EXPECT_EQ(cloud.location(), OdGePoint3d(-10.5, 20.5, 1e300));
-    EXPECT_EQ(cloud.stylizationType(), 1);
-    EXPECT_EQ(cloud.getCurrentColorScheme(), L"9B45EA40-176A-46B5-9470-1FA6A7880EE3");
+    const std::pair<int, OPMVariant> edits[] = {{2, text(L"Chor \u6771")}, {5, OPMVariant(-10.5)},
+                                                {6, OPMVariant(20.5)},     {7, OPMVariant(1e300)},
+                                                {8, OPMVariant(3.0)},      {9, OPMVariant(0.25)},
+                                                {11, OPMVariant(false)},   {12, OPMVariant(true)}};
+    for (const auto& [id, edited] : edits) EXPECT_TRUE(edit(id, edited)) << id;
+    for (const auto& [id, edited] : edits) EXPECT_EQ(value(id), edited) << id;
+}
 
-    edit(3, text(L"Intensity"));
-    EXPECT_EQ(cloud.stylizationType(), 5);
-    edit(3, text(L"Elevation"));
-    EXPECT_EQ(cloud.stylizationType(), 4);
-    for (const wchar_t* name : {L"Scan", L"blues", L""}) {
-        EXPECT_TRUE(edit(4, text(L"Blues")) && edit(4, text(name)));
-        EXPECT_EQ(cloud.getCurrentColorScheme(), L"") << name;
+TEST_F(OPMPointCloudPropertiesTest, KeepsChoicesAsTheEntityCountsThem) {
+    const struct {
+        const wchar_t* name;
+        int kept;
+        OdInt64 place;
+    } stylizations[] = {
+        {L"Intensity", 5, 1}, {L"elevation", 1, 0}, {L"Elevation", 4, 2}, {L"Scan colors", 1, 0}};
+    for (const auto& stylization : stylizations) {
+        EXPECT_TRUE(edit(3, text(stylization.name)));
+        EXPECT_EQ(cloud.stylizationType(), stylization.kept) << stylization.name;
+        EXPECT_EQ(value(3), number(stylization.place)) << stylization.name;
+    }
+    const struct {
+        const wchar_t* name;
+        const wchar_t* guid;
+        OdInt64 place;
+    } schemes[] = {{L"Spectrum", L"C0A3838B-81E3-4506-B908-13ECF523DB68", 1},
+                   {L"Earth", L"6DFAB669-B096-4842-9F90-F23CBDD9E410", 2},
+                   {L"Scan", L"", 0},
+                   {L"Hydro", L"46B3A5C6-4029-4D50-90D3-C49ADB0A2B45", 3},
+                   {L"Gray", L"655FCCB9-2DB2-40BC-86BB-A513D3DF3FEE", 4},
+                   {L"gray", L"", 0},
+                   {L"Reds", L"E247D320-B4DE-471F-8E5F-B848819BF6F6", 5},
+                   {L"Greens", L"B5E88F37-A921-45DF-9987-B979CE516EF3", 6},
+                   {L"Blues", L"9B45EA40-176A-46B5-9470-1FA6A7880EE3", 7}};
+    for (const auto& scheme : schemes) {
+        EXPECT_TRUE(edit(4, text(scheme.name)));
+        EXPECT_EQ(cloud.getCurrentColorScheme(), scheme.guid) << scheme.name;
+        EXPECT_EQ(value(4), number(scheme.place)) << scheme.name;
+    }
+}
+
+TEST_F(OPMPointCloudPropertiesTest, LeavesTheRestToTheHost) {
+    OdString name;
+    EXPECT_TRUE(palette.getApplicationName(name));
+    EXPECT_EQ(name, L"POINTCLOUD");
+    for (const wchar_t* given : {L"", L"given"}) {
+        name = given;
+        bool flag = true;
+        OdArray<OdString> strings{name};
+        std::map<OdString, OdString> names{{name, name}};
+        EXPECT_EQ(palette.getObjectName(&cloud, name), !name.isEmpty());
+        EXPECT_EQ(palette.getPropertyName(&cloud, 2, L"", name), !name.isEmpty());
+        EXPECT_TRUE(palette.getPropertyDescription(&cloud, 2, L"", name));
+        EXPECT_FALSE(palette.getCategoryName(L"Misc", name) || palette.allowPropertyPreview(2) ||
+                     palette.getPropertyEnabled(&cloud, 2, L"", flag) ||
+                     palette.getPropertyReadOnly(&cloud, 2, L"", flag) ||
+                     palette.getPredefinedStrings(&cloud, 3, L"", strings) ||
+                     palette.allEntityNames(names));
+        EXPECT_EQ(palette.getPropertyHidden(2), 1);
+        EXPECT_EQ(name, given);
+        EXPECT_TRUE(flag && strings.size() == 1 && names.size() == 1);
     }
 }
 
@@ -158,22 +177,19 @@ TEST_F(OPMPointCloudPropertiesTest, RefusesWhatCannotBeSet) {
     };
     const std::vector<OPMVariant> before = all();
     for (int id = -1; id <= 20; ++id) {
-        const bool isText = id >= 2 && id <= 4;
-        const bool isNumber = id >= 5 && id <= 9;
-        const bool isTruth = id == 11 || id == 12;
-        for (const OPMVariant& wrong : values) {
-            const OPMVariant::Type type = wrong.varType();
-            if ((isText && type == OPMVariant::kString) ||
-                (isNumber && type == OPMVariant::kDouble) || (isTruth && type == OPMVariant::kBool))
-                continue;
-            EXPECT_FALSE(edit(id, wrong)) << id << " by a value of type " << type;
-        }
+        const int right = id >= 2 && id <= 4     ? OPMVariant::kString
+                          : id >= 5 && id <= 9   ? OPMVariant::kDouble
+                          : id == 11 || id == 12 ? OPMVariant::kBool
+                                                 : -1;
+        for (const OPMVariant& wrong : values)
+            if (wrong.varType() != right)
+                EXPECT_FALSE(edit(id, wrong)) << id << " by a value of type " << wrong.varType();
     }
     EXPECT_EQ(all(), before);
     EXPECT_FALSE(palette.setPropertyValue(nullptr, 12, L"", OPMVariant(true)));
 }
 
-TEST_F(OPMPointCloudPropertiesTest, KnowsNothingOfOtherEntities) {
+TEST_F(OPMPointCloudPropertiesTest, TellsOfOtherEntitiesAndDefinitionsWhatTheyHave) {
     OdDbEntity line;
     for (const OdDbEntity* entity : {static_cast<OdDbEntity*>(nullptr), &line})
         for (int id = 1; id <= 18; ++id)
@@ -182,6 +198,13 @@ TEST_F(OPMPointCloudPropertiesTest, KnowsNothingOfOtherEntities) {
 
     PcDbPointCloud bare;
     for (const int id : {10, 15, 16, 17, 18}) EXPECT_EQ(valueOf(&bare, id), none) << id;
+
+    OdDbPointCloudDefEx otherDefinition;
+    otherDefinition.setActiveFileName(L"/scans/other.vpt");
+    bare.upgradeOpen();
+    bare.setPointCloudDefExId(OdDbObjectId(&otherDefinition));
+    EXPECT_EQ(valueOf(&bare, 10), text(L"/scans/other.vpt"));
+    for (const int id : {15, 16, 17, 18}) EXPECT_EQ(valueOf(&bare, id), none) << id;
 }
 
 TEST_F(OPMPointCloudPropertiesTest, TellsOfTheLoadedPoints) {
@@ -197,10 +220,19 @@ TEST_F(OPMPointCloudPropertiesTest, TellsOfTheLoadedPoints) {
     EXPECT_EQ(value(16), none);
 
     cloud.setDatabase(&drawing);
-    patch(PointTreeLayout::hostValuePosition, 21);
-    ASSERT_TRUE(set.loadProjectFromFile(name()));
-    EXPECT_EQ(value(15), text(L"Undefined"));
-    EXPECT_EQ(value(16), OPMVariant(1.0));
+    const wchar_t* const units[] = {L"Undefined",   L"Inches",      L"Feet",         L"Miles",
+                                    L"Millimeters", L"Centimeters", L"Meters",       L"Kilometers",
+                                    L"Microinches", L"Mils",        L"Yards",        L"Angstroms",
+                                    L"Nanometers",  L"Microns",     L"Decimeters",   L"Dekameters",
+                                    L"Hectometers", L"Gigameters",  L"Astronomical", L"LightYears",
+                                    L"Parsecs",     L"Undefined"};
+    Word code = 0;
+    for (const wchar_t* unit : units) {
+        patch(PointTreeLayout::hostValuePosition, code++);
+        ASSERT_TRUE(set.loadProjectFromFile(name()));
+        EXPECT_EQ(value(15), text(unit));
+    }
+    EXPECT_EQ(value(16), OPMVariant(1.0)) << "no unit has the last code";
 }
 
 TEST(OdOPMExtensionManager, KnowsThePaletteWhileItLives) {

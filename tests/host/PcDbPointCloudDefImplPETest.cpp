@@ -56,7 +56,7 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
         std::string found;
     } cases[] = {
         {"scan.vpt", drawing, in + "/drawings/scan.vpt"},
-        {"./scan.vpt", drawing, in + "/drawings/scan.vpt"},
+        {"./scan", drawing, in + "/drawings/scan"},
         {"../scan.vpt", inOld, in + "/drawings/scan.vpt"},
         {"../../scan.vpt", inOld, in + "/scan.vpt"},
         {"old/../scan.vpt", drawing, in + "/drawings/scan.vpt"},

@@ -4,8 +4,8 @@
 
 namespace vpc {
 
-/// A box that consists of its corners and of nothing derived from them: a tenth of the memory of a
-/// VpcBoundingBoxAxisAligned, for those who keep a great many.
+/// A box that holds its two corners and nothing derived from them. It takes a tenth of the memory
+/// of a VpcBoundingBoxAxisAligned, which matters to callers that keep a great many.
 struct BoxCorners {
     VpcCoordinate3D minPoint;
     VpcCoordinate3D maxPoint;

@@ -7,7 +7,7 @@ namespace vpc {
 
 namespace {
 
-/// A ratio of two extents, rounded; in range whatever the extents were.
+/// The rounded ratio of two extents, kept in range whatever the extents are.
 unsigned long long roundedRatio(double extent, double shortest, double rounding) {
     constexpr double largest = 1e18;
     const double ratio = std::trunc(extent / shortest + rounding);
@@ -17,7 +17,7 @@ unsigned long long roundedRatio(double extent, double shortest, double rounding)
 
 VpcTriplet<unsigned long long> unevenRatios(double dx, double dy, double dz) {
     constexpr double rounding = 0.4999;
-    // The third branch rounds a little differently from the other two, and is meant to.
+    // The third branch deliberately rounds a little differently from the other two.
     constexpr double roundingOverZ = 0.49999;
     if (dy >= dx && dz >= dx)
         return {1, roundedRatio(dy, dx, rounding), roundedRatio(dz, dx, rounding)};

@@ -6,7 +6,7 @@
 
 namespace vpc {
 
-/// A point and its position in a list, three times over: the working entry of the index sorts.
+/// A point and its position in a list, three times over. The index sorts work on such entries.
 struct PointTuple {
     VpcPoint3D point;
     std::array<unsigned long long, 3> indices{};

@@ -8,9 +8,9 @@
 
 /// A box along the axes, with values derived from its corners.
 ///
-/// The derived values are kept so that the tree can read them without computing; Update is the
-/// only one to write them, and every mutator calls it. Corners are taken as given: nothing puts a
-/// min above its max in order.
+/// The derived values are stored so that the tree can read them without computing. Only Update
+/// writes them, and every function that changes the box calls it. Corners are taken as given:
+/// nothing swaps a min that lies above its max.
 class VpcBoundingBoxAxisAligned {
 public:
     VpcPoint3D minPoint;
@@ -23,11 +23,11 @@ public:
     double sideZ = 0.0;
     /// Radius of the sphere through the corners.
     double halfDiagonal = 0.0;
-    /// (axis, length) by ascending length, equal lengths in the axes' order.
+    /// (axis, length), sorted by length; equal lengths keep the order of the axes.
     std::vector<std::pair<int, double>> sortedSides;
 
-    /// The empty box, inside out, so that growing it needs no special case. Its derived values
-    /// are not computed.
+    /// The empty box. Its min lies above its max, so that growing it needs no special case. Its
+    /// derived values are not computed.
     VpcBoundingBoxAxisAligned();
     VpcBoundingBoxAxisAligned(const VpcPoint3D& min, const VpcPoint3D& max);
     VpcBoundingBoxAxisAligned(double x0, double y0, double z0, double x1, double y1, double z1);
@@ -41,7 +41,7 @@ public:
     bool UpdateRegionOfInterest(const VpcPoint3D& p);
     /// The smallest box around this one and `other`.
     VpcBoundingBoxAxisAligned MergeWith(const VpcBoundingBoxAxisAligned& other) const;
-    /// Scales about the centre. False, and no change, unless `factor` is positive.
+    /// Scales about the centre. Returns false and changes nothing unless `factor` is positive.
     bool Scale(double factor);
     /// Moves every side out by `m`, or in where `m` is negative.
     bool AddMargin(double m);
@@ -67,9 +67,9 @@ public:
                minPoint.z <= z && z <= maxPoint.z;
     }
 
-    /// Whether the ray from the line's origin along its direction meets the box. On a hit `t` is
-    /// where it enters, in units of the direction, negative when it starts inside; on a miss `t`
-    /// is where the last slab is left.
+    /// Whether the ray from the line's origin along its direction meets the box. On a hit, `t`
+    /// tells where the ray enters, in units of the direction; it is negative when the ray starts
+    /// inside. On a miss, `t` tells where the ray leaves the last slab.
     bool Intersect(const VpcLine3D& line, double& t) const;
 
     /// The eight corners: the lower face from (x0, y0) over (x0, y1), (x1, y1) to

@@ -4,9 +4,10 @@
 
 /// Three doubles that compare by rounding to a class-wide precision.
 ///
-/// Every construction, copies included, sets the precision back to 1e-9, so a call of
-/// changePrecision is in force only until the next coordinate, point or vector is built. That is
-/// deliberate: nobody can leave a coarser precision behind for others. Assignment leaves it alone.
+/// Every constructor, the copy constructor included, sets the precision back to 1e-9. A call of
+/// changePrecision therefore holds only until the next coordinate, point or vector is constructed.
+/// That is deliberate: nobody can leave a coarser precision behind for others. Assignment does not
+/// change the precision.
 class VpcCoordinate3D {
 public:
     double x = 0.0;
@@ -34,7 +35,7 @@ public:
         z = z0;
     }
 
-    /// Sets the class-wide precision; touches no instance.
+    /// Sets the class-wide precision and changes no instance.
     static void changePrecision(double epsilon) {
         sEpsilon = epsilon;
         sRoundFactor = 1 / epsilon;

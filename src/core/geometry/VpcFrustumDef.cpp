@@ -78,7 +78,7 @@ bool VpcFrustumDef::RecomputeVerticesPlanes() {
     SetRectangle(NearTopLeft, nearCenter_, nearWidth_, nearHeight_);
     for (VpcPoint3D& vertex : vertices_) transform_.ApplyForwardTransform(vertex);
 
-    // The order of the three vertices turns every normal into the volume.
+    // The order of the three vertices makes every normal point into the volume.
     const auto plane = [&](Vertex a, Vertex b, Vertex c) {
         return VpcPlaneDef(vertices_[a], vertices_[b], vertices_[c]);
     };

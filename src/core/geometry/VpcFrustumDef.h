@@ -11,13 +11,13 @@
 #include "core/geometry/VpcTransform3D.h"
 #include "core/geometry/VpcVector3D.h"
 
-/// The volume that a camera sees, or that a pick box cuts out of it: a pyramid from the camera
-/// (perspective) or a box (parallel projection), opening from the camera through the target, with
-/// six planes whose normals point inwards.
+/// The volume that a camera sees, or that a pick box cuts out of it. It leads from the camera
+/// through the target and is a pyramid in perspective and a box in a parallel projection. The
+/// normals of its six planes point inwards.
 ///
-/// In perspective the near rectangle has no size and its plane is undefined (NaN), so that it
-/// excludes nothing; the four sides already end at the camera. Likewise, where camera and target
-/// coincide there is no direction to look in, every plane is undefined and nothing is excluded.
+/// In perspective the near rectangle has no size. Its plane is undefined (NaN) and excludes
+/// nothing, since the four sides already end at the camera. Likewise, when camera and target
+/// coincide there is no direction to look in: every plane is undefined and excludes nothing.
 class VpcFrustumDef {
 public:
     enum Plane { PlaneLeft, PlaneTop, PlaneRight, PlaneBottom, PlaneNear, PlaneFar };
@@ -37,7 +37,7 @@ public:
     /// \param distance  a third of how far the volume reaches from the camera
     /// \param width, height  of the field of view, in perspective at the target's distance
     /// \param transform  from the frame of the camera to that of the tested points
-    /// Always true.
+    /// \return always true
     bool UpdateViewGeometry(const VpcPoint3D& camera, const VpcPoint3D& target,
                             const VpcVector3D& up, double distance, double width, double height,
                             bool perspective, const VpcTransform3D& transform);
@@ -49,10 +49,10 @@ public:
                             double width, double height, bool perspective,
                             const VpcTransform3D& transform);
 
-    /// Gives the volume new sizes, as in perspective or as in a parallel projection. Always true.
+    /// Gives the volume new sizes, for a perspective or for a parallel projection. Returns true.
     bool UpdatePerspective(double width, double height);
     bool UpdateOrthographic(double width, double height);
-    /// Computes vertices and planes, and the transformed camera and target. Always true.
+    /// Computes the vertices, the planes and the transformed camera and target. Returns true.
     bool RecomputeVerticesPlanes();
 
     /// Whether the point lies in the volume or on its boundary.
@@ -96,14 +96,14 @@ public:
 private:
     void SetCamera(const VpcPoint3D& camera, const VpcPoint3D& target, const VpcVector3D& up,
                    double distance, const VpcTransform3D& transform);
-    /// Puts the rectangles on the axis from `start`, which leads `step` away for every unit of
-    /// distance from the camera.
+    /// Centres the rectangles on the axis that starts at `start` and moves by `step` for every unit
+    /// of distance from the camera.
     void SetCenters(const VpcPoint3D& start, const VpcVector3D& step);
     bool UpdateSizes(double width, double height, bool perspective);
     void SetRectangle(Vertex topLeft, const VpcPoint3D& centre, double width, double height);
 
     VpcTransform3D transform_;
-    // Kept as given, so that computing the volume anew does not transform them twice.
+    // Kept as given, so that computing the volume again does not transform them twice.
     VpcPoint3D givenCamera_;
     VpcPoint3D givenTarget_;
     VpcPoint3D camera_;

@@ -13,8 +13,8 @@ public:
     VpcLine3D(const VpcPoint3D& point, const VpcVector3D& along)
         : origin(point), direction(along) {}
 
-    /// Distance from `p` to the nearest place on the (endless) line; to the origin where the
-    /// direction is zero.
+    /// Distance from `p` to the nearest point of the infinite line; distance to the line's origin
+    /// when the direction is zero.
     double DistanceTo(const VpcPoint3D& p) const {
         const double length = direction.Magnitude();
         if (length == 0.0) return origin.DistanceTo(p);

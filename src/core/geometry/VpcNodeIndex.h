@@ -19,9 +19,10 @@ public:
     /// Whether both paths have the same length and the same triplets in the same order.
     bool IsSame(const Path& other) const { return static_cast<const Path&>(*this) == other; }
 
-    /// The triplets' texts from the root down, such as "-0-0-0---1-0-1--"; empty for no path.
+    /// The texts of the triplets from the root down, such as "-0-0-0---1-0-1--"; empty for an
+    /// empty path.
     wxString ToString() const {
-        // Callers pass 4 as the width throughout, which the text does not depend on.
+        // The text does not depend on the width; every caller passes 4.
         wxString text;
         for (const auto& step : *this) text += step.ToString(4);
         return text;

@@ -16,24 +16,24 @@ public:
         seed += 0xe6546b64ULL;
     }
 
-    /// Maps `v` from one range to another, dividing first. Values outside extrapolate; an empty
-    /// source range gives an infinity or NaN.
+    /// Maps `v` linearly from one range to another, dividing first. Values outside the range are
+    /// extrapolated; an empty source range gives an infinity or NaN.
     static double RescaleRange(double v, double fromMin, double fromMax, double toMin,
                                double toMax) {
         return (v - fromMin) / (fromMax - fromMin) * (toMax - toMin) + toMin;
     }
 
-    /// The same mapping, multiplying first. Both are kept because they round differently.
+    /// The same mapping, but multiplying first. Both exist because they round differently.
     static double LinearInterpolate(double v, double fromMin, double fromMax, double toMin,
                                     double toMax) {
         return (v - fromMin) * (toMax - toMin) / (fromMax - fromMin) + toMin;
     }
 
-    /// Further out than any coordinate of a scan. Up to here squares and cubes of lengths are
-    /// finite, too.
+    /// Further out than any coordinate of a scan. Squares and cubes of lengths up to this one are
+    /// finite.
     static constexpr double beyondAll = 1e65;
 
-    /// Whether all three are coordinates that something can lie at: numbers, and not beyondAll.
+    /// Whether all three are coordinates of a place: numbers, and not as far out as beyondAll.
     static bool AreCoordinates(double x, double y, double z) {
         return std::abs(x) < beyondAll && std::abs(y) < beyondAll && std::abs(z) < beyondAll;
     }

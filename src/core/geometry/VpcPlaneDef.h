@@ -14,11 +14,12 @@ public:
     VpcVector3D normal;
 
     VpcPlaneDef() = default;
-    /// The plane through three points; its normal points to where they are seen counter-clockwise.
-    /// Points on one line span no plane: everything is NaN, so that no point lies on either side.
+    /// The plane through three points. Seen from where the normal points, they run
+    /// counter-clockwise. Points on one line define no plane: everything is NaN, and no point lies
+    /// on either side.
     VpcPlaneDef(const VpcPoint3D& p1, const VpcPoint3D& p2, const VpcPoint3D& p3);
-    /// The plane through a point with this normal, which need not be of length 1. A zero normal
-    /// spans no plane either.
+    /// The plane through a point with this normal, which need not have length 1. A zero normal
+    /// defines no plane either.
     VpcPlaneDef(const VpcPoint3D& point, const VpcVector3D& direction);
 
     /// Whether the point lies strictly on the side away from the normal.
@@ -29,10 +30,10 @@ public:
     double SignedDistance(double x, double y, double z) const {
         return coefficients[0] * x + coefficients[1] * y + coefficients[2] * z + coefficients[3];
     }
-    /// The foot of the origin's perpendicular.
+    /// The point of the plane nearest to the origin.
     VpcPoint3D ClosestPointToOrigin() const;
-    /// Whether every coefficient differs by less than `tolerance`, so that a plane and the same
-    /// plane seen from its other side are two.
+    /// Whether every coefficient differs by less than `tolerance`. A plane differs from the same
+    /// plane with the opposite normal.
     bool IsSame(const VpcPlaneDef& other, double tolerance) const;
 
 private:

@@ -13,11 +13,11 @@
 
 class FileBufferStream;
 
-/// A scanned point: the value that every part of the system passes around, hundreds of millions
-/// of times a run. A plain value: no virtual functions, no heap.
+/// A scanned point. Every part of the system passes it around, hundreds of millions of times a run,
+/// so it is a plain value without virtual functions or heap memory.
 class VpcPoint3D : public VpcCoordinate3D {
 public:
-    /// The transient indices' value while they are unset.
+    /// The value of the transient indices while they are unset.
     static constexpr unsigned long long unsetIndex = std::numeric_limits<unsigned long long>::max();
     static constexpr double sEpsilon = 1e-12;
 
@@ -25,13 +25,14 @@ public:
     std::uint16_t green = 0;
     std::uint16_t blue = 0;
     double intensity = 0.0;
-    /// Distance of the raw point from the scanner where the reader knows it. A default-built point
-    /// has 1, one built from attributes -1 unless told otherwise; the difference is deliberate.
+    /// Distance of the raw point from the scanner, where the reader knows it. The default
+    /// constructor sets 1, the constructor from attributes -1 unless told otherwise; the difference
+    /// is deliberate.
     double scannerDistance = 1.0;
     std::int32_t markerId = -1;
     /// Index of the scan that the point came from; -1 when unset.
     std::int32_t sourceIndex = -1;
-    /// Transient; never on disk.
+    /// Transient: never written to disk.
     unsigned long long workIndexA = unsetIndex;
     unsigned long long workIndexB = unsetIndex;
 
@@ -117,8 +118,8 @@ public:
         Store(record + recordOffsetMarkerId, markerId);
         Store(record + recordOffsetSourceIndex, sourceIndex);
     }
-    /// Reads the record's 54 bytes; colours as they stand, since a record does not tell how they
-    /// were written. The transient indices keep their values.
+    /// Reads the record's 54 bytes. Colours are taken as they are, since a record does not tell how
+    /// they were written. The transient indices keep their values.
     void FromRecord(const char* record) {
         Load(record + recordOffsetX, x);
         Load(record + recordOffsetY, y);
@@ -138,7 +139,7 @@ public:
     /// Reads the record at the cursor. Returns the cursor's offset in the buffer afterwards.
     unsigned long long DeSerialize(FileBufferStream& stream);
 
-    /// The coordinates with six decimals: separated by tabs, or as " ( x, y, z ) ".
+    /// The coordinates with six decimals, either separated by tabs or as " ( x, y, z ) ".
     wxString ToString(bool bracketed) const;
 
 private:
@@ -157,6 +158,6 @@ private:
     }
 };
 
-/// Both write ToString(false).
+/// Both operators write ToString(false).
 std::ostream& operator<<(std::ostream& out, const VpcPoint3D& p);
 std::wostream& operator<<(std::wostream& out, const VpcPoint3D& p);

@@ -12,28 +12,28 @@ public:
     using PointList = std::vector<VpcPoint3D>;
     using IndexList = std::vector<unsigned long long>;
 
-    /// Smallest and largest coordinates, (0, 0, 0) for an empty list. Attributes stay as they are.
+    /// The smallest and largest coordinates, (0, 0, 0) for an empty list. Attributes do not change.
     static void DeterminePointsMinMaxPoints(const PointList& list, VpcPoint3D& min,
                                             VpcPoint3D& max);
-    /// The smallest distance of two points, 1e26 for fewer. Always true. Takes a time that grows
-    /// with the square of the number of points.
+    /// The smallest distance between two points; 1e26 for fewer than two points. Returns true. The
+    /// time grows with the square of the number of points.
     static bool DetermineMinPointsDistance(const PointList& list, double& d);
-    /// Ranges of the attributes; 100000 to -100000 for an empty list.
+    /// The ranges of the attributes; 100000 to -100000 for an empty list.
     static void GetColorRanges(const PointList& list, double& intensityMin, double& intensityMax,
                                double& redMin, double& redMax, double& greenMin, double& greenMax,
                                double& blueMin, double& blueMax);
     /// The indices of the points in the order of their x, y and z, none of which may be NaN. The
     /// order of equal coordinates is not specified.
     static void SortIndices(const PointList& list, IndexList& byX, IndexList& byY, IndexList& byZ);
-    /// Counts every point once: with a NaN coordinate, else an infinite one, else at the origin,
-    /// else regular. Always true.
+    /// Counts every point once, by the first that holds: it has a NaN coordinate, it has an
+    /// infinite one, it lies at the origin, it is regular. Returns true.
     static bool GetInvalidPointCounts(const PointList& list, unsigned long long& zeroCount,
                                       unsigned long long& infiniteCount,
                                       unsigned long long& nanCount,
                                       unsigned long long& regularCount);
 
     // Angles in radians. Spherical: (radius, azimuth in (-pi, pi], polar angle from +z); the origin
-    // has no polar angle (NaN). Cylindrical: (radius, azimuth, z). A returned point has default
+    // has no polar angle (NaN). Cylindrical: (radius, azimuth, z). The returned points have default
     // attributes, not those of the argument.
 
     static VpcCoordinate3D CartesianToSpherical(const VpcCoordinate3D& c);

@@ -11,7 +11,7 @@ class VpcTransform3D {
 public:
     using Row = std::array<double, 3>;
 
-    /// The angles last given to SetEulerAngles.
+    /// The angles that SetEulerAngles was last given.
     Row angles{};
     /// R, row by row.
     std::array<Row, 3> rotation{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
@@ -26,10 +26,10 @@ public:
     void SetValues(double (*R)[3], double* t);
     OdGeMatrix3d ToOdGeMatrix3d() const;
 
-    // These change their argument's coordinates and nothing else, and are always true.
+    // These change the coordinates of their argument and nothing else. They return true.
 
     bool ApplyForwardTransform(VpcPoint3D& p) const;
-    /// Adds the translation to vectors too.
+    /// Adds the translation to a vector, too.
     bool ApplyForwardTransform(VpcVector3D& v) const;
     bool ApplyInverseTransform(VpcPoint3D& p) const;
     bool ApplyForwardRotation(VpcVector3D& v) const;
@@ -38,7 +38,7 @@ public:
     /// Column `i` of R; the last one for any index above.
     VpcVector3D GetColumn(unsigned long long i) const;
 
-    // `v` turned counter-clockwise, as seen from the axis' positive end.
+    // These return `v` turned counter-clockwise, as seen from the positive end of the axis.
 
     static VpcVector3D RotateAxisX(const VpcVector3D& v, double angle);
     static VpcVector3D RotateAxisY(const VpcVector3D& v, double angle);
@@ -48,7 +48,7 @@ public:
     void SetEulerAngles(double a, double b, double c, const VpcPoint3D& origin);
     /// Turns `p` about `origin`, in the same order.
     static void RotatePoint(VpcPoint3D& p, double a, double b, double c, const VpcPoint3D& origin);
-    /// The axes become the columns of R, the origin the translation.
+    /// Makes the axes the columns of R and the origin the translation.
     void CreateFromBaseVectors(const VpcVector3D& axisX, const VpcVector3D& axisY,
                                const VpcVector3D& axisZ, const VpcVector3D& origin);
 

@@ -7,7 +7,7 @@
 
 #include <wx/string.h>
 
-/// Three values of one type: a step down the tree, or one list an axis.
+/// Three values of one type, such as a step down the tree or one list for each axis.
 template <class T>
 class VpcTriplet {
 public:
@@ -20,7 +20,7 @@ public:
 
     bool operator==(const VpcTriplet&) const = default;
 
-    /// "-first-second-third--". The width is part of the interface but numbers are never padded.
+    /// "-first-second-third--". The width is part of the interface, but numbers are never padded.
     wxString ToString([[maybe_unused]] unsigned long long width)
         const requires std::same_as<T, unsigned long long> {
         std::string text;

@@ -11,8 +11,8 @@ class VpcPoint3D;
 /// A direction or displacement. All angles are in radians.
 class VpcVector3D : public VpcCoordinate3D {
 public:
-    /// How far apart components may be for operator==. Belongs to this one object: no constructor
-    /// and no assignment takes it from another vector.
+    /// How far apart components may be for operator==. It belongs to this object alone:
+    /// constructors and assignments do not copy it.
     double tolerance = 1e-13;
 
     VpcVector3D() = default;
@@ -36,7 +36,7 @@ public:
 
     /// Whether every component differs by less than this vector's tolerance.
     bool operator==(const VpcVector3D& other) const { return IsWithin(other, tolerance); }
-    /// The same test with `tol`, or with this vector's tolerance where `tol` is not positive.
+    /// The same test with `tol`, or with this vector's tolerance when `tol` is not positive.
     bool IsEqual(const VpcVector3D& other, double tol) const {
         return IsWithin(other, tol <= 0.0 ? tolerance : tol);
     }
@@ -60,8 +60,8 @@ public:
 
     /// The angle in [0, pi]. NaN for a zero vector, and where rounding takes the cosine past 1.
     double AngleTo(const VpcVector3D& v) const;
-    /// AngleTo, negative unless this × v points to the side of `reference` (parallel vectors have
-    /// no such side, so theirs is negative too).
+    /// AngleTo, but negative unless this × v points to the side of `reference`. Parallel vectors
+    /// have no such side, so their angle is negative, too.
     double DirectionalAngle(const VpcVector3D& v, const VpcVector3D& reference) const;
     /// The angle of the direction (this · v, this · reference) in the plane, in [0, 2 pi).
     double AngleTo2PI(const VpcVector3D& v, const VpcVector3D& reference) const;
@@ -70,8 +70,8 @@ public:
     bool IsHorizontal(double tol) const { return std::abs(z / Magnitude()) < tol; }
     bool IsVertical(double tol) const { return std::abs(1 - std::abs(z / Magnitude())) < tol; }
 
-    /// "x y z", or " ( x, y, z ) " when `bracketed`, with six significant digits; components that
-    /// are not finite read 0.
+    /// "x y z", or " ( x, y, z ) " when `bracketed`, with six significant digits. Components that
+    /// are not finite are written as 0.
     std::string ToString(bool bracketed) const;
 
 private:
