@@ -1,4 +1,4 @@
-#include "ExportCommand.h"
+#include "vpc/ExportCommand.h"
 
 #include <sys/stat.h>
 
@@ -7,12 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "CommandError.h"
-#include "ExitStatus.h"
-#include "Interrupt.h"
-#include "LevelPoints.h"
-#include "LoadedPointSet.h"
-#include "TreeFile.h"
+#include <CLI/CLI.hpp>
+
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
 #include "core/util/ReplacementFile.h"
@@ -21,6 +17,11 @@
 #include "io/PlyIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
+#include "vpc/LevelPoints.h"
+#include "vpc/TreeFile.h"
+#include "vpc/common/Command.h"
+#include "vpc/common/Interrupt.h"
+#include "vpc/view/LoadedPointSet.h"
 
 namespace vpc {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Command.h"
 #include "core/geometry/VpcPoint3D.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

@@ -1,19 +1,19 @@
-#include "InfoCommand.h"
+#include "vpc/InfoCommand.h"
 
 #include <cstdio>
 #include <numeric>
 
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include "CommandError.h"
-#include "DisplayText.h"
-#include "ExitStatus.h"
-#include "TreeFile.h"
+#include "core/util/DisplayText.h"
 #include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcDefinitions.h"
 #include "platform/OdGePoint3d.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "vpc/TreeFile.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

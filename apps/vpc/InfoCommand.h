@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "Command.h"
-#include "LevelTotals.h"
+#include "vpc/LevelTotals.h"
+#include "vpc/common/Command.h"
 
 class VpcDiskTreeQuerier;
 

@@ -1,4 +1,4 @@
-#include "TreeFile.h"
+#include "vpc/TreeFile.h"
 
 #include <sys/stat.h>
 
@@ -8,10 +8,10 @@
 
 #include <wx/filename.h>
 
-#include "CommandError.h"
 #include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

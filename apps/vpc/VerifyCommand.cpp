@@ -1,11 +1,13 @@
-#include "VerifyCommand.h"
+#include "vpc/VerifyCommand.h"
 
 #include <cstdio>
 
-#include "ExitStatus.h"
-#include "Findings.h"
-#include "TreeFile.h"
-#include "TreeVerifier.h"
+#include <CLI/CLI.hpp>
+
+#include "vpc/Findings.h"
+#include "vpc/TreeFile.h"
+#include "vpc/TreeVerifier.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

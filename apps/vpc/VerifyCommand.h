@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "Command.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 
