@@ -8,7 +8,6 @@
 
 #include "core/util/FileTools.h"
 #include "core/util/VpcDefinitions.h"
-#include "platform/GiPointSetDefinition.h"
 #include "vpc/common/Command.h"
 #include "vpc/common/NumberList.h"
 

@@ -5,12 +5,11 @@
 
 #include "core/geometry/VpcVector3D.h"
 #include "platform/GiPcClipConfig.h"
+#include "platform/GiPointSetDefinition.h"
 #include "platform/OdGeMatrix3d.h"
 #include "platform/OdGePoint3d.h"
 #include "platform/OdGeVector3d.h"
 #include "view/PcCoreVisibleNodeManager.h"
-
-class GiPointSetDefinition;
 
 namespace CLI {
 class App;
