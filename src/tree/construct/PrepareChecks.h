@@ -31,7 +31,8 @@ struct PrepareFinding {
 /// incomplete or of several formats, rights and folders that are lacking, a disk without the room.
 ///
 /// A host may run these checks before it calls PcCorePointPrepare::preparePointData. That function
-/// does not run them itself: it takes what it can get, such as scans of which some are missing.
+/// does not run them itself, since its own rules are milder: the first scan's extension decides on
+/// the format of all, and a text scan that cannot be opened is left out, with a note.
 class PrepareChecks {
 public:
     /// \param workingFolder, inputFiles, outputFile, treeType, maxPointsPerNode as they are going
