@@ -8,12 +8,12 @@
 #include <CLI/CLI.hpp>
 
 #include "core/util/FileTools.h"
-#include "vpc/ExportCommand.h"
-#include "vpc/InfoCommand.h"
-#include "vpc/VerifyCommand.h"
 #include "vpc/common/Command.h"
 #include "vpc/prepare/PrepareCommand.h"
 #include "vpc/sample/SampleCommand.h"
+#include "vpc/tree/ExportCommand.h"
+#include "vpc/tree/InfoCommand.h"
+#include "vpc/tree/VerifyCommand.h"
 #include "vpc/view/PickCommand.h"
 #include "vpc/view/ViewCommand.h"
 

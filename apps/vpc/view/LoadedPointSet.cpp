@@ -14,8 +14,8 @@
 #include "tree/disk/VpcDiskTree.h"
 #include "view/PcCoreProjectManager.h"
 #include "view/PointBuffers.h"
-#include "vpc/TreeFile.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/TreeFile.h"
 
 namespace vpc {
 

@@ -1,4 +1,4 @@
-#include "vpc/TreeFile.h"
+#include "vpc/common/TreeFile.h"
 
 #include <sys/stat.h>
 

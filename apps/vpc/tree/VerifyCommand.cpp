@@ -1,13 +1,13 @@
-#include "vpc/VerifyCommand.h"
+#include "vpc/tree/VerifyCommand.h"
 
 #include <cstdio>
 
 #include <CLI/CLI.hpp>
 
 #include "vpc/Findings.h"
-#include "vpc/TreeFile.h"
 #include "vpc/TreeVerifier.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/TreeFile.h"
 
 namespace vpc {
 

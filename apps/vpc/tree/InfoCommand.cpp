@@ -1,4 +1,4 @@
-#include "vpc/InfoCommand.h"
+#include "vpc/tree/InfoCommand.h"
 
 #include <cstdio>
 #include <numeric>
@@ -12,8 +12,8 @@
 #include "core/util/VpcDefinitions.h"
 #include "platform/OdGePoint3d.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
-#include "vpc/TreeFile.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/TreeFile.h"
 
 namespace vpc {
 

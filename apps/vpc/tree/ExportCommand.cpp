@@ -1,4 +1,4 @@
-#include "vpc/ExportCommand.h"
+#include "vpc/tree/ExportCommand.h"
 
 #include <sys/stat.h>
 
@@ -18,9 +18,9 @@
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
 #include "vpc/LevelPoints.h"
-#include "vpc/TreeFile.h"
 #include "vpc/common/Command.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/TreeFile.h"
 #include "vpc/view/LoadedPointSet.h"
 
 namespace vpc {
