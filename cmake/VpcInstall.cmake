@@ -13,11 +13,50 @@ if(BUILD_SHARED_LIBS)
   set_target_properties(vpc PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 
-# Everything below one folder, so that the library's includes and its users' read the same.
-set(vpc_headers ${CMAKE_INSTALL_INCLUDEDIR}/vpc)
-install(DIRECTORY src/ DESTINATION ${vpc_headers} FILES_MATCHING PATTERN "*.h")
+# The headers that README.md tells users to start with, and those that they include; the install
+# test compares the two. Everything is below one folder, so that the library's includes and its
+# users' read the same.
+set(vpc_include_folder ${CMAKE_INSTALL_INCLUDEDIR}/vpc)
+set(vpc_headers
+  core/geometry/BoxCorners.h
+  core/geometry/VpcBoundingBoxAxisAligned.h
+  core/geometry/VpcCoordinate3D.h
+  core/geometry/VpcFrustumDef.h
+  core/geometry/VpcLine3D.h
+  core/geometry/VpcNumMathTools.h
+  core/geometry/VpcPlaneDef.h
+  core/geometry/VpcPoint3D.h
+  core/geometry/VpcTransform3D.h
+  core/geometry/VpcVector3D.h
+  core/util/VpcDefinitions.h
+  host/GiPcColorSchemeMap.h
+  host/OPMPointCloudProperties.h
+  host/PcCorePointSet.h
+  host/PcDbPointCloudDefImplPE.h
+  host/VpcExport.h
+  host/VpcPlugin.h
+  io/FileIoFactory.h
+  io/FileParentIO.h
+  io/ScanSummary.h
+  tree/construct/PcCorePointPrepare.h
+  tree/construct/PrepareChecks.h
+  tree/construct/PrepareObserver.h
+  tree/construct/TreePrepareResult.h
+  tree/disk/VpcDiskTreeQuerier.h
+  tree/disk/offsetHeaderMemberType.h
+  tree/file/PointTreeHeader.h
+  tree/file/PointTreeLayout.h
+  view/CameraView.h
+  view/PcCoreProjectManager.h
+  view/PcCoreVisibleNodeManager.h
+  view/PointBuffers.h
+  view/VisiblePointsNode.h)
+foreach(header IN LISTS vpc_headers)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES src/${header} DESTINATION ${vpc_include_folder}/${folder})
+endforeach()
 if(NOT VPC_HOST_SDK)
-  install(DIRECTORY platform DESTINATION ${vpc_headers} FILES_MATCHING PATTERN "*.h")
+  install(DIRECTORY platform DESTINATION ${vpc_include_folder} FILES_MATCHING PATTERN "*.h")
 endif()
 
 set(vpc_package ${CMAKE_INSTALL_LIBDIR}/cmake/Vpc)

@@ -1,4 +1,4 @@
-#include "Findings.h"
+#include "vpc/Findings.h"
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
-#include "LevelPoints.h"
+#include "vpc/LevelPoints.h"
 
-#include "CommandError.h"
-#include "Interrupt.h"
 #include "core/util/FileTools.h"
 #include "tree/file/NodeRecordReader.h"
+#include "vpc/common/Command.h"
+#include "vpc/common/Interrupt.h"
 
 namespace vpc {
 

@@ -1,10 +1,10 @@
-#include "LevelTotals.h"
+#include "vpc/LevelTotals.h"
 
 #include <algorithm>
 
-#include "CommandError.h"
 #include "core/util/FileTools.h"
 #include "tree/file/NodeRecordReader.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

@@ -1,4 +1,4 @@
-#include "LinkVerifier.h"
+#include "vpc/LinkVerifier.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Findings.h"
 #include "tree/file/NodeRecord.h"
+#include "vpc/Findings.h"
 
 namespace vpc {
 

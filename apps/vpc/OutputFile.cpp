@@ -1,13 +1,13 @@
-#include "OutputFile.h"
+#include "vpc/OutputFile.h"
 
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <system_error>
 
-#include "CommandError.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

@@ -1,11 +1,11 @@
-#include "PointBlockVerifier.h"
+#include "vpc/PointBlockVerifier.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-#include "LinkVerifier.h"
 #include "core/geometry/VpcPoint3D.h"
+#include "vpc/LinkVerifier.h"
 
 namespace vpc {
 

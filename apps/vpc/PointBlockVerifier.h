@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Findings.h"
 #include "tree/file/FileWindow.h"
 #include "tree/file/NodeRecord.h"
+#include "vpc/Findings.h"
 
 namespace vpc {
 

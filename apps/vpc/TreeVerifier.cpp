@@ -1,14 +1,14 @@
-#include "TreeVerifier.h"
+#include "vpc/TreeVerifier.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "PointBlockVerifier.h"
 #include "core/geometry/VpcPoint3D.h"
 #include "core/util/FileTools.h"
 #include "core/util/ValueAt.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
 #include "tree/file/NodeRecordReader.h"
+#include "vpc/PointBlockVerifier.h"
 
 namespace vpc {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Findings.h"
-#include "LinkVerifier.h"
 #include "tree/file/NodeRecord.h"
 #include "tree/file/PointTreeHeader.h"
+#include "vpc/Findings.h"
+#include "vpc/LinkVerifier.h"
 
 class VpcDiskTreeQuerier;
 

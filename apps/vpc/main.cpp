@@ -7,16 +7,15 @@
 
 #include <CLI/CLI.hpp>
 
-#include "CommandError.h"
-#include "ExitStatus.h"
-#include "ExportCommand.h"
-#include "InfoCommand.h"
-#include "PickCommand.h"
-#include "PrepareCommand.h"
-#include "SampleCommand.h"
-#include "VerifyCommand.h"
-#include "ViewCommand.h"
 #include "core/util/FileTools.h"
+#include "vpc/common/Command.h"
+#include "vpc/prepare/PrepareCommand.h"
+#include "vpc/sample/SampleCommand.h"
+#include "vpc/tree/ExportCommand.h"
+#include "vpc/tree/InfoCommand.h"
+#include "vpc/tree/VerifyCommand.h"
+#include "vpc/view/PickCommand.h"
+#include "vpc/view/ViewCommand.h"
 
 namespace {
 

@@ -25,6 +25,9 @@ public:
     ///
     /// Every failure comes back as a result; nothing is thrown but std::bad_alloc. Uses the
     /// process-wide timer: one run at a time.
+    ///
+    /// vpc::PrepareChecks tells before a run what stands in its way. It is not part of the run,
+    /// whose own rules are milder: a text scan that cannot be opened is left out, with a note.
     static TreePrepareResult preparePointData(unsigned long long headerValue,
                                               const wxString& workingFolder,
                                               const std::vector<wxString>& inputFiles,

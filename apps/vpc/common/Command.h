@@ -1,0 +1,55 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace vpc {
+
+/// What the program's exit status tells.
+enum ExitStatus : int { exitDone = 0, exitFailed = 1, exitWrongUsage = 2, exitInterrupted = 130 };
+
+/// Ends a command: a sentence for the user, in the system's encoding, that names the file and
+/// what to do; the program prints it and exits with status 1.
+class CommandError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Ends a command because its options do not go together: exit status 2.
+class CommandUsageError : public CommandError {
+public:
+    using CommandError::CommandError;
+};
+
+/// Ends a command because the user asked for it: exit status 130.
+class CommandInterrupted : public CommandError {
+public:
+    using CommandError::CommandError;
+};
+
+/// One of the program's commands: declares its options when it is made, and runs once they have
+/// been read.
+class Command {
+public:
+    virtual ~Command() = default;
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+
+    bool Chosen() const;
+    std::string Name() const;
+    /// \return the program's exit status; throws CommandError for a failure
+    virtual int Run() = 0;
+
+protected:
+    Command(CLI::App& app, const std::string& name, const std::string& description);
+    CLI::App& Options() { return *options_; }
+
+private:
+    CLI::App* options_;
+};
+
+}  // namespace vpc

@@ -1,0 +1,289 @@
+#include "vpc/prepare/PrepareCommand.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <numeric>
+#include <system_error>
+
+#include <CLI/CLI.hpp>
+
+#include "core/geometry/VpcBoundingBoxAxisAligned.h"
+#include "core/util/DisplayText.h"
+#include "core/util/DrawingUnits.h"
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+#include "core/util/VpcLogger.h"
+#include "io/FileIoFactory.h"
+#include "tree/construct/PcCorePointPrepare.h"
+#include "tree/construct/PrepareChecks.h"
+#include "tree/disk/VpcDiskTreeQuerier.h"
+#include "vpc/LevelTotals.h"
+#include "vpc/common/Interrupt.h"
+#include "vpc/prepare/ProgressDisplay.h"
+
+namespace vpc {
+
+namespace {
+
+/// Far deeper than any scan needs. Where points coincide every level is built, and costs memory
+/// and time.
+constexpr unsigned long long deepestLevel = 60;
+
+wxString fullPath(const std::string& native) {
+    return FileTools::FromNativePath(std::filesystem::absolute(native).string());
+}
+
+/// Keeps the process-wide log open for one run.
+class RunLog {
+public:
+    explicit RunLog(const std::string& file) {
+        if (!file.empty()) VpcLogger::Instance()->Open(fullPath(file));
+    }
+    ~RunLog() { VpcLogger::Instance()->Close(); }
+    RunLog(const RunLog&) = delete;
+    RunLog& operator=(const RunLog&) = delete;
+};
+
+/// A new folder of its own for one run's temporary files; it goes with all that is in it when
+/// this object does.
+class WorkFolder {
+public:
+    /// Makes the folder within `parent`. Throws CommandError where that cannot be done.
+    explicit WorkFolder(const std::string& parent) : path_(parent + "/vpc-work-XXXXXX") {
+        if (mkdtemp(path_.data()) == nullptr)
+            throw CommandError("no temporary folder can be made in '" + parent + "' (" +
+                               std::generic_category().message(errno) +
+                               "); name a folder that can be written with --work");
+    }
+    ~WorkFolder() {
+        // Mostly it is empty, and then it need not be opened: there may be no descriptor left.
+        if (rmdir(path_.c_str()) == 0) return;
+        std::error_code ignored;  // nothing is left to be done about a folder that stays
+        std::filesystem::remove_all(path_, ignored);
+    }
+    WorkFolder(const WorkFolder&) = delete;
+    WorkFolder& operator=(const WorkFolder&) = delete;
+
+    /// The folder's path, ending with a separator.
+    std::string Path() const { return path_ + "/"; }
+
+private:
+    std::string path_;
+};
+
+void log(const wxString& text) {
+    VpcLogger::Instance()->Add(text, false);
+}
+
+/// What is wrong with a scan when its text has no values for some of its points.
+std::string faultOfText(const std::string& scan, VpcDataFormat format,
+                        unsigned long long pointsWithoutValues) {
+    const unsigned long long columns = FileTools::CountTokensOnLine(fullPath(scan), 1);
+    const bool readable = columns == 3 || columns == 4 || columns == 6 || columns == 7;
+    if (format == DataFormat_PTS && !readable)
+        return "'" + scan + "' cannot be read: its second line holds " + std::to_string(columns) +
+               " values, where a point's line in PTS holds 3, 4, 6 or 7; write it in such a form";
+    return "'" + scan + "' is not complete: of all points claimed, " +
+           std::to_string(pointsWithoutValues) +
+           " have no values; get a complete copy, or take it as it is with --allow-incomplete";
+}
+
+/// What a finding's remedy is for who has the program's options.
+wxString remedyOf(const PrepareFinding& finding) {
+    switch (finding.kind) {
+        case PrepareFinding::Kind::LogNotWritable:
+            return "choose another name with --log";
+        case PrepareFinding::Kind::NoNewFiles:
+            return "change its rights or name another folder with -o or --work";
+        case PrepareFinding::Kind::NoRoom:
+            return "make room, name other folders with --work and -o, or go on with --force";
+        default:
+            return finding.remedy;
+    }
+}
+
+std::string checkUnit(const std::string& text) {
+    if (DrawingUnits::Parse(text)) return {};
+    return "'" + text + "' is no unit; the units are " + DrawingUnits::List();
+}
+
+}  // namespace
+
+PrepareCommand::PrepareCommand(CLI::App& app)
+    : Command(app, "prepare", "Turn scans (LAS, PTS or PTX, all of one format) into a tree file") {
+    CLI::App& options = Options();
+    options
+        .add_option("SCAN", options_.scans, "The scan files, in the order their points refer to")
+        ->required();
+    options.add_option("-o,--output", options_.output, "The tree file to write, named .vpt")
+        ->required()
+        ->type_name("OUT.vpt");
+    options.add_option("--tree", options_.tree, "Kind of tree: octree or kd")
+        ->check(CLI::IsMember({"octree", "kd"}))
+        ->capture_default_str()
+        ->type_name("KIND");
+    options
+        .add_option("--max-points", options_.maxPoints,
+                    "Points at which a node is split; fewer make finer steps and more nodes")
+        ->check(CLI::Range(1ULL, 1000000000ULL))
+        ->capture_default_str()
+        ->type_name("N");
+    options
+        .add_option("--max-level", options_.maxLevel,
+                    "Deepest level that is still split (0 to 60); nodes there grow past "
+                    "--max-points")
+        ->check(CLI::Range(0ULL, deepestLevel))
+        ->capture_default_str()
+        ->type_name("N");
+    options
+        .add_option("--unit", unitText_,
+                    "Unit of the coordinates, by code or name: " + DrawingUnits::List())
+        ->check(CLI::Validator(checkUnit, ""))
+        ->capture_default_str()
+        ->type_name("UNIT");
+    options
+        .add_option("--work", options_.work,
+                    "Folder for temporary files, default: the output's; a subfolder is made "
+                    "there and removed again")
+        ->type_name("DIR");
+    options.add_option("--log", options_.log, "Log the run to this file")->type_name("FILE");
+    options.add_flag("--allow-incomplete", options_.allowIncomplete,
+                     "Go on when a scan's text ends before its points do; the missing ones "
+                     "become zeros");
+    options.add_flag("--quiet", options_.quiet, "Show no progress");
+    options.add_flag("--force", options_.force, "Go on when the disk seems to lack room");
+    options.footer(
+        "Examples:\n"
+        "  vpc prepare -o scan.vpt scan.las\n"
+        "  vpc prepare --tree kd --max-points 50000 --unit Feet -o site.vpt east.pts west.pts\n"
+        "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
+}
+
+int PrepareCommand::Run() {
+    Interrupt::Catch();
+    options_.unit = *DrawingUnits::Parse(unitText_);
+    PrepareChecks checks = Checks();
+    Require(checks.Run());
+    const RunLog runLog(options_.log);
+    LogStart();
+    ProgressDisplay display({options_.quiet, options_.allowIncomplete, checks.Format(),
+                             checks.EstimatedPoints(), "vpc " + Name()});
+    const TreePrepareResult result = Prepare(display);
+    display.Clear();
+    log(result.success ? wxString("Prepared") : "Failed: " + result.message);
+    CheckResult(result, display, checks.Format());
+    if (!result.message.empty()) display.Warn(result.message);
+    PrintSummary(result);
+    return exitDone;
+}
+
+std::string PrepareCommand::WorkParent() const {
+    if (!options_.work.empty()) return options_.work;
+    const std::string folder = std::filesystem::path(options_.output).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+VpcTreeType PrepareCommand::TreeType() const {
+    return options_.tree == "kd" ? Tree_KdTree_Symmetric : Tree_Octree;
+}
+
+PrepareChecks PrepareCommand::Checks() const {
+    std::vector<wxString> scans;
+    for (const std::string& scan : options_.scans) scans.push_back(FileTools::FromNativePath(scan));
+    return {FileTools::FromNativePath(WorkParent()),
+            scans,
+            FileTools::FromNativePath(options_.output),
+            TreeType(),
+            options_.maxPoints,
+            FileTools::FromNativePath(options_.log)};
+}
+
+void PrepareCommand::Require(const std::vector<PrepareFinding>& findings) const {
+    for (PrepareFinding finding : findings) {
+        if (options_.force && finding.kind == PrepareFinding::Kind::NoRoom) continue;
+        finding.remedy = remedyOf(finding);
+        throw CommandError(FileTools::ToNativePath(finding.Sentence()));
+    }
+}
+
+TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
+    const WorkFolder work(WorkParent());
+    Interrupt::Check();
+    std::vector<wxString> scans;
+    for (const std::string& scan : options_.scans) scans.push_back(fullPath(scan));
+    return PcCorePointPrepare::preparePointData(options_.unit, fullPath(work.Path()), scans,
+                                                fullPath(options_.output), TreeType(),
+                                                options_.maxPoints, options_.maxLevel, display);
+}
+
+void PrepareCommand::CheckResult(const TreePrepareResult& result, const ProgressDisplay& display,
+                                 VpcDataFormat format) const {
+    if (result.success) return;
+    const std::string unchanged = "; '" + options_.output + "' was not touched";
+    if (display.Objected() == ProgressDisplay::Objection::NoPoints)
+        throw CommandError("'" + options_.scans.front() +
+                           "' and the other scans, if any, hold no points that could be "
+                           "prepared; get complete copies" +
+                           unchanged);
+    if (display.Objected() == ProgressDisplay::Objection::PointsWithoutValues)
+        throw CommandError(
+            faultOfText(FirstIncomplete(format), format, display.PointsWithoutValues()) +
+            unchanged);
+    if (Interrupt::Requested())
+        throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
+    wxString message = result.message;
+    message.Trim(true).Trim(false);
+    if (message.empty()) message = "the tree file could not be written; is the disk full?";
+    throw CommandError(FileTools::ToNativePath(message) + unchanged);
+}
+
+std::string PrepareCommand::FirstIncomplete(VpcDataFormat format) const {
+    for (const std::string& scan : options_.scans) {
+        VpcBoundingBoxAxisAligned box;
+        wxString message;
+        ScanSummary summary;
+        FileIoFactory::DetermineMultipleBoundingBox({fullPath(scan)}, format, box, message,
+                                                    &summary);
+        if (summary.pointsWithoutValues > 0) return scan;
+    }
+    return options_.scans.front();
+}
+
+void PrepareCommand::LogStart() const {
+    log(wxString("vpc " VPC_PROGRAM_VERSION " prepares ") + fullPath(options_.output));
+    for (const std::string& scan : options_.scans) log("Scan: " + fullPath(scan));
+    log(wxString::Format("Tree %s, at most %llu points a node, split down to level %llu, unit %llu",
+                         options_.tree.c_str(), options_.maxPoints, options_.maxLevel,
+                         options_.unit));
+}
+
+void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
+    const std::string written = "'" + options_.output + "' was written but ";
+    const std::string see = "; check its disk, then see vpc verify";
+    const VpcDiskTreeQuerier querier(StringTools::ToOdString(fullPath(options_.output)));
+    if (!querier.isOpen())
+        throw CommandError(written + FileTools::ToNativePath(querier.fault()) + see);
+    std::vector<LevelTotals> levels;
+    try {
+        levels = LevelTotals::Count(querier.fileName(), querier.header());
+    } catch (const CommandError&) {
+        throw CommandError(written + "cannot be read" + see);
+    }
+    const auto nodes = std::accumulate(
+        levels.begin(), levels.end(), 0ULL,
+        [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });
+    const unsigned long long points = levels.empty() ? 0 : levels.back().points;
+    const std::string time = FileTools::ToNativePath(result.elapsedTime);
+    std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
+                options_.output.c_str(), points, levels.size(), nodes,
+                DisplayText::Bytes(querier.header().fileSize).c_str(), time.c_str());
+    log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
+                         nodes, querier.header().fileSize) +
+        result.elapsedTime);
+}
+
+}  // namespace vpc

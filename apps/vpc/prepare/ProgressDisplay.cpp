@@ -1,0 +1,144 @@
+#include "vpc/prepare/ProgressDisplay.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "core/util/DisplayText.h"
+#include "core/util/FileTools.h"
+#include "core/util/VpcLogger.h"
+#include "vpc/common/Interrupt.h"
+
+namespace vpc {
+
+namespace {
+
+constexpr std::chrono::milliseconds barInterval(100);
+constexpr std::chrono::milliseconds lineInterval(3000);
+constexpr std::size_t barWidth = 20;
+constexpr std::size_t lineWidth = 79;
+/// No forecast before this share of a run is done and has taken this long.
+constexpr double shareToForecast = 0.03;
+constexpr double secondsToForecast = 1.0;
+
+constexpr std::size_t stages = 4;
+constexpr std::array<const char*, stages> stageNames = {"measuring scans", "sorting points",
+                                                        "building levels", "writing file"};
+/// The share of a run's time that each stage takes, for binary scans and for text.
+constexpr std::array<double, stages> binaryShares = {0.05, 0.65, 0.03, 0.27};
+constexpr std::array<double, stages> textShares = {0.25, 0.40, 0.03, 0.32};
+
+double secondsBetween(std::chrono::steady_clock::time_point a,
+                      std::chrono::steady_clock::time_point b) {
+    return std::chrono::duration<double>(b - a).count();
+}
+
+std::string bar(double share) {
+    const auto full = static_cast<std::size_t>(share * static_cast<double>(barWidth));
+    std::string text = "[";
+    text.append(full, '#').append(barWidth - full, '-').append("] ");
+    return text;
+}
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+}  // namespace
+
+ProgressDisplay::ProgressDisplay(Settings settings)
+    : settings_(std::move(settings)),
+      terminal_(isatty(STDERR_FILENO) == 1),
+      start_(Clock::now()),
+      stageStart_(start_),
+      lastShown_(start_) {
+}
+
+bool ProgressDisplay::onProgress(const PrepareProgress& progress) {
+    if (Interrupt::Requested()) return false;
+    const auto now = Clock::now();
+    if (progress.stage != stage_) StartStage(progress.stage, now);
+    const auto interval = terminal_ ? barInterval : lineInterval;
+    if (!settings_.quiet && now - lastShown_ >= interval) Show(progress, now);
+    return true;
+}
+
+bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString& message) {
+    VpcLogger::Instance()->Add(wxString::Format("The scans hold %llu points", summary.points),
+                               false);
+    if (!message.empty()) Warn(message);
+    if (summary.missingRecords > 0 && message.empty())
+        Warn(wxString::Format("the scans hold %llu points fewer than their headers claim",
+                              summary.missingRecords));
+    if (summary.pointsWithoutValues > 0 && !settings_.allowIncomplete)
+        objection_ = Objection::PointsWithoutValues;
+    else if (summary.points <= summary.nonFinitePoints)
+        objection_ = Objection::NoPoints;
+    pointsWithoutValues_ = summary.pointsWithoutValues;
+    return objection_ == Objection::None && !Interrupt::Requested();
+}
+
+void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {
+    stage_ = stage;
+    stageStart_ = now;
+    const char* name = stageNames[static_cast<std::size_t>(stage)];
+    VpcLogger::Instance()->Add(wxString("Stage: ") + name, false);
+}
+
+double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
+    const auto& shares = settings_.format == DataFormat_LAS ? binaryShares : textShares;
+    const auto stage = static_cast<std::size_t>(progress.stage);
+    double share = 0.0;
+    for (std::size_t earlier = 0; earlier < stage; ++earlier) share += shares[earlier];
+    unsigned long long inAll = progress.pointsInAll;
+    if (progress.stage == PrepareStage::MeasureScans)
+        inAll = std::max(inAll, settings_.estimatedPoints);
+    if (inAll == 0) return share;
+    const double done = static_cast<double>(progress.pointsDone) / static_cast<double>(inAll);
+    return share + shares[stage] * std::min(done, 1.0);
+}
+
+void ProgressDisplay::Show(const PrepareProgress& progress, Clock::time_point now) {
+    lastShown_ = now;
+    const double share = DoneShare(progress);
+    const double elapsed = secondsBetween(start_, now);
+    const double inStage = secondsBetween(stageStart_, now);
+    std::string line = padded(std::to_string(static_cast<int>(share * 100.0)) + " %", 5) + "  " +
+                       stageNames[static_cast<std::size_t>(progress.stage)];
+    if (inStage > 0.0)
+        line += "  " + DisplayText::Short(static_cast<double>(progress.pointsDone) / inStage) +
+                " points/s";
+    if (share >= shareToForecast && elapsed >= secondsToForecast)
+        line += "  " + DisplayText::Duration(elapsed * (1.0 - share) / share) + " left";
+    if (terminal_) {
+        std::fprintf(stderr, "\r%s", padded(bar(share) + line, lineWidth).c_str());
+        barShown_ = true;
+    } else {
+        std::fprintf(stderr, "%s\n", line.c_str());
+    }
+    std::fflush(stderr);
+}
+
+void ProgressDisplay::Clear() {
+    if (!barShown_) return;
+    std::fprintf(stderr, "\r%s\r", std::string(lineWidth, ' ').c_str());
+    std::fflush(stderr);
+    barShown_ = false;
+}
+
+void ProgressDisplay::Warn(const wxString& text) {
+    if (text == lastWarning_) return;
+    lastWarning_ = text;
+    Clear();
+    wxString line = text;
+    line.Trim(true).Trim(false);
+    VpcLogger::Instance()->Add("Warning: " + line, false);
+    std::fprintf(stderr, "%s: warning: %s\n", settings_.command.c_str(),
+                 FileTools::ToNativePath(line).c_str());
+}
+
+}  // namespace vpc

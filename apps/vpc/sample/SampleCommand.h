@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "vpc/common/Command.h"
+
+namespace vpc {
+
+class SampleWriter;
+
+/// `vpc sample`: writes a made-up scan.
+class SampleCommand : public Command {
+public:
+    explicit SampleCommand(CLI::App& app);
+    int Run() override;
+
+private:
+    std::unique_ptr<SampleWriter> MakeWriter() const;
+
+    std::string output_;
+    unsigned long long points_ = 1000000;
+    std::uint64_t seed_ = 1;
+    /// LAS point format; 0 where the user names none.
+    int format_ = 0;
+};
+
+}  // namespace vpc

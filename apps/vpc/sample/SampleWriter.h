@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+namespace vpc {
+
+class OutputFile;
+
+/// Writes one made-up scan in one format.
+class SampleWriter {
+public:
+    /// The most points that a LAS 1.2 header can count.
+    static constexpr unsigned long long mostPointsOfLas12 = 0xffffffffULL;
+
+    /// A survey flight, as LAS 1.2 with point format 3 or LAS 1.4 with point format 7, colours
+    /// sixteen bits deep.
+    static std::unique_ptr<SampleWriter> Las(unsigned long long points, std::uint64_t seed,
+                                             int format);
+    /// A survey flight as PTS text: x y z intensity red green blue.
+    static std::unique_ptr<SampleWriter> Pts(unsigned long long points, std::uint64_t seed);
+    /// What a scanner on a tripod sees of the made-up landscape as PTX text: a grid of columns
+    /// (directions) and rows (distances) in the scanner's own frame, with its pose, a transform to
+    /// the landscape's frame, and some cells in which nothing came back. As many cells hold a point
+    /// as points were asked for.
+    static std::unique_ptr<SampleWriter> Ptx(unsigned long long points, std::uint64_t seed);
+
+    virtual ~SampleWriter() = default;
+    SampleWriter(const SampleWriter&) = delete;
+    SampleWriter& operator=(const SampleWriter&) = delete;
+
+    /// Writes the whole scan, point by point and without keeping any. Throws CommandInterrupted
+    /// when the user stops it.
+    virtual void Write(OutputFile& file) = 0;
+
+protected:
+    SampleWriter(unsigned long long points, std::uint64_t seed) : points_(points), seed_(seed) {}
+    unsigned long long Points() const { return points_; }
+    std::uint64_t Seed() const { return seed_; }
+
+private:
+    unsigned long long points_;
+    std::uint64_t seed_;
+};
+
+}  // namespace vpc

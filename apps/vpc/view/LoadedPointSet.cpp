@@ -1,0 +1,155 @@
+#include "vpc/view/LoadedPointSet.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <limits>
+#include <system_error>
+
+#include "core/util/DisplayText.h"
+#include "core/util/FileTools.h"
+#include "core/util/StringTools.h"
+#include "platform/OdError.h"
+#include "platform/OdSystemVariables.h"
+#include "tree/disk/VpcDiskTree.h"
+#include "view/PcCoreProjectManager.h"
+#include "view/PointBuffers.h"
+#include "vpc/common/Command.h"
+#include "vpc/common/TreeFile.h"
+
+namespace vpc {
+
+namespace {
+
+OdGePoint3d toPoint(const VpcVector3D& v) {
+    return {v.x, v.y, v.z};
+}
+
+OdGeVector3d toVector(const VpcVector3D& v) {
+    return {v.x, v.y, v.z};
+}
+
+unsigned long long systemMemory() {
+    const long pages = sysconf(_SC_PHYS_PAGES);
+    const long pageSize = sysconf(_SC_PAGE_SIZE);
+    // A system that does not tell how much memory it has refuses no budget.
+    if (pages <= 0 || pageSize <= 0) return std::numeric_limits<unsigned long long>::max();
+    return static_cast<unsigned long long>(pages) * static_cast<unsigned long long>(pageSize);
+}
+
+}  // namespace
+
+LoadedPointSet::LoadedPointSet(const std::string& file) : file_(file) {
+    requireTreeFile(file);
+    try {
+        set_ = extension_.loadProject(nullptr, AbsoluteName(), OdString());
+    } catch (const OdError& error) {
+        const wxString text = StringTools::FromOdString(error.description());
+        throw CommandError(FileTools::ToNativePath(text) +
+                           "; it is no tree file, or prepare it anew");
+    }
+    if (set_ == nullptr)
+        throw CommandError("'" + file +
+                           "' cannot be loaded: it is damaged or cannot be read; see vpc verify, "
+                           "and get a complete copy or prepare it anew");
+}
+
+LoadedPointSet::~LoadedPointSet() {
+    extension_.cleanPointSet(set_);
+}
+
+OdString LoadedPointSet::AbsoluteName() const {
+    return hostString(std::filesystem::absolute(file_).string());
+}
+
+void LoadedPointSet::SetBudget(unsigned long long points) {
+    const auto refuse = [&] {
+        throw CommandError("a budget of " + std::to_string(points) + " points takes " +
+                           DisplayText::Bytes(points * PointBuffers::bytesPerSlot) +
+                           " of memory, more than there is; give a smaller --budget");
+    };
+    if (points > systemMemory() / PointBuffers::bytesPerSlot) refuse();
+    odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<int>(points));
+    // The update would go by the variable as well, but not tell when the memory does not suffice.
+    if (!Core().resizePointBuffer(static_cast<unsigned long>(points))) refuse();
+}
+
+CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const {
+    OdGePoint3d low, high;
+    const bool hasRoot = !Core().GetNodePointSummary().empty();
+    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
+    CameraOptions::Corners corners;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        OdGePoint3d corner((i & 1) != 0 ? high.x : low.x, (i & 2) != 0 ? high.y : low.y,
+                           (i & 4) != 0 ? high.z : low.z);
+        corner.transformBy(matrix);
+        corners[i].SetCoordinates(corner.x, corner.y, corner.z);
+    }
+    return corners;
+}
+
+void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix) {
+    set_->updateVisiblePoints(matrix, toPoint(camera.eye), toPoint(camera.target),
+                              toVector(camera.up), camera.fieldWidth, camera.fieldHeight,
+                              camera.viewport.width, camera.viewport.height, camera.perspective);
+    // A host's view goes on with the points that could be read; here they would pass for all.
+    if (Core().projectManager()->tree()->LacksPoints()) FailReading();
+}
+
+void LoadedPointSet::FailReading() const {
+    throw CommandError("'" + file_ +
+                       "' can no longer be read in full: it has changed or its disk fails; see vpc "
+                       "verify");
+}
+
+ViewReport LoadedPointSet::Report(double updateSeconds) const {
+    ViewReport report;
+    report.visiblePoints = set_->getNrVisiblePoints();
+    report.visibleNodes = Core().projectManager()->visibleNodeManager().visibleNodes().size();
+    report.selectedLevel = Core().projectManager()->selectedLevel;
+    report.totalPoints = set_->getTotalNrPoints();
+    report.capacity = set_->maxNrPointsInBuffer();
+    report.minimum = Core().dataMin();
+    report.maximum = Core().dataMax();
+    report.levels = Core().GetNodePointSummary();
+    report.updateSeconds = updateSeconds;
+    return report;
+}
+
+std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
+                                                const OdGeMatrix3d& matrix, const OdGePoint3d& at,
+                                                int pixels) const {
+    if (pixels == PcCoreProjectManager::snapBoxPixels) {
+        OdArray<OdGePoint3d> found;
+        set_->getOsnapPoints(at, at, matrix, matrix, found);
+        if (found.isEmpty()) return std::nullopt;
+        return found[0];
+    }
+    // The host's interface knows no other box.
+    OdGePoint3d found;
+    unsigned short red = 0, green = 0, blue = 0;
+    const bool hit = Core().projectManager()->pickPointFast(
+        matrix, toPoint(camera.eye), toPoint(camera.target), toVector(camera.up), camera.fieldWidth,
+        camera.fieldHeight, camera.viewport.width, camera.viewport.height, camera.perspective, at,
+        pixels, found, red, green, blue);
+    if (!hit) return std::nullopt;
+    return found;
+}
+
+void LoadedPointSet::WriteDiagnostics(const std::string& folder) const {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (!std::filesystem::is_directory(folder))
+        throw CommandError("'" + folder + "' cannot be made (" + error.message() +
+                           "); name another folder");
+    const std::string path = std::filesystem::absolute(folder).string() + "/";
+    Core().projectManager()->exportView(FileTools::FromNativePath(path));
+    // The export itself tells nothing, since a host's view goes on without it.
+    for (const char* name : {"CameraParameters.txt", "DataBoundaries.ply", "CameraViewFrustum.ply",
+                             "InViewFrustum.ply"})
+        if (!std::filesystem::exists(path + name))
+            throw CommandError("'" + path + name +
+                               "' cannot be written; name another folder or make room");
+}
+
+}  // namespace vpc

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "host/PcCorePointSet.h"
+#include "host/PcDbPointCloudDefImplPE.h"
+#include "platform/OdGeMatrix3d.h"
+#include "vpc/view/Camera.h"
+#include "vpc/view/ViewReport.h"
+
+namespace vpc {
+
+/// A tree file loaded, viewed and freed as a host does it.
+class LoadedPointSet {
+public:
+    /// Throws CommandError for a file that cannot be loaded.
+    explicit LoadedPointSet(const std::string& file);
+    ~LoadedPointSet();
+    LoadedPointSet(const LoadedPointSet&) = delete;
+    LoadedPointSet& operator=(const LoadedPointSet&) = delete;
+
+    GiPointSetDefinition* operator->() const { return set_; }
+    GiPointSetDefinition& operator*() const { return *set_; }
+
+    /// Sets the host's variable for the points to show at most. Throws CommandError where there is
+    /// not the memory for so many.
+    void SetBudget(unsigned long long points);
+    /// The corners of the box around all points, as `matrix` places them in the world. This and
+    /// Update throw CommandError where the file cannot be read any more.
+    CameraOptions::Corners Corners(const OdGeMatrix3d& matrix) const;
+    /// Shows the view that a camera has of the points, which `matrix` places in the world.
+    void Update(const ViewCamera& camera, const OdGeMatrix3d& matrix);
+    /// What the last view came to.
+    ViewReport Report(double updateSeconds) const;
+    /// The point of the last view within a box of so many pixels around `at`.
+    std::optional<OdGePoint3d> Pick(const ViewCamera& camera, const OdGeMatrix3d& matrix,
+                                    const OdGePoint3d& at, int pixels) const;
+    /// Writes the last view's values and shapes into a folder, which is made where it is missing.
+    /// Throws CommandError where that cannot be done.
+    void WriteDiagnostics(const std::string& folder) const;
+
+private:
+    /// What goes beyond the host's interface.
+    PcCorePointSet& Core() const { return static_cast<PcCorePointSet&>(*set_); }
+    OdString AbsoluteName() const;
+    [[noreturn]] void FailReading() const;
+
+    std::string file_;
+    PcDbPointCloudDefImplPE extension_;
+    GiPointSetDefinition* set_ = nullptr;
+};
+
+}  // namespace vpc

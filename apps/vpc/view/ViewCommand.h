@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "vpc/common/Command.h"
+#include "vpc/view/Camera.h"
+#include "vpc/view/ViewOptions.h"
+
+namespace vpc {
+
+class LoadedPointSet;
+
+/// `vpc view`: shows a tree file as a host would, into files.
+class ViewCommand : public Command {
+public:
+    explicit ViewCommand(CLI::App& app);
+    int Run() override;
+
+private:
+    void DeclareOutput();
+    void CheckOutput(const std::string& output) const;
+    void WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const;
+    void WritePoints(const LoadedPointSet& pointSet) const;
+    /// Names a written file, unless the output is to be JSON alone.
+    void TellWritten(const std::string& file, const std::string& what) const;
+
+    CameraOptions camera_;
+    ViewOptions options_;
+    std::string file_;
+    std::string image_;
+    std::string sizeText_;
+    std::string points_;
+    bool report_ = false;
+    std::string diagnostics_;
+    /// The picture's.
+    Viewport size_;
+};
+
+}  // namespace vpc

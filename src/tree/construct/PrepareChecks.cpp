@@ -1,0 +1,265 @@
+#include "tree/construct/PrepareChecks.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include <wx/filename.h>
+#include <wx/intl.h>
+#include <wx/translation.h>
+
+#include "core/util/DisplayText.h"
+#include "core/util/FileHandle.h"
+#include "core/util/FileTools.h"
+#include "io/FileIoFactory.h"
+#include "io/LasIO.h"
+#include "tree/file/PointTreeLayout.h"
+
+namespace vpc {
+
+namespace {
+
+using Kind = PrepareFinding::Kind;
+
+/// The shortest line that a point of a text scan takes in practice.
+constexpr unsigned long long textBytesPerPoint = 25;
+/// Bytes on disk for every point of the scans: its record in a temporary file, and its records
+/// in the result, where the coarser levels of an octree add a third and those of a kd-tree as
+/// much again.
+constexpr unsigned long long workBytesPerPoint = 54;
+constexpr unsigned long long octreeBytesPerPoint = 72;
+constexpr unsigned long long kdTreeBytesPerPoint = 108;
+/// A node's record and its share of the child entries, and nodes for every full leaf.
+constexpr unsigned long long bytesPerNode = 800;
+constexpr unsigned long long nodesPerFullLeaf = 4;
+/// More than any disk has room for; keeps the sums of bytes within their type.
+constexpr unsigned long long mostPoints = 1ULL << 53;
+
+/// The system's reason for the last failure, in parentheses.
+wxString reason() {
+    return " (" + FileTools::FromNativePath(std::generic_category().message(errno)) + ")";
+}
+
+std::optional<struct stat> statusOf(const std::string& file) {
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0) return std::nullopt;
+    return status;
+}
+
+/// Whether both names lead to one file, which exists.
+bool sameFile(const std::string& a, const std::string& b) {
+    std::error_code ignored;
+    return std::filesystem::equivalent(a, b, ignored);
+}
+
+bool opens(const std::string& file, const char* mode) {
+    return FileHandle(std::fopen(file.c_str(), mode)) != nullptr;
+}
+
+/// The folder that a file is in, "." where its name tells none.
+std::string folderOf(const std::string& file) {
+    const std::string folder = std::filesystem::path(file).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
+wxString bytesText(unsigned long long bytes) {
+    return FileTools::FromNativePath(DisplayText::Bytes(bytes));
+}
+
+}  // namespace
+
+wxString PrepareFinding::Sentence() const {
+    const wxString fault = "'" + file + "' " + problem;
+    return remedy.empty() ? fault : fault + "; " + remedy;
+}
+
+PrepareChecks::PrepareChecks(const wxString& workingFolder, const std::vector<wxString>& inputFiles,
+                             const wxString& outputFile, VpcTreeType treeType,
+                             unsigned long long maxPointsPerNode, const wxString& logFile)
+    // The driver puts its files into the current folder where it is given no name.
+    : workingFolder_(
+          FileTools::ToNativePath(workingFolder.empty() ? wxString(".") : workingFolder)),
+      output_(FileTools::ToNativePath(outputFile)),
+      outputFolder_(folderOf(output_)),
+      log_(FileTools::ToNativePath(logFile)),
+      treeType_(treeType),
+      maxPointsPerNode_(std::max(maxPointsPerNode, 1ULL)) {
+    for (const wxString& file : inputFiles) scans_.push_back(FileTools::ToNativePath(file));
+}
+
+std::vector<PrepareFinding> PrepareChecks::Run() {
+    CheckOutput();
+    for (const std::string& scan : scans_) CheckScan(scan);
+    if (!log_.empty()) CheckLog();
+    CheckFolder(outputFolder_);
+    if (workingFolder_ != outputFolder_) CheckFolder(workingFolder_);
+    CheckRoom();
+    return std::move(findings_);
+}
+
+void PrepareChecks::Tell(Kind kind, const std::string& file, const wxString& problem,
+                         const wxString& remedy) {
+    findings_.push_back({kind, FileTools::FromNativePath(file), problem, remedy});
+}
+
+void PrepareChecks::CheckOutput() {
+    if (wxFileName(FileTools::FromNativePath(output_)).GetExt() != PointTreeLayout::extension)
+        return Tell(Kind::Output, output_,
+                    _("cannot be the output: tree files are named '.vpt', in small letters, "
+                      "because readers look for that extension"),
+                    _("name it so"));
+    const auto status = statusOf(output_);
+    if (status && !S_ISREG(status->st_mode))
+        return Tell(Kind::Output, output_, _("is there already and is no regular file"),
+                    _("choose another output name"));
+    const auto scan = std::find_if(scans_.begin(), scans_.end(), [&](const std::string& other) {
+        return sameFile(output_, other);
+    });
+    if (scan != scans_.end())
+        Tell(Kind::Output, output_,
+             wxString::Format(_("is the same file as the scan '%s'"),
+                              FileTools::FromNativePath(*scan)),
+             _("choose another output name"));
+}
+
+void PrepareChecks::CheckScan(const std::string& scan) {
+    const auto status = statusOf(scan);
+    if (!status) {
+        const bool missing = errno == ENOENT || errno == ENOTDIR;
+        const wxString why = reason();
+        if (missing) return Tell(Kind::Scan, scan, _("does not exist"), _("check the name"));
+        return Tell(Kind::Scan, scan, _("cannot be looked at") + why,
+                    _("check its folders' rights"));
+    }
+    if (!S_ISREG(status->st_mode))
+        return Tell(Kind::Scan, scan, _("is no regular file"), _("name scan files only"));
+    if (!HasFormat(scan) || !Opens(scan)) return;
+    const auto size = static_cast<unsigned long long>(status->st_size);
+    if (size == 0)
+        return Tell(Kind::Scan, scan, _("is empty"), _("get a complete copy or leave it out"));
+    if (format_ == DataFormat_LAS)
+        CountLasPoints(scan, size);
+    else
+        points_ += size / textBytesPerPoint + 1;
+}
+
+bool PrepareChecks::HasFormat(const std::string& scan) {
+    const VpcDataFormat format = FileIoFactory::GetDataFormat(FileTools::FromNativePath(scan));
+    if (format == DataFormat_Unknown) {
+        Tell(Kind::Scan, scan,
+             _("is no scan by its extension, which must be las, pts or ptx, all small or "
+               "all capital letters"),
+             _("rename it or leave it out"));
+        return false;
+    }
+    if (format_ == DataFormat_Unknown) format_ = format;
+    if (format == format_) return true;
+    Tell(Kind::Scan, scan,
+         wxString::Format(_("is of another format than '%s'"),
+                          FileTools::FromNativePath(scans_.front())),
+         _("prepare scans of one format at a time"));
+    return false;
+}
+
+bool PrepareChecks::Opens(const std::string& scan) {
+    if (!opens(scan, "rb")) {
+        const wxString why = reason();
+        Tell(Kind::Scan, scan, _("cannot be read") + why, _("change its permissions"));
+        return false;
+    }
+    if (format_ == DataFormat_LAS || opens(scan, "r+b")) return true;
+    const wxString why = reason();
+    Tell(Kind::Scan, scan,
+         _("cannot be written") + why +
+             _(", and PTS and PTX scans are opened for update though never changed"),
+         _("make it writable or use a copy"));
+    return false;
+}
+
+void PrepareChecks::CountLasPoints(const std::string& scan, unsigned long long size) {
+    LasIO reader(1);
+    if (!reader.readHeader(FileTools::FromNativePath(scan), true)) {
+        const wxString fault = wxString(reader.errorMessage).Trim(true).Trim(false);
+        return Tell(Kind::Scan, scan,
+                    wxString::Format(
+                        _("cannot be used: %s (give a LAS file of version 1.0 to 1.4)"), fault),
+                    wxString());
+    }
+    const unsigned long long claimed = reader.numberOfPoints;
+    if (claimed == 0)
+        return Tell(Kind::Scan, scan, _("has a LAS header but holds no points"), _("leave it out"));
+    const unsigned long long start = reader.offsetToPointData;
+    const unsigned long long length = reader.pointDataRecordLength;
+    const unsigned long long held = length == 0 || size < start ? 0 : (size - start) / length;
+    if (held == 0)
+        return Tell(
+            Kind::Scan, scan,
+            wxString::Format(_("holds none of the %llu points that its header claims"), claimed),
+            _("get a complete copy or leave it out"));
+    points_ += std::min(held, claimed);
+}
+
+void PrepareChecks::CheckLog() {
+    const auto clashes = [&](const std::string& other) { return sameFile(log_, other); };
+    if (log_ == output_ || clashes(output_) || std::any_of(scans_.begin(), scans_.end(), clashes))
+        return Tell(Kind::Log, log_, _("cannot be the log, since it is a scan or the output"),
+                    _("choose another name"));
+    const auto status = statusOf(log_);
+    if ((status && !S_ISREG(status->st_mode)) || !opens(log_, "ab"))
+        return Tell(Kind::LogNotWritable, log_, _("cannot be written as the log"),
+                    _("choose another name"));
+    if (!status) unlink(log_.c_str());
+}
+
+void PrepareChecks::CheckFolder(const std::string& folder) {
+    const auto status = statusOf(folder);
+    if (!status || !S_ISDIR(status->st_mode))
+        return Tell(Kind::NoFolder, folder, _("is no folder"), _("create it or name another one"));
+    // Rights do not tell all: the file system may be read-only, or none at all. So try it.
+    std::string probe = folder + "/vpc-probe-XXXXXX";
+    if (mkdtemp(probe.data()) != nullptr) {
+        rmdir(probe.c_str());
+        return;
+    }
+    const wxString why = reason();
+    Tell(Kind::NoNewFiles, folder, _("takes no new files") + why,
+         _("change its rights or name another folder"));
+}
+
+void PrepareChecks::CheckRoom() {
+    const unsigned long long points = std::min(points_, mostPoints);
+    const unsigned long long leaves =
+        std::min(points, points / maxPointsPerNode_ * nodesPerFullLeaf + 1);
+    const unsigned long long result =
+        points * (treeType_ == Tree_Octree ? octreeBytesPerPoint : kdTreeBytesPerPoint) +
+        leaves * bytesPerNode;
+    const unsigned long long work = points * workBytesPerPoint;
+    const auto outputStatus = statusOf(outputFolder_);
+    const auto workStatus = statusOf(workingFolder_);
+    if (outputStatus && workStatus && outputStatus->st_dev == workStatus->st_dev) {
+        RequireRoom(outputFolder_, result + work);
+    } else {
+        RequireRoom(outputFolder_, result);
+        RequireRoom(workingFolder_, work);
+    }
+}
+
+void PrepareChecks::RequireRoom(const std::string& folder, unsigned long long needed) {
+    std::error_code error;
+    const auto available = std::filesystem::space(folder, error).available;
+    // A run is not refused for a file system that does not tell how much room it has.
+    if (error || available >= needed) return;
+    Tell(Kind::NoRoom, folder,
+         wxString::Format(_("has %s free and this run needs about %s there"), bytesText(available),
+                          bytesText(needed)),
+         _("make room or name other folders"));
+}
+
+}  // namespace vpc
