@@ -6,8 +6,8 @@
 
 #include "core/util/FileTools.h"
 #include "io/FileIoFactory.h"
-#include "vpc/OutputFile.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/OutputFile.h"
 #include "vpc/sample/SampleWriter.h"
 
 namespace vpc {
@@ -43,9 +43,7 @@ SampleCommand::SampleCommand(CLI::App& app)
 int SampleCommand::Run() {
     const std::unique_ptr<SampleWriter> writer = MakeWriter();
     Interrupt::Catch();
-    OutputFile file(output_);
-    writer->Write(file);
-    file.Commit();
+    writeOutputFile(output_, [&](ReplacementFile& file) { writer->Write(file); });
     std::printf("%s: %llu points\n", output_.c_str(), points_);
     return exitDone;
 }

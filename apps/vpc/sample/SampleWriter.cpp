@@ -7,7 +7,7 @@
 #include <limits>
 #include <string>
 
-#include "vpc/OutputFile.h"
+#include "core/util/ReplacementFile.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/TextLine.h"
 #include "vpc/sample/SampleGenerator.h"
@@ -44,7 +44,7 @@ public:
         used_ += length;
     }
     void Skip(std::size_t count) { used_ += count; }
-    void WriteTo(OutputFile& file) const { file.Write(bytes_.data(), used_); }
+    void WriteTo(ReplacementFile& file) const { file.Write(bytes_.data(), used_); }
 
 private:
     std::array<char, size> bytes_{};
@@ -58,13 +58,13 @@ std::uint8_t byteOf(int value) {
 class LasSampleWriter : public SampleWriter {
 public:
     LasSampleWriter(unsigned long long points, std::uint64_t seed, int format);
-    void Write(OutputFile& file) override;
+    void Write(ReplacementFile& file) override;
 
 private:
     using Steps = std::array<std::int32_t, 3>;
 
-    void WriteHeader(OutputFile& file) const;
-    void WritePoint(OutputFile& file, const SamplePoint& point, const SampleFlight& flight);
+    void WriteHeader(ReplacementFile& file) const;
+    void WritePoint(ReplacementFile& file, const SamplePoint& point, const SampleFlight& flight);
 
     bool format7_;
     Steps minimum_;
@@ -77,7 +77,7 @@ LasSampleWriter::LasSampleWriter(unsigned long long points, std::uint64_t seed, 
     maximum_.fill(std::numeric_limits<std::int32_t>::min());
 }
 
-void LasSampleWriter::Write(OutputFile& file) {
+void LasSampleWriter::Write(ReplacementFile& file) {
     WriteHeader(file);
     SampleFlight flight(Points(), Seed());
     for (unsigned long long i = 0; i < Points(); ++i) {
@@ -89,7 +89,7 @@ void LasSampleWriter::Write(OutputFile& file) {
     WriteHeader(file);
 }
 
-void LasSampleWriter::WriteHeader(OutputFile& file) const {
+void LasSampleWriter::WriteHeader(ReplacementFile& file) const {
     const std::uint16_t headerSize = format7_ ? headerSize14 : headerSize12;
     Packer<headerSize14> header;
     header.PutText("LASF", 4);
@@ -127,7 +127,7 @@ void LasSampleWriter::WriteHeader(OutputFile& file) const {
     header.WriteTo(file);
 }
 
-void LasSampleWriter::WritePoint(OutputFile& file, const SamplePoint& point,
+void LasSampleWriter::WritePoint(ReplacementFile& file, const SamplePoint& point,
                                  const SampleFlight& flight) {
     Packer<36> record;
     const std::array<double, 3> place = {point.x, point.y, point.z};
@@ -168,7 +168,7 @@ void LasSampleWriter::WritePoint(OutputFile& file, const SamplePoint& point,
 class PtsSampleWriter : public SampleWriter {
 public:
     PtsSampleWriter(unsigned long long points, std::uint64_t seed) : SampleWriter(points, seed) {}
-    void Write(OutputFile& file) override;
+    void Write(ReplacementFile& file) override;
 };
 
 TextLine lineOf(const SamplePoint& point) {
@@ -182,7 +182,7 @@ TextLine lineOf(const SamplePoint& point) {
     return line;
 }
 
-void PtsSampleWriter::Write(OutputFile& file) {
+void PtsSampleWriter::Write(ReplacementFile& file) {
     file.Write(std::to_string(Points()) + "\n");
     SampleFlight flight(Points(), Seed());
     for (unsigned long long i = 0; i < Points(); ++i) {
@@ -228,11 +228,11 @@ std::array<double, 2> direction(double turn) {
 class PtxSampleWriter : public SampleWriter {
 public:
     PtxSampleWriter(unsigned long long points, std::uint64_t seed);
-    void Write(OutputFile& file) override;
+    void Write(ReplacementFile& file) override;
 
 private:
-    void WriteHeader(OutputFile& file) const;
-    void WriteCell(OutputFile& file, unsigned long long column, double distanceShare);
+    void WriteHeader(ReplacementFile& file) const;
+    void WriteCell(ReplacementFile& file, unsigned long long column, double distanceShare);
     unsigned long long PointsInColumn(unsigned long long column) const;
 
     SampleScene scene_;
@@ -260,7 +260,7 @@ unsigned long long PtxSampleWriter::PointsInColumn(unsigned long long column) co
     return Points() / columns_ + (column < Points() % columns_ ? 1 : 0);
 }
 
-void PtxSampleWriter::Write(OutputFile& file) {
+void PtxSampleWriter::Write(ReplacementFile& file) {
     WriteHeader(file);
     for (unsigned long long column = 0; column < columns_; ++column) {
         const unsigned long long filled = PointsInColumn(column);
@@ -277,7 +277,7 @@ void PtxSampleWriter::Write(OutputFile& file) {
     }
 }
 
-void PtxSampleWriter::WriteHeader(OutputFile& file) const {
+void PtxSampleWriter::WriteHeader(ReplacementFile& file) const {
     const auto fixed = [](double value) {
         TextLine line;
         line.AddRounded(value);
@@ -291,7 +291,8 @@ void PtxSampleWriter::WriteHeader(OutputFile& file) const {
     file.Write(axisX + " 0\n" + axisY + " 0\n0 0 1 0\n" + place + " 1\n");
 }
 
-void PtxSampleWriter::WriteCell(OutputFile& file, unsigned long long column, double distanceShare) {
+void PtxSampleWriter::WriteCell(ReplacementFile& file, unsigned long long column,
+                                double distanceShare) {
     const auto toward =
         direction((static_cast<double>(column) + 0.5) / static_cast<double>(columns_));
     const double distance =

@@ -5,7 +5,7 @@
 
 namespace vpc {
 
-class OutputFile;
+class ReplacementFile;
 
 /// Writes one made-up scan in one format.
 class SampleWriter {
@@ -31,7 +31,7 @@ public:
 
     /// Writes the whole scan, point by point and without keeping any. Throws CommandInterrupted
     /// when the user stops it.
-    virtual void Write(OutputFile& file) = 0;
+    virtual void Write(ReplacementFile& file) = 0;
 
 protected:
     SampleWriter(unsigned long long points, std::uint64_t seed) : points_(points), seed_(seed) {}

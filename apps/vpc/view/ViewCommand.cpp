@@ -6,8 +6,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "vpc/OutputFile.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/OutputFile.h"
 #include "vpc/common/TextLine.h"
 #include "vpc/view/LoadedPointSet.h"
 #include "vpc/view/PointImage.h"
@@ -122,10 +122,8 @@ void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& c
         image.Draw({coordinates[i].x, coordinates[i].y, coordinates[i].z},
                    {colours[i].red(), colours[i].green(), colours[i].blue()}, sizes[i]);
     Interrupt::Check();
-    OutputFile file(image_);
     const std::vector<char> png = image.Png();
-    file.Write(png.data(), png.size());
-    file.Commit();
+    writeOutputFile(image_, [&](ReplacementFile& file) { file.Write(png.data(), png.size()); });
     TellWritten(image_, std::to_string(size_.width) + " x " + std::to_string(size_.height) +
                             " pixels of " + std::to_string(points) + " points");
 }
@@ -135,19 +133,19 @@ void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {
     const OdGePoint3d* const coordinates = pointSet->getPointCoordinates();
     const OdCmEntityColor* const colours = pointSet->getPointColors();
     const double* const sizes = pointSet->getPointSizes();
-    OutputFile file(points_);
-    for (unsigned long long i = 0; i < points; ++i) {
-        if (i % pointsBetweenChecks == 0) Interrupt::Check();
-        TextLine line;
-        for (const double value : {coordinates[i].x, coordinates[i].y, coordinates[i].z})
-            line.AddGeneral(value, allDigits);
-        for (const int channel : {colours[i].red(), colours[i].green(), colours[i].blue()})
-            line.Add(channel);
-        line.AddGeneral(sizes[i], allDigits);
-        line.End();
-        file.Write(line.Data(), line.Size());
-    }
-    file.Commit();
+    writeOutputFile(points_, [&](ReplacementFile& file) {
+        for (unsigned long long i = 0; i < points; ++i) {
+            if (i % pointsBetweenChecks == 0) Interrupt::Check();
+            TextLine line;
+            for (const double value : {coordinates[i].x, coordinates[i].y, coordinates[i].z})
+                line.AddGeneral(value, allDigits);
+            for (const int channel : {colours[i].red(), colours[i].green(), colours[i].blue()})
+                line.Add(channel);
+            line.AddGeneral(sizes[i], allDigits);
+            line.End();
+            file.Write(line.Data(), line.Size());
+        }
+    });
     TellWritten(points_, std::to_string(points) + " points");
 }
 

@@ -1,0 +1,22 @@
+#include "vpc/common/OutputFile.h"
+
+#include "core/util/FileTools.h"
+#include "core/util/IoError.h"
+#include "vpc/common/Command.h"
+
+namespace vpc {
+
+void writeOutputFile(const std::string& path, const std::function<void(ReplacementFile&)>& write) {
+    try {
+        ReplacementFile file(FileTools::FromNativePath(path));
+        write(file);
+        file.Commit();
+    } catch (const IoError& error) {
+        // The user knows the file by the name that he gave, not by its temporary one.
+        std::string text = "'" + path + "' " + FileTools::ToNativePath(error.Problem());
+        if (error.SystemReason() != 0) text += "; choose another folder or make room";
+        throw CommandError(text);
+    }
+}
+
+}  // namespace vpc
