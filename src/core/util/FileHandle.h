@@ -5,7 +5,7 @@
 
 namespace vpc {
 
-/// Closes a C stream; for who wants to know whether that worked, release the handle and call
+/// Closes a C stream. Whoever has to know whether closing worked releases the handle and calls
 /// fclose.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
