@@ -32,7 +32,7 @@ protected:
         writeBytes(path, bytes);
         return readAll(by, path);
     }
-    Delivered read(const LasBuilder& file) { return read(reader, file.bytes()); }
+    Delivered read(const LasBuilder& scan) { return read(reader, scan.bytes()); }
     TempFolder folder;
     std::filesystem::path path = folder.path() / "a.las";
     LasBuilder file;

@@ -186,9 +186,10 @@ TEST_F(PtxIOTest, StatisticsAreOfTheFileAndOfFinitePoints) {
     // The first batch holds no point at all, the second starts with one that is not finite.
     const std::string empty = "0 0 0 0 0 0 0\n";
     EXPECT_EQ(read(scan("6 1", empty + empty + empty +
-                                   "1 nan 3 9 999 0 0\n4 5 6 1 2 3 4\n7 8 9 1 2 3 4\n"))
+                                   "1 nan 3 9 999 0 0\n4 5 6 1 2 3 4\n7 8 9 1 2 3 4\n") +
+                   scan("1 1", "5 5 6 1 2 3 4\n"))
                   .batches,
-              (Batches{0, 3}));
+              (Batches{0, 3, 1}));
     EXPECT_EQ(extentOf(reader), "4 5 6 - 7 8 9");
     EXPECT_EQ(joined(reader.nonFinitePoints, reader.maxRed), "1 900");
     EXPECT_EQ(readAll(reader, folder.path() / "none.ptx").batches, Batches{0});
@@ -202,12 +203,12 @@ TEST_F(PtxIOTest, WritesOneScan) {
     };
     const std::string head = "2\n1\n" + pose + identity;
     std::vector<VpcPoint3D> points{VpcPoint3D(1.5, 2, 0, 256, 128, 0, 99),
-                                   VpcPoint3D(1.23456789123, 2, 10, 0, 0, 255)};
+                                   VpcPoint3D(1.23456789123, 2, 10, 0, 0, 256)};
     EXPECT_EQ(written(points, VPC_Stylization_SCANCOLORS),
-              head + "1.5 2 0 0.5 256 128 0\n1.23456789 2 10 0.33203125 0 0 255\n");
+              head + "1.5 2 0 0.5 256 128 0\n1.23456789 2 10 0.333333333 0 0 256\n");
     points[0].red = 257;
     EXPECT_EQ(written(points, VPC_Stylization_NONE),
-              head + "1.5 2 0 7.64926275e-06 1 1 0\n1.23456789 2 10 5.06639481e-06 0 0 1\n");
+              head + "1.5 2 0 7.64926275e-06 1 1 0\n1.23456789 2 10 5.08626302e-06 0 0 1\n");
     points[0].red = 0;
     for (const auto type : {VPC_Stylization_INTENSITY, VPC_Stylization_ELEVATION})
         EXPECT_EQ(written(points, type),

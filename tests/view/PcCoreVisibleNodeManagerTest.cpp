@@ -6,8 +6,10 @@
 #include <cstring>
 #include <limits>
 
+#include "io/PlyIO.h"
 #include "support/LocaleGuard.h"
 #include "support/ViewFixture.h"
+#include "tree/disk/VpcDiskNode.h"
 #include "view/CameraPoints.h"
 
 namespace vpc::test {
@@ -212,7 +214,7 @@ TEST_F(PcCoreVisibleNodeManagerTest, PicksAmongUndefinedPoints) {
 TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
     const LocaleGuard comma("de_DE.UTF-8");
     load(1000);
-    const ModelCamera camera{{50, -100.5, 50}, {50, 50, 50}, {0, 0, 2}, 320, 240, false};
+    const ModelCamera camera{{50, -100.5, 50}, {50, 50, 50}, {0, 0, 2}, 160, 240, false};
     ASSERT_GT(update(camera), 0U);
     OdGePoint3d found;
     pick(camera, {}, {20, 0, 30}, 12, found);
@@ -228,7 +230,7 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
     project().exportPick(toWx(folder.path()));
     const std::string box = "Bounding box : min " + bounds(set.dataMin()) +
                             "\r\nBounding box : max " + bounds(set.dataMax()) +
-                            "\r\nWorld width 320.000000, worldHeight = 240.000000\r\n";
+                            "\r\nWorld width 160.000000, worldHeight = 240.000000\r\n";
     const double far = -100.5 + 3 * project().cameraDistance;
     EXPECT_EQ(readBytes(folderName + "CameraParameters.txt"),
               "Camera position: (50.000000, -100.500000, 50.000000)\r\n"
@@ -236,7 +238,7 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
               "Camera upVector: (0.000000, 0.000000, 2.000000)\r\n" +
                   box + "View near center: (50.000000, -100.500000, 50.000000)\r\n" +
                   "View far center:  " + bounds({50, far, 50}) +
-                  "\r\n => so size of a pixel in world units is 0.500000\r\n"
+                  "\r\n => so size of a pixel in world units is 0.250000\r\n"
                   "Current view mode => flat pyramid level selection \r\n");
     EXPECT_EQ(readBytes(folderName + "PickPointParameters.txt"),
               "Camera position: (50.000000, -100.500000, 50.000000)\r\n"
@@ -245,16 +247,28 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
               "User pick point: (20.000000, 0.000000, 30.000000)\r\n" +
                   box + "Pick near center: (20.000000, -100.500000, 30.000000)\r\n" +
                   "Pick far center:  " + bounds({20, far, 30}) + "\r\n");
-    const auto expectVertices = [&](const char* name, std::size_t count) {
-        EXPECT_THAT(readBytes(folderName + name),
-                    testing::HasSubstr("element vertex " + std::to_string(count) + "\n"));
+    // The others are as the writers of geometry write the same.
+    const wxString expected = toWx(folder.file("expected.ply"));
+    const auto isExpected = [&](const char* name) {
+        return readBytes(folderName + name) == readBytes(folder.file("expected.ply"));
     };
-    expectVertices("DataBoundaries.ply", 8);
-    expectVertices("InViewFrustum.ply", 8 * buffers().visibleNodes().size());
-    expectVertices("InPickFrustum.ply", 8 * buffers().pickNodes().size());
-    expectVertices("CameraViewFrustum.ply", 10);
-    expectVertices("PickPointFrustum.ply", 10);
-    EXPECT_GT(buffers().pickNodes().size(), 0U);
+    const auto expectBoxes = [&](const char* name, const auto& nodes) {
+        std::vector<VpcBoundingBoxAxisAligned> boxes;
+        for (const VisiblePointsNode& visible : nodes) boxes.push_back(visible.node->box);
+        PlyIO::WriteAxisAlignedBoundingBoxes(boxes, expected);
+        EXPECT_TRUE(isExpected(name)) << name;
+    };
+    expectBoxes("InViewFrustum.ply", buffers().visibleNodes());
+    expectBoxes("InPickFrustum.ply", buffers().pickNodes());
+    PlyIO::WriteFrustum(project().viewFrustum(), expected);
+    EXPECT_TRUE(isExpected("CameraViewFrustum.ply"));
+    PlyIO::WriteFrustum(project().pickFrustum(), expected);
+    EXPECT_TRUE(isExpected("PickPointFrustum.ply"));
+    const OdGePoint3d low = set.dataMin(), high = set.dataMax();
+    PlyIO::WriteAxisAlignedBoundingBoxes({{low.x, low.y, low.z, high.x, high.y, high.z}}, expected);
+    EXPECT_TRUE(isExpected("DataBoundaries.ply"));
+    EXPECT_GT(buffers().visibleNodes().size(), buffers().pickNodes().size());
+    EXPECT_GT(buffers().pickNodes().size(), 1U);
     // The other mode, into a folder that is not there, fails without a word.
     for (const std::string& where : {folderName + "none", folderName})
         buffers().exportVisibleNodesAsPly(toWx(where), false, {}, {}, {}, {}, 1, 1, 1,

@@ -12,8 +12,7 @@ using Box = VpcBoundingBoxAxisAligned;
 using vpc::test::joined;
 
 std::string corners(const Box& box) {
-    const VpcPoint3D &a = box.minPoint, &b = box.maxPoint;
-    return joined(a.x, a.y, a.z, '-', b.x, b.y, b.z);
+    return vpc::test::describeBox(box.minPoint, box.maxPoint);
 }
 
 TEST(VpcBoundingBoxAxisAligned, DerivesItsMembersFromTheCorners) {

@@ -110,6 +110,11 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
         "T\t Closed logging, log file was open for 02h:00m:\\d\\ds.\\d{3}ms\r\n");
     EXPECT_EQ(text().substr(0, replaced.size()), replaced);
     EXPECT_TRUE(std::regex_match(text().substr(replaced.size()), closing)) << text();
+    log->Open(toWx(file));
+    log->Add("50 %");
+    log->Add("75 %", true);
+    EXPECT_EQ(text(), opened + "T\t 75 %\r\n") << "anew";
+    log->Close();
     log->Open("/dev/full");
     log->Add("lost, quietly");
     log->Close();
