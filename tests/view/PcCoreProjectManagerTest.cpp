@@ -25,13 +25,6 @@ protected:
         model->lowDensity = lowDensity;
         project().drawDensity = lowDensity ? GiPc_DrawDensity_Low : GiPc_DrawDensity_Full;
     }
-    /// Moves a camera that is given in the tree's frame along with the cloud.
-    static ModelCamera along(const Pose& pose, ModelCamera camera) {
-        camera.eye = pose.toWorld(camera.eye);
-        camera.target = pose.toWorld(camera.target);
-        camera.up = moved(pose.toWorld(camera.up), pose.shift, -1);
-        return camera;
-    }
     /// Updates the view and holds it against the model's, which it returns.
     ModelView expectView(const ModelCamera& camera) {
         ModelView expected = model->view(camera);
@@ -83,7 +76,7 @@ TEST_F(PcCoreProjectManagerTest, ShowsTheDeepestLevelThatTheBudgetAllows) {
             for (std::size_t i = 0; i < 2 * cameras.size(); ++i) {
                 SCOPED_TRACE(testing::Message() << "budget " << budget << ", case " << i);
                 setBudget(budget, i % 2 == 1);
-                const ModelCamera camera = along(pose, cameras[i / 2]);
+                const ModelCamera camera = pose.placed(cameras[i / 2]);
                 const ModelView first = expectView(camera);
                 levels.insert(first.level);
                 // Selects once more into what is left of the buffers.
@@ -103,7 +96,7 @@ TEST_F(PcCoreProjectManagerTest, ShowsTheDeepestLevelThatTheBudgetAllows) {
 TEST_F(PcCoreProjectManagerTest, CutsAtSectionsAndClippings) {
     model->pose = tilted();
     setBudget(5000);
-    const ModelCamera camera = along(model->pose, overview);
+    const ModelCamera camera = model->pose.placed(overview);
     // Two planes in the world, and circles in the tree's frame.
     const Doubles3 inWorld = model->pose.toWorld({60, 50, 40});
     const std::array<Doubles3, 2> normals{{{1, 2, -1}, {-1, 0.5, 0}}};
@@ -161,7 +154,7 @@ TEST_F(PcCoreProjectManagerTest, TellsSectionsWithTheRolesOfPointAndNormalExchan
     EXPECT_FALSE(set.hasSameSections({{{0, 0, 1}, {9, 9, 3.00001}}}));
     EXPECT_FALSE(set.hasSameSections({}));
     set.clearSections(true);
-    EXPECT_FALSE(project().sectionsEnabled);
+    EXPECT_TRUE(set.hasSameSections({}) && !project().sectionsEnabled);
 }
 
 TEST_F(PcCoreProjectManagerTest, TellsAChangedView) {
@@ -185,7 +178,7 @@ TEST_F(PcCoreProjectManagerTest, TellsAChangedView) {
 TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllows) {
     load(4000, CloudShape::Clusters);  // some nodes hold a single point
     std::set<std::size_t> sizes;
-    for (const Word budget : {51U, 200U, 500U, 1000U, 2000U, 3900U, 10000U}) {
+    for (const Word budget : {51U, 200U, 500U, 1000U, 2000U, 4000U, 10000U}) {
         setBudget(budget);
         for (const ModelCamera& camera : cameras) {
             update(camera);
@@ -195,8 +188,10 @@ TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllow
             sizes.insert(selected.size());
             const Word total = project().getNrPointsInSelectedNodes(selected);
             EXPECT_EQ(buffers().nrPointsInBuffer, std::min(total, budget));
+            EXPECT_TRUE(selected.size() <= 1 || total < budget);
             for (VpcDiskNode* const node : selected) {
                 EXPECT_TRUE(frustum.Intersects(node->box));
+                EXPECT_TRUE(node->nrPoints > 0 || !node->children.empty());
                 std::vector<VpcDiskNode*> visible;
                 const auto [own, below] =
                     project().checkReplaceParentByVisibleChildren(frustum, node, visible);
@@ -275,6 +270,13 @@ TEST_F(PcCoreProjectManagerTest, TellsWhatTheFileHolds) {
         EXPECT_FALSE(project().loadProjectFromFile(toWx(bad))) << bad;
     EXPECT_EQ(project().totalNrPoints, 4000U);
     EXPECT_GT(update(overview), 0U);
+    // Another one begins anew.
+    patch(0, 9);
+    EXPECT_TRUE(set.loadProjectFromFile(name()));
+    EXPECT_EQ(project().selectedLevel, 1U);
+    EXPECT_TRUE(buffers().visibleNodes().empty());
+    const TreeNode& root = model->levels.front().front();
+    EXPECT_NEAR(set.dataMax().x - set.dataMin().x, 1.05 * (root.boxMax[0] - root.boxMin[0]), 1e-9);
 }
 
 TEST_F(ViewTest, CopesWithATreeWithoutNodesAndWithNone) {
