@@ -59,8 +59,8 @@ TEST_F(LasIOTest, KeepsTheHeaderAndReadsBatches) {
                      reader.generatingSoftware),
               "123 2024 375 1 test system software");
     const auto &low = reader.headerMin, &high = reader.headerMax;
-    EXPECT_EQ(joined(low.x, low.y, low.z, high.x + 10, high.y + 10, high.z + 10),
-              "-1e+06 -1e+06 -1e+06 1.00001e+06 1.00001e+06 1.00001e+06");
+    EXPECT_EQ(joined(low.x + 1e6, low.y + 1e6, low.z + 1e6), "0 -1 -2");
+    EXPECT_EQ(joined(high.x - 1e6, high.y - 1e6, high.z - 1e6), "0 1 2");
     file.points = somePoints(2);
     read(file);
     EXPECT_EQ(joined(reader.maxRed, reader.maxBlue, reader.maxIntensity), "301 1 1001")

@@ -272,7 +272,8 @@ TEST_F(PcCoreProjectManagerTest, TellsWhatTheFileHolds) {
     EXPECT_GT(update(overview), 0U);
     // Another one begins anew.
     patch(0, 9);
-    EXPECT_TRUE(set.loadProjectFromFile(name()));
+    project().selectedLevel = 0;
+    EXPECT_TRUE(project().loadProjectFromFile(toWx(folder.output())));
     EXPECT_EQ(project().selectedLevel, 1U);
     EXPECT_TRUE(buffers().visibleNodes().empty());
     const TreeNode& root = model->levels.front().front();

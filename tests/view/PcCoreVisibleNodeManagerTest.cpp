@@ -3,8 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <limits>
+#include <cmath>
 
 #include "io/PlyIO.h"
 #include "support/LocaleGuard.h"
@@ -157,9 +156,12 @@ TEST_F(PcCoreVisibleNodeManagerTest, PicksTheFirstSlotInTheNearestNode) {
         EXPECT_TRUE(std::is_sorted(met.begin(), met.end(),
                                    PcCoreVisibleNodeManager::sortVisibleNodesToCameraDistance));
     }
-    EXPECT_GT(hits, 50);
-    EXPECT_GT(misses, 50);
-    EXPECT_GT(later, 20);
+    EXPECT_TRUE(hits > 50 && misses > 50 && later > 20);
+    // Undefined points, as damaged files can give, come last: the order has to be a strict one.
+    const OdGePoint3d undefined(std::nan(""), 0, 0), some;
+    const auto isNearer = PcCoreVisibleNodeManager::sortPointsInNodeToCameraDistance;
+    EXPECT_TRUE(isNearer(some, undefined));
+    EXPECT_FALSE(isNearer(undefined, some) || isNearer(undefined, undefined));
 }
 
 TEST_F(PcCoreVisibleNodeManagerTest, NeverPicksANodesLastPoint) {
@@ -180,25 +182,6 @@ TEST_F(PcCoreVisibleNodeManagerTest, NeverPicksANodesLastPoint) {
     for (const OdGePoint3d& at : {last, first, first + OdGeVector3d(0.17, 0, 0)})
         set.getOsnapPoints(at, {}, {}, toOd(tilted()), snapped);
     EXPECT_EQ(snapped, (OdArray<OdGePoint3d>{{7, 7, 7}, first}));
-}
-
-TEST_F(PcCoreVisibleNodeManagerTest, PicksAmongUndefinedPoints) {
-    load(3000);
-    std::string bytes = readBytes(folder.output());
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const TreeFile tree = folder.tree();
-    for (const TreeNode& node : tree.levels.back())
-        for (Word i = 0; i < node.pointCount; i += 3)
-            std::memcpy(&bytes[node.listPosition + PointRecord::size * i], &nan, sizeof nan);
-    writeBytes(folder.output(), bytes);
-    ASSERT_TRUE(set.loadProjectFromFile(name()));
-    for (const auto type : {GiPc_Stylization_ELEVATION, GiPc_Stylization_INTENSITY}) {
-        project().stylizationType = type;
-        ASSERT_EQ(update(overview), 3000U);
-    }
-    EXPECT_TRUE(std::isnan(buffers().coordinates()[0].x));
-    OdGePoint3d hit;
-    EXPECT_TRUE(pick(overview, {}, {50, 50, 50}, 200, hit));
 }
 
 TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {

@@ -41,9 +41,9 @@ TEST_F(FileBufferStreamTest, OpensOneFileAtATimeAndNoFolder) {
     writeBytes(file, "12345678");
     EXPECT_TRUE(open(FileModeRead) && stream.IsStreamGood()) << "opening clears the fail state";
     EXPECT_STREQ(stream.fileName.data(), file.c_str());
-    EXPECT_EQ(stream.mode, FileModeRead);
     EXPECT_FALSE(stream.StreamOpen(toWx(folder.path() / "other"), FileModeWrite));
     EXPECT_FALSE(stream.IsStreamGood() || std::filesystem::exists(folder.path() / "other"));
+    EXPECT_EQ(stream.mode, FileModeWrite) << "as asked for last";
     stream.StreamClose();
     EXPECT_FALSE(stream.StreamOpen(wxString('x', 5000), FileModeRead)) << "cut to fit its field";
 }

@@ -50,7 +50,7 @@ TEST(FileTools, CountsTokensAndLines) {
                  {utf16(lines, false), 6, {3, 0, 1, 2, 0, 2}},
                  {utf16(lines, true), 6, {3, 0, 1, 2, 0, 2}},
                  {utf32, 1, {2, 0}},
-                 {std::string("\0\0\xFE\xFF\0\0\0x\0\0\0\r", 12), 1, {1}},
+                 {std::string("\0\0\xFE\xFF\0\0\n \0\0\0\r", 12), 1, {1}},
                  {"\xEF\xBB\xBF", 0, {0}},
                  {giant + "\r\nlast", 2, {90, 1}},
                  {"Gr\xF6\xDF\x65 \xE4\xC3\xA4\n", 1, {2}}};
