@@ -10,10 +10,10 @@
 #include "io/FileParentIO.h"
 #include "io/ScanSummary.h"
 
-/// Tells formats apart, creates readers, and passes over whole inputs before a tree is built.
+/// Tells formats apart, creates readers, and reads whole inputs once before a tree is built.
 class FileIoFactory {
 public:
-    /// The points per batch with which the whole system reads.
+    /// How many points a batch holds throughout the system.
     static constexpr unsigned long long defaultBatchCapacity = 100000;
 
     /// The format that the file's extension names, all lower or all upper case.

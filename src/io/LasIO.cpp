@@ -13,15 +13,15 @@ namespace {
 
 using vpc::valueAt;
 
-/// The part of the file that is read to get at its header.
+/// How much of the file is read for its header.
 constexpr unsigned long long headerBlockBytes = 100000;
-/// What the header fields that are read take: up to the bounds, and up to the 64-bit count.
+/// Bytes of a header up to the bounds, and up to the 64-bit count.
 constexpr unsigned long long legacyHeaderBytes = 227;
 constexpr unsigned long long header14Bytes = 255;
-/// What coordinates and intensity take at the start of every record.
+/// Bytes of the coordinates and the intensity, with which every record begins.
 constexpr unsigned long long plainRecordBytes = 14;
 constexpr int colourBytes = 6;
-/// Room for every field that is read of a record.
+/// Enough bytes for all fields that are read from a record.
 constexpr std::size_t mostRecordBytes = 36;
 constexpr int highestFormat = 10;
 
@@ -196,8 +196,8 @@ unsigned long long LasIO::nextPointBatch() {
     const unsigned long long expected = std::min(pointsRemaining, batchCapacity);
     const unsigned long long n = std::min(expected, recordsInBlock);
     if (batchIndex == 0 && batchCapacity != 0) {
-        // Read even where there is no point, and then not counted; pointsRead therefore stays one
-        // less than the points delivered.
+        // The first record is read even if there is no point, and it never counts: pointsRead is
+        // one less than the points delivered.
         ReadPoint(0, pointBuffer[0]);
         InitializeExtent(pointBuffer[0].x, pointBuffer[0].y, pointBuffer[0].z);
         if (n == 0) nonFinitePoints = 0;
@@ -211,7 +211,7 @@ unsigned long long LasIO::nextPointBatch() {
     return n;
 }
 
-/// Reads the next block of the file; returns the whole records that came.
+/// Reads the next block of the file; returns how many whole records it holds.
 unsigned long long LasIO::ReadBlock() {
     stream.ReadFileBlock2Buffer(offsetToPointData + batchIndex * bytesPerBatch, blockBytes_);
     if (stream.HasSystemError()) FailReading();
@@ -227,13 +227,13 @@ void LasIO::ReportMissingRecords(unsigned long long missing) {
         fileName, missing, numberOfPoints);
 }
 
-/// The bytes that a record must have for all its fields to be there.
+/// How long a record must be to hold all fields that are read.
 unsigned long long LasIO::NeededRecordLength() const {
     return colorOffset == 0 ? plainRecordBytes
                             : static_cast<unsigned long long>(colorOffset + colourBytes);
 }
 
-/// True when every raw coordinate gives one that something can lie at.
+/// True if even the largest raw values give coordinates that are in range.
 bool LasIO::CoordinatesAreInReach() const {
     constexpr double largest = 2147483648.0;
     const auto reaches = [this](double raw) {
@@ -255,8 +255,8 @@ void LasIO::ReadPoints(unsigned long long first, unsigned long long last) {
     }
 }
 
-/// The same as ReadPoint for many records, with everything that grows kept out of memory: a file
-/// is read twice, and this loop is most of the time that the first pass takes.
+/// Does for many records what ReadPoint does for one, and keeps extent and maxima in local
+/// variables: a file is read twice, and the first pass spends most of its time in this loop.
 template <bool hasColour>
 void LasIO::DecodePoints(unsigned long long first, unsigned long long last) {
     if (first == last) return;
@@ -289,7 +289,7 @@ void LasIO::DecodePoints(unsigned long long first, unsigned long long last) {
 }
 
 void LasIO::ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point) {
-    // A copy with zeros behind it stands for a record that ends early.
+    // A record that ends early is copied and filled up with zeros.
     std::array<char, mostRecordBytes> bytes{};
     const unsigned long long start = indexInBatch * pointDataRecordLength;
     const unsigned long long blockSize = stream.LastBlockSize();

@@ -39,10 +39,10 @@ public:
     Corner offset{};
     /// The open file and its current block.
     FileBufferStream stream;
-    /// What a whole batch takes in the file; the block in memory has as many bytes, or as the file
-    /// has where that is less.
+    /// Bytes of a whole batch in the file. The block in memory has as many, or fewer if the file is
+    /// smaller.
     unsigned long long bytesPerBatch = 0;
-    /// Where red, green and blue are in a record; 0 when the format has no colour.
+    /// Where a record's red, green and blue begin; 0 if the format has no colour.
     int colorOffset = 0;
 
 private:
@@ -60,6 +60,6 @@ private:
     bool CoordinatesAreInReach() const;
     void ReportMissingRecords(unsigned long long missing);
 
-    /// Bytes that one block read asks for: bytesPerBatch, or less in a small file.
+    /// How many bytes are read for one block: bytesPerBatch, or fewer if the file is smaller.
     unsigned long long blockBytes_ = 0;
 };

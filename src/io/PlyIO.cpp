@@ -36,7 +36,7 @@ void writeTriangle(vpc::TextFileWriter& file, Index a, Index b, Index c) {
     file << "3 " << a << " " << b << " " << c << "\n";
 }
 
-/// Entry `i` of a face; one that is too short repeats its last.
+/// Index `i` of a face. A face that is too short repeats its last index.
 Index faceIndex(const std::vector<Index>& face, std::size_t i) {
     return face.empty() ? 0 : face[std::min(i, face.size() - 1)];
 }

@@ -16,8 +16,8 @@ class TextFileWriter;
 
 /// Writes geometry as ASCII PLY files that any mesh viewer opens, and reads their vertices back.
 ///
-/// The writers replace an existing file and always return true: these files are for diagnosis,
-/// and nothing may fail for want of one.
+/// The writers replace an existing file and always return true: these files are for diagnosis, and
+/// nothing fails because one is missing.
 class PlyIO {
 public:
     using Points = std::vector<VpcPoint3D>;
@@ -47,11 +47,11 @@ public:
     static bool WriteFrustum(VpcFrustumDef frustum, wxString path);
     /// Convex polygons as triangle fans around their first points.
     static bool WritePlaneSegments(std::vector<Points> segments, wxString path);
-    /// One mesh of all, in their order, with the face indices moved accordingly.
+    /// Joins the meshes to one, in their order, and adjusts the indices of the faces.
     static Mesh MergeVerticesFacesList(const std::vector<Mesh>& meshes);
 
-    /// Appends the vertices of an ASCII PLY file, whose first three values must be x, y and z, to
-    /// `points`, and sets `box` to their bounding box; without vertices it stays. Prints how much
-    /// was read to standard output. False when the file cannot be opened.
+    /// Appends the vertices of an ASCII PLY file to `points`; their first three values must be x, y
+    /// and z. Sets `box` to their bounding box, or leaves it if there are none. Prints to standard
+    /// output how much was read. False when the file cannot be opened.
     static bool Read(wxString path, Points& points, VpcBoundingBoxAxisAligned& box);
 };

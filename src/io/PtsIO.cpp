@@ -11,15 +11,15 @@ VpcPoint3D* PtsIO::initializeRead(wxString path) {
     BeginFile(path);
     numberOfPoints = 0;
     hasMoreBlocks = false;
-    // One point stays to be asked for when the text has no count, and it is delivered.
+    // If the text begins with no count, it still delivers one point.
     pointsRemaining = 1;
     if (!OpenStream()) {
         tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(path, 1));
         return pointBuffer;
     }
-    // Through the same handle, so that a read error shows.
+    // The values are counted through the same handle, so that a read error is noticed.
     tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(stream.get(), 1));
-    // Unlike rewind, this does not forget one.
+    // Unlike rewind, fseek keeps the stream's error state.
     if (std::fseek(stream.get(), 0, SEEK_SET) != 0) FailReading();
     InitializeView();
     RequireReadable();
@@ -54,7 +54,7 @@ unsigned long long PtsIO::nextPointBatch() {
     }
     pointsRemaining -= n;
     if (pointsRemaining == 0) InitializeView();
-    // After the count of a following block as well, whose points only widen the extent.
+    // Counts on after a following block's count, too, so that its points only widen the extent.
     ++batchIndex;
     RequireReadable();
     return n;
@@ -93,7 +93,7 @@ void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
     }
 }
 
-/// The next values of the text, up to the first one that is no number; the others are 0. Line
+/// Reads the next values of the text, up to the first that is no number; the others are 0. Line
 /// ends are white space like any other.
 template <std::size_t count>
 std::array<double, count> PtsIO::ScanValues() {

@@ -24,7 +24,7 @@ public:
     bool InitializeView();
     unsigned long long nextPointBatch() override;
 
-    // Each reads one point of that many values; values that the text does not hold are 0.
+    // Each reads one point of that many values. Values that are missing are 0.
     void AddPoint3Tokens(VpcPoint3D& point);
     void AddPoint4Tokens(VpcPoint3D& point);
     void AddPoint6Tokens(VpcPoint3D& point);
@@ -41,9 +41,10 @@ public:
     bool hasMoreBlocks = false;
     /// The count of the current block's count line.
     unsigned long long blockPointCount = 0;
-    /// Never set: lines would stand in for a count line that gives no count, and every one does.
+    /// Always 0: a missing count line is not replaced by the number of lines. The member stays
+    /// because hosts and the library agree on it.
     unsigned long long countedLines = 0;
-    /// Values on each point line, as the file's second line has them.
+    /// How many values a point line has. The file's second line decides for all of them.
     long long tokensPerLine = 0;
 
 private:
@@ -52,7 +53,7 @@ private:
     using PointReader = void (PtsIO::*)(VpcPoint3D&);
     PointReader ReaderOfLayout() const;
     void ReadPoints(PointReader addPoint, unsigned long long count);
-    /// Point lines of a layout that is not known: the points are delivered as the buffer holds
-    /// them, and the extent covers what is delivered.
+    /// Delivers what the buffer holds already, for point lines of an unknown layout; the extent
+    /// covers what is delivered.
     void DeliverBufferAsItIs(unsigned long long count);
 };

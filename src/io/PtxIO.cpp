@@ -13,8 +13,8 @@ namespace {
 constexpr std::array<double, 12> identity{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
 constexpr std::size_t valuesWithoutColour = 4;
 
-/// 256 where a colour is greater than 256, otherwise 1. The limit is not that of the readers'
-/// 16-bit test, and is kept.
+/// 256 if any colour is greater than 256, otherwise 1. The readers' 16-bit test has another limit;
+/// the difference is deliberate.
 double colourDivisorOf(const std::vector<VpcPoint3D>& points) {
     const bool wide = std::any_of(points.begin(), points.end(), [](const VpcPoint3D& p) {
         return p.red > 256 || p.green > 256 || p.blue > 256;
@@ -50,7 +50,7 @@ bool PtxIO::InitializeView() {
     return hasMoreScans;
 }
 
-/// Reads columns and rows; false where there are none, or more cells than can be counted.
+/// Reads columns and rows; false if there are none, or more cells than 64 bits can count.
 bool PtxIO::ScanGridSize() {
     scanPointCount = 0;
     unsigned long long columns = 0, rows = 0;
@@ -121,7 +121,7 @@ unsigned long long PtxIO::ReadPointValues(bool skipEmpty) {
 unsigned long long PtxIO::nextPointBatch() {
     if (!hasMoreScans) {
         if (pointsRemaining == 0) return pointsInBatch;
-        // Nothing could be read of this file: ends the caller's loop.
+        // Nothing could be read from this file, so the caller's loop ends here.
         pointsRemaining = pointsInBatch = 0;
         return 0;
     }
@@ -130,7 +130,7 @@ unsigned long long PtxIO::nextPointBatch() {
     for (unsigned long long i = 0; i < n; ++i) ReadPointValues(true);
     pointsRemaining -= n;
     if (pointsRemaining == 0) InitializeView();
-    // After the header of a following scan as well, whose points only widen the extent.
+    // Counts on after a following scan's header, too, so that its points only widen the extent.
     ++batchIndex;
     RequireReadable();
     return pointsInBatch;

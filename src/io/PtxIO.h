@@ -10,8 +10,8 @@ namespace vpc {
 class TextFileWriter;
 }
 
-/// Reads PTX text scans: one or more grids, each with a scanner pose and a registration matrix
-/// that is applied to its points; cells without a return are dropped. Writes them.
+/// Reads and writes PTX text scans: one or more grids, each with a scanner pose and a registration
+/// matrix. The matrix is applied to the points, and cells without a return are dropped.
 class PtxIO : public TextScanIO {
 public:
     using TextScanIO::TextScanIO;
@@ -26,8 +26,8 @@ public:
     unsigned long long ReadPointValues(bool skipEmpty);
     /// True when the transform is exactly the identity.
     bool IsIdentityTransform() const;
-    /// Consumes up to batchCapacity point lines; returns the points stored, which are fewer by
-    /// the empty cells and may be none.
+    /// Consumes up to batchCapacity point lines. Returns the points stored, which are fewer, or
+    /// even none, where cells are empty.
     unsigned long long nextPointBatch() override;
 
     /// Writes `points` as one scan of one row with an identity pose. With the stylizations

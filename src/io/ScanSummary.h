@@ -2,14 +2,14 @@
 
 #include <functional>
 
-/// What a full pass over the scans tells beside their bounding box.
+/// What a full pass over the scans finds besides their bounding box.
 struct ScanSummary {
     /// Points that the readers delivered, over all files.
     unsigned long long points = 0;
     /// Those of them with a coordinate that is not finite; they belong to no box.
     unsigned long long nonFinitePoints = 0;
-    /// Points that a text file's count line claims and for which its text held no value at all;
-    /// the readers made them up of zeros.
+    /// Points that a text file's count line claims but for which the text holds no value. The
+    /// readers deliver them as zeros.
     unsigned long long pointsWithoutValues = 0;
     /// Points that LAS headers claim beyond the records that their files hold.
     unsigned long long missingRecords = 0;
@@ -17,7 +17,8 @@ struct ScanSummary {
     bool firstFileOpened = false;
 };
 
-/// Called after every batch with the points read so far and the points known to come in all (a
-/// lower bound: a text file tells its count only when its reading begins). False asks to stop.
+/// Called after every batch with the points read so far and the points known to come in all. That
+/// is a lower bound, because a text file tells its count only when it is read. Returning false asks
+/// to stop.
 using ScanProgress =
     std::function<bool(unsigned long long pointsDone, unsigned long long pointsInAll)>;

@@ -13,7 +13,8 @@ public:
     bool readHeader(wxString, bool) override { return false; }
     bool closeRead() override;
 
-    /// The open file; null when closed. Its position is ahead of what was read from it.
+    /// The open file; null when closed. The scanner reads ahead, so the stream's position means
+    /// nothing.
     vpc::FileHandle stream;
 
 protected:

@@ -9,11 +9,6 @@ using namespace vpc::test;
 
 namespace {
 
-std::string describeBox(const VpcBoundingBoxAxisAligned& box) {
-    const auto &a = box.minPoint, &b = box.maxPoint;
-    return joined(a.x, a.y, a.z, '-', b.x, b.y, b.z);
-}
-
 class FileIoFactoryTest : public testing::Test {
 protected:
     wxString write(const std::string& name, const std::string& bytes) {
@@ -23,6 +18,7 @@ protected:
     bool determineBox(const std::vector<wxString>& files, VpcDataFormat format) {
         return FileIoFactory::DetermineMultipleBoundingBox(files, format, box, message, &summary);
     }
+    std::string corners() const { return describeBox(box.minPoint, box.maxPoint); }
     TempFolder folder;
     VpcBoundingBoxAxisAligned box{VpcPoint3D(1, 1, 1), VpcPoint3D(2, 2, 2)};
     wxString message = "before";
@@ -56,11 +52,11 @@ TEST_F(FileIoFactoryTest, TheBoxHoldsAllFilesThatDeliverPoints) {
     const wxString five = write("d.pts", "2\n.9 9 9 9 9\n9 9 9 9 9\n");
     EXPECT_TRUE(determineBox({infinite, a, five, b}, DataFormat_PTS));
     // The points of the unknown layout are those of the buffer: that of the file before and zeros.
-    EXPECT_EQ(describeBox(box), "-1 0 0 - 1 5 4");
+    EXPECT_EQ(corners(), "-1 0 0 - 1 5 4");
     EXPECT_EQ(joined(summary.points, summary.nonFinitePoints, summary.pointsWithoutValues),
               "6 1 2");
     EXPECT_TRUE(determineBox({a}, DataFormat_PTS));
-    EXPECT_EQ(describeBox(box), "1 2 3 - 1 2 3") << "begins anew";
+    EXPECT_EQ(corners(), "1 2 3 - 1 2 3") << "begins anew";
     EXPECT_EQ(message, "before");
 }
 
@@ -72,10 +68,10 @@ TEST_F(FileIoFactoryTest, WithoutPointsTheBoxStaysAsItWas) {
     EXPECT_TRUE(determineBox({empty, empty}, DataFormat_LAS));
     EXPECT_TRUE(determineBox({toWx(folder.path() / "none.pts")}, DataFormat_PTS));
     EXPECT_FALSE(determineBox({empty}, DataFormat_Unknown));
-    EXPECT_EQ(describeBox(box), "1 1 1 - 2 2 2");
+    EXPECT_EQ(corners(), "1 1 1 - 2 2 2");
     EXPECT_TRUE(message.EndsWith("none.pts cannot be opened and is left out")) << message;
     EXPECT_TRUE(determineBox({empty, write("b.las", one.bytes())}, DataFormat_LAS));
-    EXPECT_EQ(describeBox(box), "1 1 1 - 1 1 1");
+    EXPECT_EQ(corners(), "1 1 1 - 1 1 1");
 }
 
 }  // namespace

@@ -54,6 +54,8 @@ TEST_F(PlyIOTest, WritesFacesAsTrianglesOfTheirFirstThree) {
         "0.000000\t0.000000\t0.000000\n";
     EXPECT_TRUE(PlyIO::WriteVerticesFaces(corners(1), {{4, 5, 6, 7}, {1, 2}}, name));
     EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
+    EXPECT_TRUE(PlyIO::WriteVerticesTriangles(corners(1), {{4, 5, 6}, {1, 2, 2}}, name));
+    EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
     EXPECT_TRUE(PlyIO::WriteCuboid(corners(8), name));
     EXPECT_EQ(body(8),
               "3 0 1 2,3 0 2 3,3 0 3 7,3 0 4 7,3 3 2 6,3 3 6 7,3 1 2 6,3 1 5 6,3 0 1 5,3 0 4 5,"
@@ -84,6 +86,7 @@ TEST_F(PlyIOTest, MergesMeshesByMovingTheirIndices) {
     const auto mesh = PlyIO::MergeVerticesFacesList(
         {{corners(3), {{0, 1, 2}}}, {{}, {}}, {corners(4), {{0, 1, 2, 3}, {3, 2, 1}}}});
     EXPECT_EQ(mesh.second, (PlyIO::Faces{{0, 1, 2}, {3, 4, 5, 6}, {6, 5, 4}}));
+    EXPECT_TRUE(mesh.first.size() == 7 && mesh.first[5] == corners(3)[2]);
 }
 
 TEST_F(PlyIOTest, ReadsVerticesBack) {

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <limits>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include "io/PtsIO.h"
@@ -20,6 +21,10 @@ protected:
     Delivered read(const std::string& text) {
         writeBytes(file, text);
         return readAll(reader, file);
+    }
+    void open(const std::string& text) {
+        writeBytes(file, text);
+        reader.initializeRead(toWx(file));
     }
     /// The points of a text: coordinates, colour, intensity and distance; only the coordinates
     /// where the others are as in a point without them.
@@ -74,8 +79,7 @@ TEST_F(PtsIOTest, ReadsBlocksAndBatchesInTurn) {
     read("1\n-100 0 0\n");
     EXPECT_EQ(read("2\n1 1 1\n2 2 2\n4\n3 3 -3\n4 4 4\n5 5 5\n6 6 6\n1\n7 7 7\nend").batches,
               (Batches{2, 3, 1, 1}));
-    EXPECT_EQ(extentOf(reader), "1 1 -3 - 7 7 7");
-    EXPECT_EQ(reader.pointsWithoutValues, 0u);
+    EXPECT_EQ(joined(extentOf(reader), reader.pointsWithoutValues), "1 1 -3 - 7 7 7 0");
     read("4\nnan 0 0 5 900 1 1\n1 2 3 5 10 1 1\n1 inf 3 5 800 1 1\n4 5 6 5 20 1 1\n");
     EXPECT_EQ(joined(reader.nonFinitePoints, reader.maxRed), "2 20");
     EXPECT_EQ(extentOf(reader), "1 2 3 - 4 5 6");
@@ -83,13 +87,16 @@ TEST_F(PtsIOTest, ReadsBlocksAndBatchesInTurn) {
 
 TEST_F(PtsIOTest, NotesACountThatCannotBeTrue) {
     for (const char* count : {"100", "18446744073709551615", "99999999999999999999999", "-5"}) {
-        writeBytes(file, std::string(count) + "\n1 2 3\n");
-        reader.initializeRead(toWx(file));
+        open(std::string(count) + "\n1 2 3\n");
         EXPECT_NE(reader.impossibleCount, 0u) << count;
         EXPECT_EQ(reader.nextPointBatch(), 3u) << count;
     }
-    read("8\n1 2 3\n");
+    open("8\n1 2 3\n");
     EXPECT_EQ(reader.impossibleCount, 0u) << "as many as the file has bytes";
+    EXPECT_EQ(joined(reader.hasMoreBlocks, reader.blockPointCount, reader.numberOfBatches),
+              "1 8 3");
+    EXPECT_EQ(fcntl(fileno(reader.stream.get()), F_GETFL) & O_ACCMODE, O_RDWR)
+        << "so that a scan that is read-only to the user is not read";
 }
 
 TEST_F(PtsIOTest, TruncatesColoursToTheirLow16Bits) {
@@ -168,8 +175,8 @@ TEST_F(PtxIOTest, HeadersWithoutAGridEndTheReading) {
         EXPECT_EQ(reader.impossibleCount, 0u) << size;
         EXPECT_EQ(read(scan("1 1", pointLine) + scan(size, pointLine)).points.size(), 1u) << size;
     }
-    writeBytes(file, scan("1000 1000", pointLine));
-    reader.initializeRead(toWx(file));
+    open(scan("1000 1000", pointLine));
+    EXPECT_EQ(joined(reader.scanPointCount, reader.numberOfBatches), "1000000 333334");
     EXPECT_EQ(reader.impossibleCount, 1000000u) << "noted where it cannot be true";
     EXPECT_EQ(reader.nextPointBatch(), 1u);
 }
@@ -179,9 +186,10 @@ TEST_F(PtxIOTest, StatisticsAreOfTheFileAndOfFinitePoints) {
     // The first batch holds no point at all, the second starts with one that is not finite.
     const std::string empty = "0 0 0 0 0 0 0\n";
     EXPECT_EQ(read(scan("6 1", empty + empty + empty +
-                                   "1 nan 3 9 999 0 0\n4 5 6 1 2 3 4\n7 8 9 1 2 3 4\n"))
+                                   "1 nan 3 9 999 0 0\n4 5 6 1 2 3 4\n7 8 9 1 2 3 4\n") +
+                   scan("1 1", "5 5 6 1 2 3 4\n"))
                   .batches,
-              (Batches{0, 3}));
+              (Batches{0, 3, 1}));
     EXPECT_EQ(extentOf(reader), "4 5 6 - 7 8 9");
     EXPECT_EQ(joined(reader.nonFinitePoints, reader.maxRed), "1 900");
     EXPECT_EQ(readAll(reader, folder.path() / "none.ptx").batches, Batches{0});
@@ -195,12 +203,12 @@ TEST_F(PtxIOTest, WritesOneScan) {
     };
     const std::string head = "2\n1\n" + pose + identity;
     std::vector<VpcPoint3D> points{VpcPoint3D(1.5, 2, 0, 256, 128, 0, 99),
-                                   VpcPoint3D(1.23456789123, 2, 10, 0, 0, 255)};
+                                   VpcPoint3D(1.23456789123, 2, 10, 0, 0, 256)};
     EXPECT_EQ(written(points, VPC_Stylization_SCANCOLORS),
-              head + "1.5 2 0 0.5 256 128 0\n1.23456789 2 10 0.33203125 0 0 255\n");
+              head + "1.5 2 0 0.5 256 128 0\n1.23456789 2 10 0.333333333 0 0 256\n");
     points[0].red = 257;
     EXPECT_EQ(written(points, VPC_Stylization_NONE),
-              head + "1.5 2 0 7.64926275e-06 1 1 0\n1.23456789 2 10 5.06639481e-06 0 0 1\n");
+              head + "1.5 2 0 7.64926275e-06 1 1 0\n1.23456789 2 10 5.08626302e-06 0 0 1\n");
     points[0].red = 0;
     for (const auto type : {VPC_Stylization_INTENSITY, VPC_Stylization_ELEVATION})
         EXPECT_EQ(written(points, type),

@@ -54,10 +54,13 @@ inline std::vector<std::string> describe(const std::vector<VpcPoint3D>& points) 
     return lines;
 }
 
+template <class Corner>
+std::string describeBox(const Corner& low, const Corner& high) {
+    return joined(low.x, low.y, low.z, '-', high.x, high.y, high.z);
+}
+
 inline std::string extentOf(const FileParentIO& reader) {
-    const auto& a = reader.extentMin;
-    const auto& b = reader.extentMax;
-    return joined(a.x, a.y, a.z, '-', b.x, b.y, b.z);
+    return describeBox(reader.extentMin, reader.extentMax);
 }
 
 /// The extent of a reader that has read no point.

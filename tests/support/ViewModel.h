@@ -32,6 +32,12 @@ inline Doubles3 unit(const Doubles3& a) {
     return moved({}, a, 1 / std::sqrt(dot(a, a)));
 }
 
+struct ModelCamera {
+    Doubles3 eye{}, target{}, up{};
+    double width = 0, height = 0;
+    bool perspective = false;
+};
+
 /// A rotation by rows, and a translation after it.
 struct Pose {
     std::array<Doubles3, 3> rows{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
@@ -40,16 +46,14 @@ struct Pose {
     Doubles3 toWorld(const Doubles3& p) const {
         return {dot(rows[0], p) + shift[0], dot(rows[1], p) + shift[1], dot(rows[2], p) + shift[2]};
     }
+    ModelCamera placed(const ModelCamera& c) const {
+        return {toWorld(c.eye), toWorld(c.target), moved(toWorld(c.up), shift, -1),
+                c.width,        c.height,          c.perspective};
+    }
     Doubles3 toTree(const Doubles3& p) const {
         const Doubles3 d = moved(p, shift, -1);
         return moved(moved(moved({}, rows[0], d[0]), rows[1], d[1]), rows[2], d[2]);
     }
-};
-
-struct ModelCamera {
-    Doubles3 eye{}, target{}, up{};
-    double width = 0, height = 0;
-    bool perspective = false;
 };
 
 /// A view or pick volume as the half spaces that it lies in, for points in the tree's frame.

@@ -8,9 +8,10 @@ namespace vpc {
 /// The units a drawing may be in, numbered as CAD hosts number them.
 class DrawingUnits {
 public:
-    /// The name of a unit's code; empty for a code that is none.
+    /// The name of the unit with this code; empty if there is none.
     static std::string Name(unsigned long long code);
-    /// The code of a unit given as its code or its name, singular or plural, in any letter case.
+    /// The code of the unit that `text` names: by its code, or by its name in singular or plural
+    /// and any letter case.
     static std::optional<unsigned long long> Parse(const std::string& text);
     /// Every code with its name, for a help text.
     static std::string List();

@@ -11,7 +11,8 @@
 
 namespace {
 
-/// The most characters that a string read from a file may hold; part of the file's design.
+/// The most characters that a string read from a file may hold. The tree file is designed for this
+/// limit.
 constexpr std::size_t scratchCharacters = 1024;
 
 const char* cMode(VpcFileMode mode, bool append) {
@@ -41,7 +42,7 @@ bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bo
         return false;
     }
     file_ = std::fopen(native.c_str(), cMode(openMode, append));
-    // The C library opens folders for reading, with no size that could be trusted.
+    // The C library opens folders for reading, too, and gives them a meaningless size.
     if (file_ != nullptr && isFolder(file_)) StreamClose();
     failed_ = file_ == nullptr;
     return !failed_;
@@ -49,7 +50,7 @@ bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bo
 
 void FileBufferStream::StreamClose() {
     if (file_ == nullptr) return;
-    // fclose gives the handle up even where it fails, so it is cleared either way.
+    // fclose gives the handle up even if it fails, so the handle is cleared in any case.
     if (std::fclose(file_) != 0) failed_ = true;
     file_ = nullptr;
 }
@@ -145,7 +146,7 @@ bool FileBufferStream::ReadFileBlock2Buffer(unsigned long long offset, unsigned 
 
 void FileBufferStream::WriteBuffer2File(unsigned long long startOffset, bool wholeBuffer,
                                         unsigned long long count) {
-    // Never past the end of the buffer, where an offset leaves less than the whole of it.
+    // Behind an offset there is less than the whole buffer left, and nothing beyond it is written.
     if (startOffset > bufferSize) return;
     const bool all = wholeBuffer || bufferSize <= count;
     const unsigned long long wanted = all ? bufferSize : count;
@@ -177,8 +178,8 @@ void FileBufferStream::WriteBytes(const void* data, unsigned long long count) {
 }
 
 void FileBufferStream::DeleteBuffer() {
-    // Deletes an attached external block too: callers never mix the two, and which memory is
-    // freed when must not change.
+    // This deletes an attached external block, too. Callers never mix the two, and they rely on
+    // which memory is freed when.
     delete[] bufferStart;  // NOLINT
     bufferStart = bufferCursor = nullptr;
     bufferSize = lastBlockSize_ = 0;

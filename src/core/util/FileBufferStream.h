@@ -56,13 +56,13 @@ public:
     void StreamClose();
     /// True while no operation has failed, the last StreamClose included.
     bool IsStreamGood() const { return !failed_; }
-    /// True when the system could not move bytes of the open file, which the end of the file is
-    /// not. StreamClearState does not forget it.
+    /// True when the system has failed to read or write the open file. Reaching its end is no such
+    /// failure. StreamClearState does not reset this.
     bool HasSystemError() const { return file_ != nullptr && std::ferror(file_) != 0; }
     /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
     /// cut short.
     void StreamClearState() { failed_ = false; }
-    /// The current position in the file; all ones when it cannot be told.
+    /// The current position in the file; all ones when the system cannot tell it.
     unsigned long long StreamPosition();
     /// Moves the file position to `offset` bytes from the start.
     void StreamSeek(unsigned long long offset);
@@ -125,7 +125,7 @@ public:
     /// Uses `block`, which stays the caller's, as the buffer. The old buffer is deleted whoever
     /// owns it.
     void AttachExternalBuffer(char* block, unsigned long long size);
-    /// Lets go of the buffer, deleting it unless it is external.
+    /// Gives up the buffer and deletes it unless it is external.
     void ReleaseBuffer();
 
     // --- Between file and buffer --------------------------------------------------------------
@@ -135,11 +135,11 @@ public:
     bool ReadFile2Buffer();
     /// Reads from `offset` as many bytes as the buffer holds: a buffer smaller than `size` is
     /// first replaced by one of `size` bytes, a larger one is kept with its cursor and filled
-    /// whole. False when the stream is not good; a block that the file's end cuts short gives
-    /// true and the fail state, and LastBlockSize tells how much of it is real.
+    /// whole. False when the stream is not good. A block that the file's end cuts short gives true
+    /// and the fail state, and LastBlockSize tells how many bytes came from the file.
     bool ReadFileBlock2Buffer(unsigned long long offset, unsigned long long size);
-    /// The bytes that the last ReadFile2Buffer or ReadFileBlock2Buffer really read into the
-    /// buffer; 0 in a new one.
+    /// How many bytes the last ReadFile2Buffer or ReadFileBlock2Buffer read from the file; 0 for a
+    /// new buffer.
     unsigned long long LastBlockSize() const { return lastBlockSize_; }
     /// Writes the bytes from `startOffset` of the buffer: all `bufferSize` of them when
     /// `wholeBuffer` or when the buffer is no larger than `count`, otherwise `count`.
@@ -201,7 +201,8 @@ private:
         StreamSeek(offset);
         return *this;
     }
-    /// Whether bytes can move; without an open file that fails like any other transfer.
+    /// Whether a transfer may begin. Without an open file it sets the fail state, as any failed
+    /// transfer does.
     bool CanTransfer() {
         if (file_ == nullptr) failed_ = true;
         return !failed_;

@@ -1,5 +1,5 @@
-// A point's way through a stream's buffer. It is defined here and not beside the point, because
-// geometry knows nothing of files.
+// Packs points into the buffer of a stream and unpacks them. The code stands here and not beside
+// the point because geometry must not depend on files.
 
 #include "core/geometry/VpcPoint3D.h"
 #include "core/util/FileBufferStream.h"

@@ -11,8 +11,8 @@ class StringTools {
 public:
     /// A new globally unique identifier from the host, fit for a file name.
     static wxString createGUID();
-    /// The tokens of `text` between any of the delimiter characters. Empty tokens are skipped where
-    /// every delimiter is white space, and returned otherwise (but for those at the end).
+    /// Splits `text` at any of the delimiter characters. Empty tokens are skipped if every
+    /// delimiter is white space. Otherwise they are returned, except at the end of the text.
     static std::vector<wxString> Split(const wxString& text, const wxString& delimiters);
     /// `path` with the extension of its file name replaced by `extension` (without the dot), or
     /// added where it has none.

@@ -13,11 +13,11 @@ namespace vpc {
 namespace {
 
 constexpr std::size_t blockSize = std::size_t{1} << 20;
-/// Characters that are ahead before the fast path starts; longer numbers take the slow one.
+/// The fast path makes sure of this many characters ahead. Longer numbers take the slow path.
 constexpr std::size_t fastLookAhead = 128;
-/// Zeros after the text read, for the loads of eight characters at a time.
+/// Zeros behind the text, because eight characters are loaded at a time.
 constexpr std::size_t padding = 16;
-/// A double holds every integer of as many decimal digits exactly.
+/// A double holds every integer of up to this many decimal digits exactly.
 constexpr std::ptrdiff_t maxExactDigits = 15;
 
 /// The powers of ten that a double holds exactly.
@@ -46,21 +46,21 @@ bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-/// Appends the decimal digits from `p` on to `value`, which wraps when they are too many; returns
-/// where they end. Eight at a time and without a branch for each: numbers of changing length
-/// would make most of those branches mispredicted ones. Up to eight characters behind the digits
-/// are looked at.
+/// Appends the decimal digits at `p` to `value`, which wraps when there are too many; returns where
+/// they end. It takes eight digits at a time and has no branch for each of them, because with
+/// numbers of changing length the processor would mispredict most of those branches. It looks at up
+/// to eight characters behind the digits.
 const char* readDigits(const char* p, std::uint64_t& value) {
     for (;;) {
         std::uint64_t eight = 0;
         std::memcpy(&eight, p, sizeof eight);
         eight ^= 0x3030303030303030ULL;  // digits become 0 to 9, all else 10 and above
-        // The top bit of every byte above 9. A carry only disturbs bytes after such a one.
+        // Sets the top bit of every byte above 9. A carry disturbs only bytes behind such a byte.
         const std::uint64_t others =
             ((eight + 0x7676767676767676ULL) | eight) & 0x8080808080808080ULL;
         const int digits = others == 0 ? 8 : std::countr_zero(others) / 8;
         if (digits == 0) return p;
-        // Moved up, with zeros before them; then pairs, fours and eights are joined.
+        // Moves the digits up, with zeros before them, and joins them to pairs, fours and eights.
         std::uint64_t n = eight << (64 - 8 * digits);
         n = n * 10 + (n >> 8);
         n = ((n & 0x000000FF000000FFULL) * 0x000F424000000064ULL +
@@ -72,7 +72,7 @@ const char* readDigits(const char* p, std::uint64_t& value) {
     }
 }
 
-/// Reads "e", a sign and up to four digits at `p`. False where that is not what is there.
+/// Reads "e", a sign and up to four digits at `p`. False if something else stands there.
 bool readExponent(const char*& p, int& exponent) {
     const char* q = p + 1;
     const bool negative = *q == '-';
@@ -86,8 +86,8 @@ bool readExponent(const char*& p, int& exponent) {
     return true;
 }
 
-/// Converts a number in plain decimal notation at `p`; returns where it ends, or null where it
-/// takes the general way.
+/// Converts a number in plain decimal notation at `p`; returns where it ends, or null if the number
+/// needs the general conversion.
 const char* readPlainDecimal(const char* p, double& value) {
     const bool negative = *p == '-';
     if (negative || *p == '+') ++p;
@@ -121,7 +121,8 @@ const char* readPlainDecimal(const char* p, double& value) {
     return p;
 }
 
-/// Converts an integer of up to nine digits at `p`; returns where it ends, or null for all others.
+/// Converts an integer of up to nine digits at `p`; returns where it ends, or null if there is
+/// none.
 const char* readShortInt(const char* p, int& value) {
     constexpr std::ptrdiff_t mostDigits = 9;
     const bool negative = *p == '-';
@@ -248,8 +249,8 @@ std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
     return count;
 }
 
-/// Collects the characters that the C library takes for a number, which may be more than make
-/// up a valid one, and converts them.
+/// Collects the characters that the C library consumes for a number, even if they make no valid
+/// one, and converts them.
 bool TextScanner::ScanAnyDouble(double& value) {
     token_.clear();
     int c = Get();
@@ -279,7 +280,7 @@ bool TextScanner::ScanAnyDouble(double& value) {
     return token_.size() != prefixLength && ConvertToken(value);
 }
 
-/// Collects the rest of a word; the first character that differs is consumed as well.
+/// Collects the rest of a word. The first character that differs is consumed as well.
 bool TextScanner::CollectWord(std::string_view rest) {
     for (const char expected : rest) {
         if (toLower(Get()) != expected) return false;

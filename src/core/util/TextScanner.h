@@ -56,8 +56,8 @@ private:
     };
 
     bool ScanInteger(Integer& integer);
-    /// False for a number that could not be read up to `numberEnd`, and for one that touches the
-    /// end of what is ahead and may go on in the next block.
+    /// False if no number was read (`numberEnd` is null), and if the number touches the end of the
+    /// block and may go on in the next one.
     bool IsWhole(const char* numberEnd) const {
         return numberEnd != nullptr && (numberEnd != end_ || atEnd_);
     }
@@ -81,8 +81,8 @@ private:
     }
 
     std::FILE* file_ = nullptr;
-    /// A little larger than is ever filled: zeros follow the text read, so that a loop over digits
-    /// needs no test for the end.
+    /// A little larger than the text in it: zeros follow the text, so that a loop over digits needs
+    /// no test for the end.
     std::unique_ptr<char[]> buffer_;
     const char* cursor_ = nullptr;
     const char* end_ = nullptr;

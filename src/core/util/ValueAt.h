@@ -4,7 +4,7 @@
 
 namespace vpc {
 
-/// The value of type T that begins at `bytes`, wherever that is: in the middle of a record, say.
+/// The value of type T at `bytes`, which need not be aligned: it may lie in the middle of a record.
 template <class T>
 T valueAt(const char* bytes) {
     T value;

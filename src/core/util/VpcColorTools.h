@@ -6,8 +6,8 @@
 #include "core/geometry/VpcNumMathTools.h"
 #include "core/util/VpcDefinitions.h"
 
-/// Colour ramps: a value's place between `min` and `max` becomes red, green and blue on the scale
-/// 0 to 255.
+/// Colour ramps: they turn a value's place between `min` and `max` into red, green and blue on the
+/// scale 0 to 255.
 ///
 /// Deliberately, no ramp clamps its input: values outside the range extrapolate, and Hydro's blue
 /// runs past 255 by itself. An empty range gives infinities or NaN (0 in Jet). The ramps are
@@ -60,15 +60,15 @@ public:
     }
 
 private:
-    /// The darkest step of the ramps of one colour: not black, so that their low end can be seen.
+    /// Where the ramps of a single colour start: not at black, so that their low end can be seen.
     static constexpr double darkest = 38;
 
     static double Ramp(double value, double min, double max, double from, double to) {
         return VpcNumMathTools::LinearInterpolate(value, min, max, from, to);
     }
-    /// A hump of Jet around `centre`, both on the scale 0 to 255.
+    /// One channel of Jet, which peaks around `centre`; `t` and `centre` are on the scale 0 to 255.
     static double JetChannel(double t, double centre) {
-        // The 0 comes first so that it wins over a NaN.
+        // std::max gives its first argument where the second is a NaN, which thus becomes 0.
         return std::min(std::max(0.0, 1.5 - std::abs((t - centre) * 0.015625)), 1.0) * 255;
     }
 };

@@ -2,7 +2,7 @@
 
 #include <wx/string.h>
 
-/// Colour ramp for points; ScanColors is none.
+/// Colour ramp for points. With ScanColors they keep the colours of the scan.
 enum VpcColorScheme : int {
     VPC_ColorScheme_ScanColors = 0,
     VPC_ColorScheme_Spectrum = 1,

@@ -8,7 +8,7 @@
 #include "core/util/VpcTimer.h"
 
 VpcLogger* VpcLogger::Instance() {
-    // Never destroyed, so that whatever ends last may still log.
+    // Never destroyed, so that code that runs while the process ends can still log.
     static VpcLogger* const logger = new VpcLogger;  // NOLINT
     return logger;
 }

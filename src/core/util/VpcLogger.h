@@ -16,14 +16,14 @@ public:
     /// File position after that line.
     unsigned long long endPosition = 0;
 
-    /// The one logger, made on first use with a closed log and never destroyed.
+    /// The one logger. The first call creates it with a closed log; it is never destroyed.
     static VpcLogger* Instance();
 
     /// Starts a log, overwriting an older file, and the process timer. Does nothing while a log is
     /// open.
     void Open(const wxString& path);
-    /// Adds a line, or writes it over the last one. The file is not cut off: what a longer last
-    /// line had beyond the new one remains.
+    /// Adds a line, or writes it over the last one. The file is not cut off: where the last line
+    /// was longer, its end remains behind the new one.
     void Add(const wxString& text, bool replaceLastLine = false);
     /// Stops the process timer, adds a line with its time, and closes the file.
     void Close();

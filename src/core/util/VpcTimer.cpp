@@ -13,7 +13,7 @@ VpcTimer::TimePoint now() {
     return std::chrono::time_point_cast<microseconds>(std::chrono::system_clock::now());
 }
 
-/// Takes the whole units of `unitSeconds` out of `seconds`.
+/// Subtracts as many whole units of `unitSeconds` from `seconds` as it holds; returns their number.
 unsigned long long takeWhole(double& seconds, double unitSeconds) {
     const auto whole = static_cast<unsigned long long>(seconds / unitSeconds);
     seconds -= static_cast<double>(whole) * unitSeconds;
@@ -51,7 +51,7 @@ void VpcTimer::GetHoursMinutesSecondsMSeconds(unsigned long long& hours,
                                               unsigned long long& minutes,
                                               unsigned long long& seconds,
                                               unsigned long long& milliseconds) {
-    // Longer than any run, and still a whole number of hours that fits.
+    // Longer than any run, and short enough for its hours to fit into 64 bits.
     constexpr double longest = 1e15;
     elapsedSeconds = elapsedSeconds > 0 ? std::min(elapsedSeconds, longest) : 0.0;
     hours = takeWhole(elapsedSeconds, 3600);

@@ -12,10 +12,11 @@ public:
 
     TimePoint startTime;
     TimePoint stopTime;
-    /// The last measurement in seconds, used up by formatting it.
+    /// The last measurement in seconds. Formatting it uses it up.
     double elapsedSeconds = 0.0;
 
-    /// The one timer, made on first use and after Release; not the caller's to delete.
+    /// The one timer. The first call creates it, and so does the first one after Release. Callers
+    /// do not delete it.
     static VpcTimer* Instance();
     /// Destroys the timer.
     static void Release();
@@ -25,11 +26,11 @@ public:
     long long Stop();
 
     /// Splits elapsedSeconds and leaves only the fraction of a second in it: a measurement is
-    /// formatted once, after its Stop. A clock that was set back in between reads as zero.
+    /// formatted once, after its Stop. If the clock was set back in between, all four are zero.
     void GetHoursMinutesSecondsMSeconds(unsigned long long& hours, unsigned long long& minutes,
                                         unsigned long long& seconds,
                                         unsigned long long& milliseconds);
-    /// elapsedSeconds as "00h:03m:07s.250ms", used up like above.
+    /// Formats elapsedSeconds as "00h:03m:07s.250ms" and uses it up in the same way.
     wxString ElapsedTimeToString();
 
     /// The local time as "[2024-03-05 14:07:09.042]".

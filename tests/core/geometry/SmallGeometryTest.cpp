@@ -7,6 +7,7 @@
 #include "core/geometry/VpcInterval.h"
 #include "core/geometry/VpcLine3D.h"
 #include "core/geometry/VpcNodeIndex.h"
+#include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPlaneDef.h"
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/geometry/VpcTransform3D.h"
@@ -32,6 +33,7 @@ TEST(VpcInterval, KeepsItsBoundsInOrder) {
     EXPECT_TRUE(low.OverlapsClosed(next) && !low.OverlapsClosed({2, 3}));
     // Where both begin together it is the other interval whose end counts.
     EXPECT_FALSE(VpcInterval(0, 2).OverlapsHalfOpen({0, 0}));
+    EXPECT_EQ(VpcNumMathTools::RescaleRange(2, 1, 5, 10, 30), 15);
 }
 
 TEST(VpcNodeIndex, PrintsThePathFromTheRoot) {
@@ -146,6 +148,12 @@ TEST(VpcSimplePointTools, Statistics) {
     Tools::IndexList x{99}, y, z;
     Tools::SortIndices(points, x, y, z);
     EXPECT_EQ(joined(x[0], x[1], x[2], y[0], y[1], y[2], z[0], z[1], z[2]), "1 2 0 0 2 1 1 0 2");
+    double distance = 0;
+    EXPECT_TRUE(Tools::DetermineMinPointsDistance(points, distance));
+    EXPECT_EQ(distance, std::sqrt(26));
+    std::array<double, 8> r{};  // intensity, red, green and blue, each from its least on
+    Tools::GetColorRanges(points, r[0], r[1], r[2], r[3], r[4], r[5], r[6], r[7]);
+    EXPECT_EQ(r, (std::array<double, 8>{-2, 7, 10, 65535, 0, 20, 1, 60}));
 }
 
 TEST(VpcSimplePointTools, CountsEveryPointOnceByItsWorstCoordinate) {

@@ -12,8 +12,7 @@ using Box = VpcBoundingBoxAxisAligned;
 using vpc::test::joined;
 
 std::string corners(const Box& box) {
-    const VpcPoint3D &a = box.minPoint, &b = box.maxPoint;
-    return joined(a.x, a.y, a.z, '-', b.x, b.y, b.z);
+    return vpc::test::describeBox(box.minPoint, box.maxPoint);
 }
 
 TEST(VpcBoundingBoxAxisAligned, DerivesItsMembersFromTheCorners) {
@@ -38,8 +37,8 @@ TEST(VpcBoundingBoxAxisAligned, GrowsMergesAndScales) {
     EXPECT_EQ(corners(box), vpc::test::emptyExtent);
     const Box other(1, 2, 3, 4, 5, 6);
     EXPECT_EQ(corners(box.MergeWith(other)), "1 2 3 - 4 5 6");
-    box.UpdateRegionOfInterest(VpcPoint3D(5, 6, 7));
     box.UpdateRegionOfInterest(VpcPoint3D(4, 9, 7));
+    box.UpdateRegionOfInterest(VpcPoint3D(5, 6, 7));
     EXPECT_EQ(corners(box), "4 6 7 - 5 9 7");
     EXPECT_EQ(corners(box.MergeWith(other)), "1 2 3 - 5 9 7");
     EXPECT_EQ(joined(box.sideX, box.sideY, box.sideZ), "1 3 0");
@@ -52,6 +51,10 @@ TEST(VpcBoundingBoxAxisAligned, GrowsMergesAndScales) {
     EXPECT_EQ(corners(box), "-0.5 -0.5 -0.5 - 2.5 2.5 2.5");
     box.SetNewBoundaries(Box(4, 4, 4, 1, 1, 1));
     EXPECT_EQ(box.sideX, -3) << "corners are taken as given";
+    std::string vertices;
+    for (const VpcPoint3D& v : Box(0, 2, 4, 1, 3, 5).GetVertexList())
+        vertices += joined(v.x, v.y, v.z, "");
+    EXPECT_EQ(vertices, "0 2 4 0 3 4 1 3 4 1 2 4 0 2 5 0 3 5 1 3 5 1 2 5 ");
 }
 
 TEST(VpcBoundingBoxAxisAligned, ContainsPoints) {
@@ -68,18 +71,24 @@ TEST(VpcBoundingBoxAxisAligned, ContainsPoints) {
 }
 
 TEST(VpcBoundingBoxAxisAligned, IntersectsRays) {
-    // The last passes it: it leaves the y slab at 1, before it enters the x slab at 2.
+    // One leaves from a side, one touches an edge, and the last passes: it leaves the y slab at 1,
+    // before it enters the x slab at 2.
     const std::tuple<VpcPoint3D, VpcVector3D, bool, double> cases[] = {
-        {{-1, 0.5, 0.5}, {0.5, 0, 0}, true, 2},
-        {{2, 0.5, 0.5}, {1, 0, 0}, false, -1},
-        {{0.5, 0.5, 0.25}, {0, 0, 1}, true, -0.25},
-        {{-1, -1, -1}, {1, 1, 1}, true, 1},
+        {{-1, 0.5, 0.5}, {0.5, 0, 0}, true, 2},     {{2, 0.5, 0.5}, {1, 0, 0}, false, -1},
+        {{1, 0.5, 0.5}, {1, 0, 0}, true, -1},       {{-1, 1, 0.5}, {1, -1, 0}, true, 1},
+        {{0.5, 0.5, 0.25}, {0, 0, 1}, true, -0.25}, {{-1, -1, -1}, {1, 1, 1}, true, 1},
         {{-2, 0, 0.5}, {1, 1, 0}, false, 1}};
     for (const auto& [origin, direction, hit, expected] : cases) {
         double t = 99;
         EXPECT_EQ(Box(0, 0, 0, 1, 1, 1).Intersect(VpcLine3D(origin, direction), t), hit) << origin;
         EXPECT_EQ(t, expected) << origin;
     }
+}
+
+TEST(VpcBoundingBoxAxisAligned, OrdersProjectedPointsByXThenY) {
+    const VpcPoint3D left(0, 9, 0), low(1, 2, 0), high(1, 3, 0);
+    EXPECT_TRUE(sortProjPoints(left, low) && sortProjPoints(low, high));
+    EXPECT_FALSE(sortProjPoints(low, left) || sortProjPoints(high, low));
 }
 
 }  // namespace

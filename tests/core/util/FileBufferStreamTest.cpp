@@ -43,6 +43,7 @@ TEST_F(FileBufferStreamTest, OpensOneFileAtATimeAndNoFolder) {
     EXPECT_STREQ(stream.fileName.data(), file.c_str());
     EXPECT_FALSE(stream.StreamOpen(toWx(folder.path() / "other"), FileModeWrite));
     EXPECT_FALSE(stream.IsStreamGood() || std::filesystem::exists(folder.path() / "other"));
+    EXPECT_EQ(stream.mode, FileModeWrite) << "as asked for last";
     stream.StreamClose();
     EXPECT_FALSE(stream.StreamOpen(wxString('x', 5000), FileModeRead)) << "cut to fit its field";
 }
@@ -158,14 +159,17 @@ TEST_F(FileBufferStreamTest, BlockReadsFillTheBufferWhichOnlyGrows) {
     EXPECT_FALSE(stream.IsStreamGood());
     EXPECT_EQ(stream.LastBlockSize(), 90U);
     EXPECT_EQ(stream.bufferCursor - stream.bufferStart, 2) << "the cursor stays";
+    EXPECT_FALSE(stream.ReadFileBlock2Buffer(0, 10));
+    EXPECT_EQ(stream.LastBlockSize(), 0U);
     EXPECT_FALSE(stream.ReadFileBlock2Buffer(0, 110));
     EXPECT_EQ(stream.bufferSize, 110U) << "it grows before the stream is looked at";
-    EXPECT_EQ(stream.LastBlockSize(), 0U);
     FileBufferStream whole;
     ASSERT_TRUE(whole.StreamOpen(toWx(file), FileModeRead));
     whole.StreamSeek(50);
     EXPECT_TRUE(whole.ReadFile2Buffer());
     EXPECT_EQ(std::string(whole.bufferStart, whole.bufferSize), bytes);
+    whole.ReleaseBuffer();
+    EXPECT_EQ(whole.bufferSize + whole.LastBlockSize(), 0U);
 }
 
 TEST_F(FileBufferStreamTest, WritesNothingFromBeyondTheBuffer) {

@@ -1,11 +1,16 @@
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
+#include <ctime>
 #include <limits>
 #include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
+#include <wx/datetime.h>
 
 #include "core/util/StringTools.h"
+#include "core/util/VpcDefinitions.h"
 #include "core/util/VpcLogger.h"
 #include "core/util/VpcTimer.h"
 #include "support/TempFolder.h"
@@ -29,6 +34,30 @@ TEST(StringTools, ReplaceFileExtension) {
     EXPECT_EQ(StringTools::ReplaceFileExtension("a.b", ""), "a");
 }
 
+TEST(StringTools, SplitsTextAndMakesUpNames) {
+    using Tokens = std::vector<wxString>;
+    EXPECT_EQ(StringTools::Split("a,,b", ","), (Tokens{"a", "", "b"}));
+    EXPECT_EQ(StringTools::Split("a  b", " "), (Tokens{"a", "b"}));
+    EXPECT_NE(StringTools::createGUID(), StringTools::createGUID());
+}
+
+TEST(VpcDefinitions, NamesValuesAsTheirEnumerators) {
+    wxString names;
+    for (int i = 0; i < 9; ++i)
+        names += VpcDefinitions::GetVpcColorScheme(static_cast<VpcColorScheme>(i)).substr(16);
+    for (int i = 0; i < 5; ++i)
+        names +=
+            VpcDefinitions::GetVpcStylizationType(static_cast<VpcStylizationType>(i)).substr(16);
+    for (int i = 0; i < 5; ++i)
+        names += VpcDefinitions::GetStringVpcDataFormat(static_cast<VpcDataFormat>(i)).substr(10);
+    for (int i = 0; i < 3; ++i)
+        names += VpcDefinitions::GetStringVpcTreeType(static_cast<VpcTreeType>(i)).substr(4);
+    EXPECT_EQ(names,
+              "ScanColorsSpectrumEarthHydroGrayRedsGreensBluesScanColors"
+              "SCANCOLORSELEVATIONINTENSITYNONESCANCOLORS"
+              "_Unknown_LAS_PTS_PTX_Unknown_Octree_KdTree_Symmetric_Octree");
+}
+
 // --- Time ----------------------------------------------------------------------------------------
 
 TEST(VpcTimer, FormatsAMeasurementOnce) {
@@ -48,8 +77,24 @@ TEST(VpcTimer, FormatsAMeasurementOnce) {
     EXPECT_EQ(timer->elapsedSeconds, 0.5) << "the whole seconds are used up";
     timer->Start();
     timer->startTime -= std::chrono::seconds(90);
-    EXPECT_EQ(timer->Stop() / 10'000'000, 9);
-    EXPECT_EQ(std::floor(timer->elapsedSeconds / 10), 9);
+    const auto elapsed = static_cast<double>(timer->Stop());
+    EXPECT_EQ(std::floor(elapsed / 1e7), 9);
+    EXPECT_EQ(timer->elapsedSeconds, elapsed / 1e6);
+    VpcTimer::Release();
+    EXPECT_EQ(VpcTimer::Instance()->elapsedSeconds, 0) << "a new one";
+}
+
+TEST(VpcTimer, TellsTheLocalTimeInMilliseconds) {
+    const auto ahead = [] {
+        const wxDateTime time = wxDateTime::UNow() + wxTimeSpan::Minutes(345);
+        return time.Format("[%Y-%m-%d %H:%M:%S.%l]", wxDateTime::UTC);
+    };
+    setenv("TZ", "TST-5:45", 1);
+    tzset();
+    const wxString before = ahead(), stamp = VpcTimer::GetCurrentTimeAsString(), after = ahead();
+    unsetenv("TZ");
+    tzset();
+    EXPECT_TRUE(before <= stamp && stamp <= after) << before << stamp << after;
 }
 
 // --- Log -----------------------------------------------------------------------------------------
@@ -67,6 +112,7 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     vpc::test::writeBytes(file, std::string(5000, 'o'));
     VpcLogger* const log = VpcLogger::Instance();
     log->Open(toWx(file));
+    VpcTimer::Instance()->startTime -= std::chrono::hours(2);
     log->Open(toWx(folder.path() / "second.log"));
     EXPECT_EQ(folder.names().size(), 1U) << "one log at a time";
     const std::string opened = "T\t Opened logging\r\n";
@@ -79,9 +125,13 @@ TEST(VpcLogger, WritesLinesAtOnceAndReplacesTheLast) {
     EXPECT_EQ(text(), replaced + " longer line\r\n") << "what the longer line had beyond remains";
     log->Close();
     const std::regex closing(
-        "T\t Closed logging, log file was open for 00h:00m:\\d\\ds.\\d{3}ms\r\n");
+        "T\t Closed logging, log file was open for 02h:00m:\\d\\ds.\\d{3}ms\r\n");
     EXPECT_EQ(text().substr(0, replaced.size()), replaced);
     EXPECT_TRUE(std::regex_match(text().substr(replaced.size()), closing)) << text();
+    log->Open(toWx(file));
+    log->Add("75 %", true);
+    EXPECT_EQ(text(), "T\t 75 %\r\n logging\r\n") << "begins anew";
+    log->Close();
     log->Open("/dev/full");
     log->Add("lost, quietly");
     log->Close();

@@ -1,28 +1,22 @@
 #include "core/util/TextScanner.h"
 
 #include <array>
-#include <bit>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "core/geometry/NumberText.h"
+#include "core/util/FileHandle.h"
 #include "support/LocaleGuard.h"
 
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FilePointer = std::unique_ptr<std::FILE, FileCloser>;
-
-FilePointer openText(const std::string& text) {
-    FilePointer file(std::tmpfile());
+vpc::FileHandle openText(const std::string& text) {
+    vpc::FileHandle file(std::tmpfile());
     std::fwrite(text.data(), 1, text.size(), file.get());
     std::rewind(file.get());
     return file;
@@ -44,8 +38,7 @@ bool agrees(Scanner& ours, bool (Scanner::*scan)(T&), std::FILE* theirs, const c
 /// over, as a reader of points does.
 void compareWithFscanf(const std::string& text, const std::string& kinds) {
     const vpc::test::LocaleGuard locale("C");
-    const FilePointer ours = openText(text);
-    const FilePointer theirs = openText(text);
+    const vpc::FileHandle ours = openText(text), theirs = openText(text);
     Scanner scanner(ours.get());
     for (std::size_t i = 0; i < kinds.size(); ++i)
         ASSERT_TRUE(kinds[i] == 'f' ? agrees(scanner, &Scanner::ScanDouble, theirs.get(), "%lf")
@@ -94,26 +87,20 @@ TEST(TextScanner, AgreesWithFscanfOnRandomText) {
     }
 }
 
-/// Random numbers in the notations that scanners write, many to a file, so that they also cross
-/// the borders of the scanner's blocks.
+/// Random numbers as scanners write them, many to a file, so that they also cross the borders of
+/// the scanner's blocks.
 TEST(TextScanner, AgreesWithFscanfOnNumbersAcrossBlocks) {
-    const vpc::test::LocaleGuard locale("C");
     std::mt19937_64 random(7);
-    std::string text, kinds;
+    std::string text, kinds = "ff";
     while (text.size() < 5'000'000) {
-        char number[400];
-        const std::uint64_t raw = random();
+        const auto raw = static_cast<double>(random() >> (random() % 64));
         const auto digits = static_cast<int>(random() % 21);
-        if (raw % 8 == 0)
-            std::snprintf(number, sizeof number, "%.*e", digits, std::bit_cast<double>(raw));
-        else
-            std::snprintf(number, sizeof number, raw % 8 == 1 ? "%.*g" : "%.*f", digits,
-                          (static_cast<double>(raw) - 9e18) / 1e13);
-        text += number;
+        text += random() % 8 == 0 ? vpc::generalText(raw * 1e-300, digits)
+                                  : vpc::fixedText((raw - 9e18) / 1e13, digits);
         text += random() % 7 == 0 ? "\r\n" : " ";
         kinds += 'f';
     }
-    compareWithFscanf(text, kinds + "ff");
+    compareWithFscanf(text, kinds);
 }
 
 /// A number, a word or a run of white space on a block's border is read as a whole.
@@ -128,7 +115,7 @@ TEST(TextScanner, DoesNotDependOnTheProcessLocale) {
     const vpc::test::LocaleGuard locale("de_DE.UTF-8");
     if (!locale.isSet()) GTEST_SKIP() << "no such locale";
     // The second number is long enough for the general conversion.
-    const FilePointer file = openText("1.5 " + std::string(300, '0') + "2.25 3,5");
+    const vpc::FileHandle file = openText("1.5 " + std::string(300, '0') + "2.25 3,5");
     Scanner scanner(file.get());
     std::array<double, 4> values{};
     EXPECT_EQ(scanner.ScanDoubles(values.data(), 4), 3U);
