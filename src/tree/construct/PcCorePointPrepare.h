@@ -23,9 +23,9 @@ public:
     ///                         points share a place all these levels are made, at a record a node:
     ///                         more than about 60 only cost
     ///
-    /// Every failure comes back as a result; nothing is thrown but std::bad_alloc. Uses the
-    /// process-wide timer: one run at a time.
-    static TreePrepareResult preparePointData(unsigned long long headerValue,
+    /// Every failure comes back as a result whose message says why; nothing is thrown but
+    /// std::bad_alloc. Uses the process-wide timer: one run at a time.
+    [[nodiscard]] static TreePrepareResult preparePointData(unsigned long long headerValue,
                                               const wxString& workingFolder,
                                               const std::vector<wxString>& inputFiles,
                                               wxString outputFile, VpcTreeType treeType,
@@ -33,7 +33,7 @@ public:
                                               unsigned long long maxLevel);
 
     /// The same, watched by `observer`, which can stop the run.
-    static TreePrepareResult preparePointData(unsigned long long headerValue,
+    [[nodiscard]] static TreePrepareResult preparePointData(unsigned long long headerValue,
                                               const wxString& workingFolder,
                                               const std::vector<wxString>& inputFiles,
                                               wxString outputFile, VpcTreeType treeType,
