@@ -152,9 +152,10 @@ void ExportCommand::Write(Format format, std::vector<VpcPoint3D> points) const {
             break;
     }
     Interrupt::Check();
-    if (!isWhole(name, lines) || !replacement.Commit())
+    if (!isWhole(name, lines))
         throw CommandError("'" + output_ +
                            "' cannot be written; choose another folder or make room");
+    replacement.Commit();
 }
 
 }  // namespace vpc

@@ -32,7 +32,8 @@ void OutputFile::Rewind() {
 
 void OutputFile::Commit() {
     Flush();
-    if (std::fclose(file_.release()) != 0 || !replacement_.Commit()) Fail();
+    if (std::fclose(file_.release()) != 0) Fail();
+    replacement_.Commit();
 }
 
 void OutputFile::Flush() {

@@ -107,13 +107,12 @@ bool LasIO::readHeader(wxString path, bool closeAfterHeader) {
 bool LasIO::ReadHeaderBlock(const wxString& path) {
     if (!stream.StreamOpen(path, FileModeRead)) {
         openError = stream.SystemError();
-        return Fail(
-            vpc::IoError(path, wxGetTranslation("cannot be opened"), openError).Message());
+        return Fail(vpc::IoError(path, wxGetTranslation("cannot be opened"), openError).Message());
     }
     stream.ReadFileBlock2Buffer(0, headerBlockBytes);
     if (stream.HasSystemError())
-        return Fail(vpc::IoError(path, wxGetTranslation("cannot be read"), stream.SystemError())
-                        .Message());
+        return Fail(
+            vpc::IoError(path, wxGetTranslation("cannot be read"), stream.SystemError()).Message());
     stream.StreamClearState();  // most files are shorter than the block, or may be
     if (stream.LastBlockSize() < 4 || std::memcmp(stream.bufferStart, "LASF", 4) != 0)
         return Fail(wxGetTranslation("\n input file is not a las file!"));

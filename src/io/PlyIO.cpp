@@ -68,7 +68,11 @@ double coordinate(const std::vector<wxString>& tokens, std::size_t i) {
 }  // namespace
 
 bool PlyIO::WriteEdges(Points points, Edges edges, wxString path) {
-    vpc::TextFileWriter file(path);
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) { WriteTo(file, points, edges); });
+    return true;
+}
+
+void PlyIO::WriteTo(vpc::TextFileWriter& file, const Points& points, const Edges& edges) {
     file << "ply\nformat ascii 1.0\ncomment normal vectors\n";
     file << "element vertex " << static_cast<Index>(points.size()) << "\n";
     file << "property float x\nproperty float y\nproperty float z\n";
@@ -81,7 +85,6 @@ bool PlyIO::WriteEdges(Points points, Edges edges, wxString path) {
              << static_cast<Index>(p.blue) << "\n";
     }
     for (const auto& [from, to] : edges) file << from << " " << to << "\n";
-    return true;
 }
 
 bool PlyIO::WriteVertices(Points points, wxString path) {
@@ -89,20 +92,22 @@ bool PlyIO::WriteVertices(Points points, wxString path) {
 }
 
 bool PlyIO::WriteVerticesFaces(Points points, Faces faces, wxString path) {
-    vpc::TextFileWriter file(path);
-    writeFaceLayoutStart(file, points, faces.size());
-    for (const auto& face : faces)
-        writeTriangle(file, faceIndex(face, 0), faceIndex(face, 1), faceIndex(face, 2));
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) {
+        writeFaceLayoutStart(file, points, faces.size());
+        for (const auto& face : faces)
+            writeTriangle(file, faceIndex(face, 0), faceIndex(face, 1), faceIndex(face, 2));
+    });
     return true;
 }
 
 bool PlyIO::WriteVerticesTriangles(Points points,
                                    std::vector<VpcTriplet<unsigned long long>> triangles,
                                    wxString path) {
-    vpc::TextFileWriter file(path);
-    writeFaceLayoutStart(file, points, triangles.size());
-    for (const auto& triangle : triangles)
-        writeTriangle(file, triangle.first, triangle.second, triangle.third);
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) {
+        writeFaceLayoutStart(file, points, triangles.size());
+        for (const auto& triangle : triangles)
+            writeTriangle(file, triangle.first, triangle.second, triangle.third);
+    });
     return true;
 }
 

@@ -10,6 +10,10 @@
 #include "core/geometry/VpcPoint3D.h"
 #include "core/geometry/VpcTriplet.h"
 
+namespace vpc {
+class TextFileWriter;
+}
+
 /// Writes geometry as ASCII PLY files that any mesh viewer opens, and reads their vertices back.
 ///
 /// The writers replace an existing file and always return true: these files are for diagnosis,
@@ -25,6 +29,8 @@ public:
 
     /// Coloured vertices and edges.
     static bool WriteEdges(Points points, Edges edges, wxString path);
+    /// The same into an open file; failures throw vpc::IoError.
+    static void WriteTo(vpc::TextFileWriter& file, const Points& points, const Edges& edges);
     /// Coloured vertices.
     static bool WriteVertices(Points points, wxString path);
     /// Vertices and faces, of which only the first three indices are written.

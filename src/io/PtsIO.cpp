@@ -125,8 +125,12 @@ void PtsIO::AddPoint7Tokens(VpcPoint3D& point) {
 }
 
 void PtsIO::Write(std::vector<VpcPoint3D> points, wxString path, bool colorByElevation) {
-    // A reader of the finished file cannot tell that its lines were written many at a time.
-    vpc::TextFileWriter file(path);
+    vpc::writeBestEffort(
+        path, [&](vpc::TextFileWriter& file) { WriteTo(file, points, colorByElevation); });
+}
+
+void PtsIO::WriteTo(vpc::TextFileWriter& file, const std::vector<VpcPoint3D>& points,
+                    bool colorByElevation) {
     file << static_cast<unsigned long long>(points.size()) << "\n";
     VpcPoint3D low, high;
     if (colorByElevation) VpcSimplePointTools::DeterminePointsMinMaxPoints(points, low, high);

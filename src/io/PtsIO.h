@@ -5,6 +5,10 @@
 
 #include "io/TextScanIO.h"
 
+namespace vpc {
+class TextFileWriter;
+}
+
 /// Reads PTS text scans: blocks of a count line and as many point lines of 3, 4, 6 or 7 values
 /// (x y z, intensity where there are 4 or 7, red green blue where there are 6 or 7). The intensity
 /// of 6 values is the mean of the colours. Writes them.
@@ -29,6 +33,9 @@ public:
     /// Writes `points` as one block of six columns, or, with `colorByElevation`, of seven columns
     /// with the scaled elevation as intensity and as colour. Failures are not reported.
     static void Write(std::vector<VpcPoint3D> points, wxString path, bool colorByElevation);
+    /// The same into an open file; failures throw vpc::IoError.
+    static void WriteTo(vpc::TextFileWriter& file, const std::vector<VpcPoint3D>& points,
+                        bool colorByElevation);
 
     /// True while a block with points is being read.
     bool hasMoreBlocks = false;

@@ -137,8 +137,12 @@ unsigned long long PtxIO::nextPointBatch() {
 }
 
 void PtxIO::Write(std::vector<VpcPoint3D>& points, wxString path, VpcStylizationType stylization) {
-    // A reader of the finished file cannot tell that its lines were written many at a time.
-    vpc::TextFileWriter file(path);
+    vpc::writeBestEffort(path,
+                         [&](vpc::TextFileWriter& file) { WriteTo(file, points, stylization); });
+}
+
+void PtxIO::WriteTo(vpc::TextFileWriter& file, const std::vector<VpcPoint3D>& points,
+                    VpcStylizationType stylization) {
     file << static_cast<unsigned long long>(points.size()) << "\n";
     file << "1\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n1 0 0 0\n0 1 0 0\n0 0 1 0\n0 0 0 1\n";
     VpcPoint3D low, high;

@@ -6,6 +6,10 @@
 #include "core/util/VpcDefinitions.h"
 #include "io/TextScanIO.h"
 
+namespace vpc {
+class TextFileWriter;
+}
+
 /// Reads PTX text scans: one or more grids, each with a scanner pose and a registration matrix
 /// that is applied to its points; cells without a return are dropped. Writes them.
 class PtxIO : public TextScanIO {
@@ -30,6 +34,9 @@ public:
     /// elevation and intensity the colours show the elevation. Failures are not reported.
     static void Write(std::vector<VpcPoint3D>& points, wxString path,
                       VpcStylizationType stylization);
+    /// The same into an open file; failures throw vpc::IoError.
+    static void WriteTo(vpc::TextFileWriter& file, const std::vector<VpcPoint3D>& points,
+                        VpcStylizationType stylization);
 
     /// True while a scan is being read.
     bool hasMoreScans = false;

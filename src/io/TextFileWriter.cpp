@@ -1,6 +1,9 @@
 #include "io/TextFileWriter.h"
 
+#include <cerrno>
 #include <charconv>
+
+#include <wx/translation.h>
 
 #include "core/geometry/NumberText.h"
 #include "core/util/FileTools.h"
@@ -15,19 +18,13 @@ constexpr std::size_t longestNumber = 64;
 }  // namespace
 
 TextFileWriter::TextFileWriter(const wxString& path)
-    : file_(FileTools::ToNativePath(path), std::ios::trunc) {
-}
-
-TextFileWriter::~TextFileWriter() {
-    file_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+    : path_(path), file_(std::fopen(FileTools::ToNativePath(path).c_str(), "we")) {
+    if (file_ == nullptr) Fail();
 }
 
 TextFileWriter& TextFileWriter::operator<<(std::string_view text) {
     text_ += text;
-    if (text_.size() >= pieceSize) {
-        file_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
-        text_.clear();
-    }
+    if (text_.size() >= pieceSize) Flush();
     return *this;
 }
 
@@ -39,6 +36,21 @@ TextFileWriter& TextFileWriter::operator<<(unsigned long long number) {
 
 TextFileWriter& TextFileWriter::operator<<(double number) {
     return *this << generalText(number, significantDigits);
+}
+
+void TextFileWriter::Close() {
+    Flush();
+    if (std::fclose(file_.release()) != 0) Fail();
+}
+
+void TextFileWriter::Flush() {
+    if (std::fwrite(text_.data(), 1, text_.size(), file_.get()) != text_.size()) Fail();
+    text_.clear();
+}
+
+void TextFileWriter::Fail() const {
+    const int reason = errno;
+    throw IoError(path_, wxGetTranslation("cannot be written"), reason);
 }
 
 }  // namespace vpc

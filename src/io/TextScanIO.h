@@ -21,7 +21,8 @@ protected:
     [[nodiscard]] bool OpenStream();
     /// Throws where a read of the file has failed: to the scanner that is like the text's end.
     void RequireReadable() const {
-        if (stream != nullptr && std::ferror(stream.get()) != 0) FailReading(scanner_.SystemError());
+        if (stream != nullptr && std::ferror(stream.get()) != 0)
+            FailReading(scanner_.SystemError());
     }
 
     vpc::TextScanner scanner_;

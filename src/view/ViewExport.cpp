@@ -37,7 +37,9 @@ public:
         text_ += "\r\n";
         return *this;
     }
-    void WriteTo(const wxString& path) const { vpc::TextFileWriter(path) << text_; }
+    void WriteTo(const wxString& path) const {
+        vpc::writeBestEffort(path, [this](vpc::TextFileWriter& file) { file << text_; });
+    }
 
 private:
     std::string text_;

@@ -5,7 +5,7 @@
 
 namespace vpc {
 
-/// Closes a C stream; for who wants to know whether that worked, release the handle and call
+/// Closes a C stream. Whoever wants to know whether that worked releases the handle and calls
 /// fclose.
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -13,5 +13,9 @@ struct FileCloser {
 
 /// An open C stream; null when there is none.
 using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
+
+/// Asks the system to begin writing to the disk what it holds of the file, and does not wait for
+/// it. A file that is written with this now and then is synced in a short time at its end.
+void startWriteBack(std::FILE* file);
 
 }  // namespace vpc

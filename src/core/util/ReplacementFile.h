@@ -1,30 +1,63 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include <wx/string.h>
+
+#include "core/util/FileHandle.h"
 
 namespace vpc {
 
 /// A file that becomes visible only when it is whole: it is written under a temporary name beside
 /// its target and takes the target's place at the end.
 ///
-/// Removes the temporary file when it goes without a commit.
+/// An older file survives everything up to then, a power cut included: where there is one, the new
+/// file is on the disk before it takes the name. A new name has nothing to lose and is not synced.
+///
+/// The file is written with Write, or by other means under TemporaryName. Without a commit the
+/// temporary file is removed. Every failure throws IoError, which names the target.
 class ReplacementFile {
 public:
-    /// \param target     the file to create or replace; a link is followed
+    /// \param target the file to create or replace. A symbolic link is followed, also one to a name
+    ///               that does not exist yet. Throws where something else than a regular file has
+    ///               the name: only a regular file is ever replaced
+    explicit ReplacementFile(const wxString& target);
     /// \param uniqueName what the temporary file's name begins with
     ReplacementFile(const wxString& target, const wxString& uniqueName);
     ~ReplacementFile();
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    /// Where to write.
+    /// The name under which the file is written.
     const wxString& TemporaryName() const { return temporary_; }
-    /// Puts the finished file in the target's place; false when that fails.
-    bool Commit();
+
+    /// Appends to the file, in large pieces.
+    void Write(const char* data, std::size_t size) {
+        if (buffer_.size() + size > bufferSize) Flush();
+        buffer_.append(data, size);
+    }
+    void Write(std::string_view text) { Write(text.data(), text.size()); }
+    /// Goes back to the start of what Write has written, so that a header can be written anew.
+    void Rewind();
+    /// Puts the finished file in the target's place.
+    void Commit();
 
 private:
+    static constexpr std::size_t bufferSize = std::size_t{1} << 20;
+
+    void Open();
+    void Flush();
+    void Close();
+    /// Puts the temporary file's bytes on the disk.
+    void Sync() const;
+    [[noreturn]] void Fail() const;
+
     wxString target_;
     wxString temporary_;
+    FileHandle file_;
+    std::string buffer_;
+    unsigned flushes_ = 0;
     bool committed_ = false;
 };
 

@@ -44,8 +44,8 @@ public:
     void WriteOut();
 
     /// Calls `visit` with all records in order, in pieces of at most
-    /// NodePointStore::scratchRecords; it may change what it is given. Throws vpc::IoError when what
-    /// was written out cannot be read whole.
+    /// NodePointStore::scratchRecords; it may change what it is given. Throws vpc::IoError when
+    /// what was written out cannot be read whole.
     void Visit(const Visitor& visit);
 
     /// Deletes what was written out and frees the memory; no points remain.

@@ -25,19 +25,15 @@ public:
     ///
     /// Every failure comes back as a result whose message says why; nothing is thrown but
     /// std::bad_alloc. Uses the process-wide timer: one run at a time.
-    [[nodiscard]] static TreePrepareResult preparePointData(unsigned long long headerValue,
-                                              const wxString& workingFolder,
-                                              const std::vector<wxString>& inputFiles,
-                                              wxString outputFile, VpcTreeType treeType,
-                                              unsigned long long maxPointsPerNode,
-                                              unsigned long long maxLevel);
+    [[nodiscard]] static TreePrepareResult preparePointData(
+        unsigned long long headerValue, const wxString& workingFolder,
+        const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
+        unsigned long long maxPointsPerNode, unsigned long long maxLevel);
 
     /// The same, watched by `observer`, which can stop the run.
-    [[nodiscard]] static TreePrepareResult preparePointData(unsigned long long headerValue,
-                                              const wxString& workingFolder,
-                                              const std::vector<wxString>& inputFiles,
-                                              wxString outputFile, VpcTreeType treeType,
-                                              unsigned long long maxPointsPerNode,
-                                              unsigned long long maxLevel,
-                                              PrepareObserver& observer);
+    [[nodiscard]] static TreePrepareResult preparePointData(
+        unsigned long long headerValue, const wxString& workingFolder,
+        const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
+        unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+        PrepareObserver& observer);
 };

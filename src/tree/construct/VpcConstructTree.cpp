@@ -7,25 +7,12 @@
 #include <wx/translation.h>
 
 #include "core/geometry/DimensionRatios.h"
-#include "core/util/FileBufferStream.h"
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
 #include "core/util/StringTools.h"
 #include "io/PlyIO.h"
+#include "io/TextFileWriter.h"
 #include "tree/construct/PointTreeFileWriter.h"
-
-namespace {
-
-/// Writes the points as a PLY file. Throws vpc::IoError where that fails, which PlyIO does not tell.
-void writeVertices(const std::vector<VpcPoint3D>& points, const wxString& fileName) {
-    FileBufferStream file;
-    if (!file.StreamOpen(fileName, FileModeWrite))
-        throw vpc::IoError(fileName, wxGetTranslation("cannot be written"), file.SystemError());
-    file.StreamClose();
-    PlyIO::WriteVertices(points, fileName);
-}
-
-}  // namespace
 
 VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
                                    unsigned long long maxPointsPerNode, unsigned long long maxLevel,
@@ -244,7 +231,9 @@ bool VpcConstructTree::WriteNodePointsTreeAtLevel(unsigned long long level, cons
             std::string index = std::to_string(i);
             index.insert(0, 3 - std::min<std::size_t>(index.size(), 3), '0');
             const std::string name = "Level-" + std::to_string(level) + "-Node-" + index + ".ply";
-            writeVertices(points, folder + wxString(name));
+            vpc::TextFileWriter file(folder + wxString(name));
+            PlyIO::WriteTo(file, points, {});
+            file.Close();
         }
         return true;
     });

@@ -83,7 +83,7 @@ public:
     ///
     /// \param folder prefix of the files' names: ends with a separator
     [[nodiscard]] bool WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
-                                    unsigned long long& nrPoints);
+                                                  unsigned long long& nrPoints);
 
     /// Has `progress` called after every node that CreateDiskTreeFile writes.
     void SetProgress(Progress progress) { progress_ = std::move(progress); }
