@@ -190,6 +190,10 @@ void NodePoints::TakeOver(NodePoints& other) {
     last_ = std::exchange(other.last_, nullptr);
 }
 
+void NodePoints::RenameFile() {
+    if (file_ != path_) RenameFileFrom(file_);
+}
+
 void NodePoints::RenameFileFrom(const std::string& oldPath) {
     if (!HasFile()) return;
     if (std::rename(oldPath.c_str(), path_.c_str()) != 0)

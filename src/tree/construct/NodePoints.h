@@ -53,10 +53,11 @@ public:
     /// Frees the records in memory and keeps those written out.
     void ClearMemory();
     /// Takes all points of `other`, which has none afterwards. The file keeps the name that it has
-    /// until RenameFileFrom.
+    /// until it is renamed.
     void TakeOver(NodePoints& other);
-    /// Renames the file `oldPath`, which holds what was written out, to Path(). Does nothing where
-    /// there is no file; throws vpc::IoError when it fails.
+    /// Gives the file the name Path(), if there is a file. Throws vpc::IoError when that fails.
+    void RenameFile();
+    /// The same for a file of which the caller knows the name.
     void RenameFileFrom(const std::string& oldPath);
 
 private:

@@ -149,10 +149,8 @@ VpcConstructNode* VpcConstructTree::DensestEndNode() const {
 void VpcConstructTree::PushDownEndNodes() {
     const unsigned long long deepest = levels_.size() - 1;
     for (VpcConstructNode*& node : endNodes_) {
-        if (node->Level() == deepest) continue;
-        const wxString oldName = node->FileName();
         while (node->Level() < deepest) node = node->DropNodeLevel();
-        node->points_.RenameFileFrom(FileTools::ToNativePath(oldName));
+        node->points_.RenameFile();
     }
 }
 
