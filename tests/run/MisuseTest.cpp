@@ -79,6 +79,7 @@ TEST(Misuse, AScanThatVanishesEndsTheRun) {
                                 folder.output(), {}, &remover);
     EXPECT_FALSE(result.success);
     EXPECT_NE(result.message.find("gave 2000 points at first and 1000 when"), wxString::npos);
+    EXPECT_TRUE(result.message.EndsWith("b.las cannot be opened (No such file or directory)"));
     EXPECT_FALSE(std::filesystem::exists(folder.output()));
 }
 

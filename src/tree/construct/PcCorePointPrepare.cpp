@@ -161,8 +161,8 @@ void PrepareRun::AddScans(VpcConstructTree& tree) {
 
 void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree) {
     reader.scanIndex = static_cast<int>(index);
-    // A scan that does not open has no points remaining, and the points are counted at the end.
-    reader.initializeRead(inputFiles_[index]);
+    // A scan that fails here has no points remaining, which shows when the points are counted.
+    if (reader.initializeRead(inputFiles_[index]) == nullptr) AddNote(reader.errorMessage);
     while (reader.pointsRemaining != 0) {
         const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
         const unsigned long long count = reader.nextPointBatch();

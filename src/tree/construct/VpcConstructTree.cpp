@@ -220,8 +220,8 @@ bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned lon
 
 bool VpcConstructTree::WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
                                                   unsigned long long& nrPoints) {
-    if (level >= levels_.size()) return true;
     return Succeeds([&] {
+        if (level >= levels_.size()) return true;
         for (std::size_t i = 0; i < levels_[level].size(); ++i) {
             const std::vector<VpcPoint3D> points = levels_[level][i]->GetPointsFromDisk();
             nrPoints += points.size();
