@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <stdexcept>
 #include <utility>
 
 #include <wx/filename.h>
@@ -10,6 +9,7 @@
 #include <wx/translation.h>
 
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 #include "io/LasIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
@@ -35,6 +35,10 @@ unsigned long long pointsInHeaders(const std::vector<wxString>& files, VpcDataFo
     return points;
 }
 
+wxString cannotBeOpened(const wxString& file, int systemReason) {
+    return vpc::IoError(file, wxGetTranslation("cannot be opened"), systemReason).Message();
+}
+
 /// One pass over every point of a list of files.
 class BoundingBoxPass {
 public:
@@ -43,15 +47,15 @@ public:
         : reader_(fileReader), box_(commonBox), progress_(observer), pointsKnown_(pointsKnown) {}
 
     /// False when the file cannot be read or the observer asks to stop.
-    bool Read(const wxString& file);
+    [[nodiscard]] bool Read(const wxString& file);
 
     ScanSummary summary;
     wxString failure;
     wxString warnings;
 
 private:
-    bool CountIsPossible(const wxString& file);
-    bool ReportProgress() const;
+    [[nodiscard]] bool CountIsPossible(const wxString& file);
+    [[nodiscard]] bool ReportProgress() const;
     void AddToBox();
 
     FileParentIO& reader_;
@@ -69,8 +73,8 @@ bool BoundingBoxPass::Read(const wxString& file) {
     }
     if (std::exchange(isFirst_, false)) summary.firstFileOpened = reader_.opened;
     if (!reader_.opened)
-        appendLine(warnings,
-                   wxString::Format(wxGetTranslation("%s cannot be opened and is left out"), file));
+        appendLine(warnings, wxString::Format(wxGetTranslation("%s and is left out"),
+                                              cannotBeOpened(file, reader_.openError)));
     unsigned long long delivered = 0;
     bool goesOn = CountIsPossible(file);
     while (goesOn && reader_.pointsRemaining != 0) {
@@ -143,8 +147,8 @@ bool FileIoFactory::DetermineIs16bitColor(const std::vector<wxString>& files, Vp
     if (reader == nullptr || files.empty()) return false;
     const bool valid = reader->initializeRead(files.front()) != nullptr;
     if (openedBefore && !reader->opened)
-        throw std::runtime_error(FileTools::ToNativePath(files.front()) +
-                                 " can no longer be opened");
+        throw vpc::IoError(files.front(), wxGetTranslation("can no longer be opened"),
+                           reader->openError);
     if (!valid) return false;
     reader->nextPointBatch();
     reader->closeRead();
@@ -171,6 +175,7 @@ bool FileIoFactory::DetermineMultipleBoundingBox(const std::vector<wxString>& fi
         message = FileTools::FromNativePath(error.what());
         return false;
     } catch (...) {
+        message = wxGetTranslation("The scans cannot be measured, for an unknown reason");
         return false;
     }
 }

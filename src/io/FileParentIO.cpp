@@ -2,11 +2,13 @@
 
 #include <filesystem>
 #include <limits>
-#include <stdexcept>
 #include <system_error>
+
+#include <wx/translation.h>
 
 #include "core/geometry/VpcNumMathTools.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 
 namespace {
 
@@ -43,15 +45,15 @@ void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, doub
     if (intensity > maxIntensity) maxIntensity = intensity;
 }
 
-void FileParentIO::FailReading() const {
-    throw std::runtime_error(FileTools::ToNativePath(fileName) +
-                             " cannot be read to its end, the system reports a read error; check "
-                             "its disk or network");
+void FileParentIO::FailReading(int systemReason) const {
+    throw vpc::IoError(fileName, wxGetTranslation("cannot be read to its end"), systemReason);
 }
 
 void FileParentIO::BeginFile(const wxString& path) {
     fileName = path;
     opened = false;
+    openError = 0;
+    pointsRemaining = 0;
     errorMessage.clear();
     fileBytes_ = sizeOfFile(path);
     EmptyExtent();

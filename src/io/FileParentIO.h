@@ -37,11 +37,12 @@ public:
     FileParentIO& operator=(const FileParentIO&) = delete;
     virtual ~FileParentIO() = default;
 
-    /// Opens the file and prepares the counters. Returns pointBuffer, or null on failure. This and
-    /// nextPointBatch throw std::runtime_error where the system cannot read on.
+    /// Opens the file and prepares the counters. Returns pointBuffer, or null on failure; a caller
+    /// may ignore that, since a file that failed has no points remaining. This and nextPointBatch
+    /// throw vpc::IoError where the system cannot read on.
     virtual VpcPoint3D* initializeRead(wxString path) = 0;
     /// Reads and checks the header of formats that have one; true when it is valid.
-    virtual bool readHeader(wxString path, bool closeAfterHeader) = 0;
+    [[nodiscard]] virtual bool readHeader(wxString path, bool closeAfterHeader) = 0;
     /// Fills pointBuffer from its start; returns the number of points filled.
     virtual unsigned long long nextPointBatch() = 0;
     /// Closes the file; returns true.
@@ -101,6 +102,8 @@ public:
     wxString fileName;
     /// Whether it could be opened.
     bool opened = false;
+    /// The system's reason (errno) for which it could not; 0 where it gave none.
+    int openError = 0;
     std::uint16_t maxRed = 0;
     std::uint16_t maxGreen = 0;
     std::uint16_t maxBlue = 0;
@@ -121,9 +124,10 @@ public:
     unsigned long long impossibleCount = 0;
 
 protected:
-    /// Throws std::runtime_error for a file that the system cannot read on. To go on with what came
-    /// before would be to lose the rest of the points, or to make them up.
-    [[noreturn]] void FailReading() const;
+    /// Throws vpc::IoError for a file that the system cannot read on, with the system's reason
+    /// (errno). To go on with what came before would be to lose the rest of the points, or to make
+    /// them up.
+    [[noreturn]] void FailReading(int systemReason) const;
     /// Starts on another file: everything that is kept per file is as in a new reader.
     void BeginFile(const wxString& path);
     /// Notes a count that cannot be true.

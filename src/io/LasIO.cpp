@@ -7,6 +7,7 @@
 
 #include <wx/translation.h>
 
+#include "core/util/IoError.h"
 #include "core/util/ValueAt.h"
 
 namespace {
@@ -53,10 +54,13 @@ int colourOffsetOf(int format) {
 /// Of the first `bytes` of a record, those that whole fields take.
 unsigned long long wholeFields(unsigned long long bytes, int colourOffset) {
     unsigned long long whole = 0;
-    const auto colour = static_cast<unsigned long long>(colourOffset);
-    for (const unsigned long long end :
-         {4ULL, 8ULL, 12ULL, plainRecordBytes, colour + 2, colour + 4, colour + 6})
+    const auto count = [&](unsigned long long end) {
         if (end <= bytes) whole = std::max(whole, end);
+    };
+    for (const unsigned long long end : {4ULL, 8ULL, 12ULL, plainRecordBytes}) count(end);
+    if (colourOffset == 0) return whole;
+    for (const int channel : {2, 4, 6})
+        count(static_cast<unsigned long long>(colourOffset + channel));
     return whole;
 }
 
@@ -101,11 +105,14 @@ bool LasIO::readHeader(wxString path, bool closeAfterHeader) {
 }
 
 bool LasIO::ReadHeaderBlock(const wxString& path) {
-    if (!stream.StreamOpen(path, FileModeRead))
-        return Fail(wxString::Format(wxGetTranslation("ERROR: cannot open las file %s"), path));
+    if (!stream.StreamOpen(path, FileModeRead)) {
+        openError = stream.SystemError();
+        return Fail(vpc::IoError(path, wxGetTranslation("cannot be opened"), openError).Message());
+    }
     stream.ReadFileBlock2Buffer(0, headerBlockBytes);
     if (stream.HasSystemError())
-        return Fail(wxString::Format(wxGetTranslation("ERROR: cannot read las file %s"), path));
+        return Fail(
+            vpc::IoError(path, wxGetTranslation("cannot be read"), stream.SystemError()).Message());
     stream.StreamClearState();  // most files are shorter than the block, or may be
     if (stream.LastBlockSize() < 4 || std::memcmp(stream.bufferStart, "LASF", 4) != 0)
         return Fail(wxGetTranslation("\n input file is not a las file!"));
@@ -214,7 +221,7 @@ unsigned long long LasIO::nextPointBatch() {
 /// Reads the next block of the file; returns how many whole records it holds.
 unsigned long long LasIO::ReadBlock() {
     stream.ReadFileBlock2Buffer(offsetToPointData + batchIndex * bytesPerBatch, blockBytes_);
-    if (stream.HasSystemError()) FailReading();
+    if (stream.HasSystemError()) FailReading(stream.SystemError());
     stream.StreamClearState();  // the last block is mostly a short one
     return pointDataRecordLength == 0 ? 0 : stream.LastBlockSize() / pointDataRecordLength;
 }

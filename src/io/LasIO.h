@@ -13,7 +13,7 @@ public:
 
     VpcPoint3D* initializeRead(wxString path) override;
     /// Reads and checks the header. On failure errorMessage says what is wrong with it.
-    bool readHeader(wxString path, bool closeAfterHeader) override;
+    [[nodiscard]] bool readHeader(wxString path, bool closeAfterHeader) override;
     unsigned long long nextPointBatch() override;
     bool closeRead() override;
     /// Decodes record `indexInBatch` of the current block. Fields that do not lie wholly within the
@@ -46,11 +46,11 @@ public:
     int colorOffset = 0;
 
 private:
-    bool ReadHeaderBlock(const wxString& path);
-    bool CheckVersion();
+    [[nodiscard]] bool ReadHeaderBlock(const wxString& path);
+    [[nodiscard]] bool CheckVersion();
     void ReadHeaderFields();
-    bool CheckPointFormat();
-    bool Fail(const wxString& text);
+    [[nodiscard]] bool CheckPointFormat();
+    [[nodiscard]] bool Fail(const wxString& text);
 
     unsigned long long ReadBlock();
     void ReadPoints(unsigned long long first, unsigned long long last);

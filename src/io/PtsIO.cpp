@@ -1,6 +1,7 @@
 #include "io/PtsIO.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
@@ -20,7 +21,8 @@ VpcPoint3D* PtsIO::initializeRead(wxString path) {
     // The values are counted through the same handle, so that a read error is noticed.
     tokensPerLine = static_cast<long long>(FileTools::CountTokensOnLine(stream.get(), 1));
     // Unlike rewind, fseek keeps the stream's error state.
-    if (std::fseek(stream.get(), 0, SEEK_SET) != 0) FailReading();
+    if (std::ferror(stream.get()) != 0 || std::fseek(stream.get(), 0, SEEK_SET) != 0)
+        FailReading(errno);
     InitializeView();
     RequireReadable();
     return pointBuffer;

@@ -1,5 +1,7 @@
 #include "io/TextScanIO.h"
 
+#include <cerrno>
+
 #include "core/util/FileTools.h"
 
 bool TextScanIO::OpenStream() {
@@ -7,6 +9,7 @@ bool TextScanIO::OpenStream() {
     stream.reset(std::fopen(FileTools::ToNativePath(fileName).c_str(), "r+"));
     scanner_.Attach(stream.get());
     opened = stream != nullptr;
+    openError = opened ? 0 : errno;
     return opened;
 }
 

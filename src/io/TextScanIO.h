@@ -19,10 +19,11 @@ public:
 
 protected:
     /// Opens fileName for reading and update; false when that fails.
-    bool OpenStream();
+    [[nodiscard]] bool OpenStream();
     /// Throws where a read of the file has failed: to the scanner that is like the text's end.
     void RequireReadable() const {
-        if (stream != nullptr && std::ferror(stream.get()) != 0) FailReading();
+        if (stream != nullptr && std::ferror(stream.get()) != 0)
+            FailReading(scanner_.SystemError());
     }
 
     vpc::TextScanner scanner_;

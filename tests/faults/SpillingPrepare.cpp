@@ -25,7 +25,9 @@ bool prepare(unsigned long long memory, const char* work, const char* output) {
         tree.AddPoints(points.data(), points.size());
         tree.FlushBuffersToDisk(100);
     }
-    return tree.FinishAddData() && tree.CreateDiskTreeFile(output, 1);
+    if (tree.FinishAddData() && tree.CreateDiskTreeFile(output, 1)) return true;
+    std::fputs(tree.FailureReason().utf8_str(), stderr);
+    return false;
 }
 
 }  // namespace
@@ -33,7 +35,6 @@ bool prepare(unsigned long long memory, const char* work, const char* output) {
 int main(int argc, char** argv) {
     try {
         if (argc == 4 && prepare(std::strtoull(argv[1], nullptr, 10), argv[2], argv[3])) return 0;
-        std::fputs("the tree file was not written\n", stderr);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

@@ -82,15 +82,19 @@ TEST_F(LasIOTest, RefusesHeadersThatAreCutShortAndGoesOnToTheNextFile) {
 
 TEST_F(LasIOTest, FieldsBeyondAShortRecordAreZero) {
     // A record without any x would leave x at the offset, and so on.
-    const std::pair<int, const char*> cases[] = {{34, "1 2 3 / 7 8 346 / 6 / -1 / 1"},
-                                                 {33, "1 2 3 / 7 8 0 / 6 / -1 / 1"},
-                                                 {12, "1 2 3 / 0 0 0 / 0 / -1 / 1"},
-                                                 {8, "1 2 0.5 / 0 0 0 / 0 / -1 / 1"}};
-    for (const auto& [length, point] : cases) {
+    const std::tuple<int, int, const char*> cases[] = {
+        {3, 34, "1 2 3 / 7 8 346 / 6 / -1 / 1"}, {3, 33, "1 2 3 / 7 8 0 / 6 / -1 / 1"},
+        {3, 12, "1 2 3 / 0 0 0 / 0 / -1 / 1"},   {3, 8, "1 2 0.5 / 0 0 0 / 0 / -1 / 1"},
+        {0, 14, "1 2 3 / 6 6 6 / 6 / -1 / 1"},   {0, 7, "1 0 0.5 / 0 0 0 / 0 / -1 / 1"},
+        {6, 6, "1 0 0.5 / 0 0 0 / 0 / -1 / 1"},  {1, 3, "0 0 0.5 / 0 0 0 / 0 / -1 / 1"},
+        {9, 2, "0 0 0.5 / 0 0 0 / 0 / -1 / 1"}};
+    for (const auto& [format, length, point] : cases) {
+        file.format = format;
         file.recordLength = length;
         file.offset = {0, 0, 0.5};
         file.points.assign(6, {100, 200, 250, 6, 7, 8, 0x15A});
-        EXPECT_EQ(describe(read(file).points), std::vector<std::string>(6, point)) << length;
+        EXPECT_EQ(describe(read(file).points), std::vector<std::string>(6, point))
+            << format << " " << length;
     }
 }
 

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -206,17 +207,44 @@ TEST_F(FailedRun, TellsItsObserverHowFarItIsAndWhatTheScansLack) {
 TEST_F(FailedRun, CannotDoWithoutItsFolders) {
     const std::string scan = bigScan();
     std::filesystem::create_directory(folder_.file("folder.vpt"));
-    const auto succeeds = [&](const std::string& work, const std::string& output) {
-        return prepare({scan}, folder_.file(work), folder_.file(output)).success;
+    const auto message = [&](const std::string& work, const std::string& output) {
+        const auto result = prepare({scan}, folder_.file(work), folder_.file(output));
+        return (result.success ? "" : "failed: ") + result.message.utf8_string();
     };
-    EXPECT_FALSE(succeeds("work/", "none/t.vpt"));
-    EXPECT_FALSE(succeeds("none/", "t.vpt"));
-    EXPECT_FALSE(succeeds("work/", "folder.vpt")) << "it can be neither opened nor replaced";
+    const std::string none = " (No such file or directory)";
+    EXPECT_EQ(message("work/", "none/t.vpt"),
+              "failed: " + folder_.file("none/t.vpt") + " cannot be written" + none);
+    EXPECT_THAT(message("none/", "t.vpt"), testing::EndsWith("--points cannot be created" + none));
+    EXPECT_THAT(message("work/", "folder.vpt"), HasSubstr("folder.vpt is no regular file"));
     // With no separator at its end the working folder is the beginning of temporary files' names.
-    EXPECT_FALSE(succeeds("missing/work", "t.vpt"));
+    EXPECT_THAT(message("missing/work", "t.vpt"), HasSubstr("missing/work"));
     expectNothingChanged({"a.las", "folder.vpt"});
-    EXPECT_TRUE(succeeds("prefix", "t.vpt"));
+    EXPECT_EQ(message("prefix", "t.vpt"), "");
     EXPECT_TRUE(folder_.holdsOnly({"a.las", "folder.vpt", "t.vpt", "work/notes--0"}));
+}
+
+TEST_F(FailedRun, SaysWhyTheDiskTakesNoMore) {
+    const std::string scan = smallScan();
+    const int status = inChild([&] {
+        constexpr rlimit oneMegabyte{1 << 20, 1 << 20};
+        setrlimit(RLIMIT_FSIZE, &oneMegabyte);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const std::string message = run(scan).message.utf8_string();
+        return message == folder_.output() + " cannot be written (File too large)" ? 0 : 1;
+    });
+    EXPECT_EQ(status, 0);
+    expectNothingChanged({"a.las"});
+}
+
+TEST_F(FailedRun, KeepsWhatItHadToSayBefore) {
+    const std::string none = folder_.file("none.pts");
+    writeBytes(folder_.file("a.pts"), "1\n1 2 3\n");
+    const std::string warning =
+        "\n" + none + " cannot be opened (No such file or directory) and is left out";
+    const auto result = prepare({folder_.file("a.pts"), none}, folder_.work(), "/none/t.vpt");
+    EXPECT_EQ(result.message,
+              toWx("/none/t.vpt cannot be written (No such file or directory)" + warning));
+    EXPECT_EQ(run(none).message, toWx("ERROR: FinishAddData() failed!!" + warning));
 }
 
 TEST_F(FailedRun, LeavesTheOlderOutputWhenItIsKilled) {

@@ -33,15 +33,27 @@ TEST(Misuse, ATreeIsWrittenOnceAndFinishedOnly) {
         const wxString output = toWx(folder.output());
         EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
         EXPECT_FALSE(std::filesystem::exists(folder.output()));
-        ASSERT_TRUE(tree.FinishAddData() && tree.FinishAddData());
+        EXPECT_EQ(tree.FailureReason(), "The tree is not finished");
+        // The steps of the finishing and the finishing itself: whichever comes last does nothing.
+        ASSERT_TRUE(tree.BuildEndNodeList() && tree.PopulateParentNodes());
+        ASSERT_TRUE(tree.PopulateParentNodes() && tree.BuildEndNodeList() && tree.FinishAddData());
+        tree.setSubsampleType(Subsample_Random, false);
         tree.AddPoints(&point, 1);
-        EXPECT_EQ(tree.UntakenPoints(), 2U);
-        ASSERT_TRUE(tree.CreateDiskTreeFile(output, 0));
+        tree.Root()->AddPoint(point);
+        VpcConstructNode* leaf = tree.EndNodes().front();
+        leaf->SplitNode();
+        EXPECT_EQ(leaf->DropNodeLevel(), leaf);
+        EXPECT_EQ(tree.UntakenPoints(), 3U);
+        const auto largest = tree.actualMaxPointsPerNode();
+        ASSERT_TRUE(tree.CreateDiskTreeFile(output, 0)) << tree.FailureReason();
         const std::string written = readBytes(folder.output());
         EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
         EXPECT_FALSE(tree.FinishAddData());
+        EXPECT_EQ(tree.FailureReason(), "The tree has been written");
         EXPECT_EQ(readBytes(folder.output()), written);
         EXPECT_EQ(pointsIn(folder.output()), 50U);
+        EXPECT_TRUE(largest != 0 && tree.actualMaxPointsPerNode() == largest);
+        EXPECT_EQ(tree.Root()->PointsInAll(), TreeFile(written).levels[0][0].pointCount);
     }
 }
 
@@ -67,6 +79,7 @@ TEST(Misuse, AScanThatVanishesEndsTheRun) {
                                 folder.output(), {}, &remover);
     EXPECT_FALSE(result.success);
     EXPECT_NE(result.message.find("gave 2000 points at first and 1000 when"), wxString::npos);
+    EXPECT_TRUE(result.message.EndsWith("b.las cannot be opened (No such file or directory)"));
     EXPECT_FALSE(std::filesystem::exists(folder.output()));
 }
 

@@ -9,7 +9,7 @@ TEST(SpilledTree, IsTheModelWhateverTheMemory) {
     for (const CloudShape shape :
          {CloudShape::Uniform, CloudShape::Clusters, CloudShape::Duplicates}) {
         const std::vector<PointRecord> cloud = makeCloud({shape, 20000, 9, 65535});
-        const ReferenceStatistics statistics = statisticsOf({cloud}, cloud.size(), false);
+        const ReferenceStatistics statistics = statisticsOf({cloud}, cloud.size());
         std::vector<VpcPoint3D> points;
         VpcBoundingBoxAxisAligned box;
         for (const PointRecord& p : cloud) {

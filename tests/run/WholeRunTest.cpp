@@ -41,9 +41,7 @@ public:
     /// Prepares the input twice and holds the result against the model and against the input.
     /// Returns the run's message and the number of points that no node could take.
     std::pair<std::string, Word> expectRightTree(const ReferenceSettings& settings) const {
-        // The LAS reader begins its maxima anew with every file.
-        const bool isLas = files[0].substr(files[0].size() - 3) == "las";
-        const auto statistics = statisticsOf(points, firstBatch, isLas);
+        const auto statistics = statisticsOf(points, firstBatch);
         Word lost = 0;
         const std::string modelled = referenceTreeFile(points, statistics, settings, &lost);
         TreePrepareResult result;

@@ -250,14 +250,14 @@ private:
 }  // namespace
 
 ReferenceStatistics statisticsOf(const std::vector<std::vector<PointRecord>>& scans,
-                                 std::size_t firstBatch, bool lastScanOnly) {
+                                 std::size_t firstBatch) {
     ReferenceStatistics s;
     const auto& first = scans.front();
     for (std::size_t i = 0; i < std::min(firstBatch, first.size()); ++i)
         if (first[i].isFinite() && (first[i].red | first[i].green | first[i].blue) >= 256)
             s.is16bitColour = true;
-    for (std::size_t i = lastScanOnly ? scans.size() - 1 : 0; i < scans.size(); ++i) {
-        for (const PointRecord& point : scans[i]) {
+    for (const auto& scan : scans) {
+        for (const PointRecord& point : scan) {
             if (!point.isFinite()) continue;
             s.maxRed = std::max(s.maxRed, point.red);
             s.maxGreen = std::max(s.maxGreen, point.green);

@@ -23,10 +23,10 @@ struct ReferenceStatistics {
     double maxIntensity = 0;
 };
 
-/// Colour depth from the first points of the first scan, maxima from every scan or (LAS) from the
-/// last alone. Points that are not finite do not count.
+/// Colour depth from the first points of the first scan, maxima from every scan. Points that are
+/// not finite do not count.
 ReferenceStatistics statisticsOf(const std::vector<std::vector<PointRecord>>& scans,
-                                 std::size_t firstBatch, bool lastScanOnly);
+                                 std::size_t firstBatch);
 
 /// The bytes of the point tree file over `scans`, from a model that holds everything in memory
 /// and does one thing after the other, as slowly as that is plain. Empty when there is no point.

@@ -246,9 +246,10 @@ std::string PrepareCommand::FirstIncomplete(VpcDataFormat format) const {
         VpcBoundingBoxAxisAligned box;
         wxString message;
         ScanSummary summary;
-        FileIoFactory::DetermineMultipleBoundingBox({fullPath(scan)}, format, box, message,
-                                                    &summary);
-        if (summary.pointsWithoutValues > 0) return scan;
+        if (FileIoFactory::DetermineMultipleBoundingBox({fullPath(scan)}, format, box, message,
+                                                        &summary) &&
+            summary.pointsWithoutValues > 0)
+            return scan;
     }
     return options_.scans.front();
 }

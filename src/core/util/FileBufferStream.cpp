@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <limits>
 #include <string>
 
@@ -41,17 +42,23 @@ bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bo
         failed_ = true;
         return false;
     }
+    failed_ = false;
+    systemError_ = 0;
     file_ = std::fopen(native.c_str(), cMode(openMode, append));
-    // The C library opens folders for reading, too, and gives them a meaningless size.
-    if (file_ != nullptr && isFolder(file_)) StreamClose();
-    failed_ = file_ == nullptr;
+    if (file_ == nullptr) {
+        Fail(errno);
+    } else if (isFolder(file_)) {
+        // The C library opens folders for reading, too, and gives them a meaningless size.
+        StreamClose();
+        Fail(EISDIR);
+    }
     return !failed_;
 }
 
 void FileBufferStream::StreamClose() {
     if (file_ == nullptr) return;
     // fclose gives the handle up even if it fails, so the handle is cleared in any case.
-    if (std::fclose(file_) != 0) failed_ = true;
+    if (std::fclose(file_) != 0) Fail(errno);
     file_ = nullptr;
 }
 
@@ -62,16 +69,17 @@ unsigned long long FileBufferStream::StreamPosition() {
 
 void FileBufferStream::StreamSeek(unsigned long long offset) {
     if (!CanTransfer()) return;
-    if (offset > static_cast<unsigned long long>(std::numeric_limits<off_t>::max()) ||
-        fseeko(file_, static_cast<off_t>(offset), SEEK_SET) != 0)
-        failed_ = true;
+    if (offset > static_cast<unsigned long long>(std::numeric_limits<off_t>::max()))
+        Fail(EOVERFLOW);
+    else if (fseeko(file_, static_cast<off_t>(offset), SEEK_SET) != 0)
+        Fail(errno);
 }
 
 unsigned long long FileBufferStream::StreamSize() {
     if (!CanTransfer()) return 0;
     const unsigned long long position = StreamPosition();
     if (fseeko(file_, 0, SEEK_END) != 0) {
-        failed_ = true;
+        Fail(errno);
         return 0;
     }
     const unsigned long long size = StreamPosition();
@@ -168,13 +176,18 @@ bool FileBufferStream::ReadBytes(void* data, unsigned long long count) {
 unsigned long long FileBufferStream::ReadSome(char* data, unsigned long long count) {
     if (!CanTransfer()) return 0;
     const unsigned long long got = std::fread(data, 1, count, file_);
-    if (got != count) failed_ = true;
+    if (got != count) Fail(std::ferror(file_) != 0 ? errno : 0);
     return got;
 }
 
 void FileBufferStream::WriteBytes(const void* data, unsigned long long count) {
     if (!CanTransfer()) return;
-    if (std::fwrite(data, 1, count, file_) != count) failed_ = true;
+    if (std::fwrite(data, 1, count, file_) != count) Fail(errno);
+}
+
+void FileBufferStream::Fail(int systemReason) {
+    failed_ = true;
+    if (systemError_ == 0) systemError_ = systemReason;
 }
 
 void FileBufferStream::DeleteBuffer() {

@@ -59,6 +59,10 @@ public:
     /// True when the system has failed to read or write the open file. Reaching its end is no such
     /// failure. StreamClearState does not reset this.
     bool HasSystemError() const { return file_ != nullptr && std::ferror(file_) != 0; }
+    /// The system's reason (errno) for the first failure since the last StreamOpen, that call
+    /// included; 0 where nothing has failed or the system gave no reason, as for the end of the
+    /// file. StreamClearState does not forget it.
+    int SystemError() const { return systemError_; }
     /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
     /// cut short.
     void StreamClearState() { failed_ = false; }
@@ -213,8 +217,11 @@ private:
     unsigned long long ReadSome(char* data, unsigned long long count);
     void WriteBytes(const void* data, unsigned long long count);
     void DeleteBuffer();
+    /// Puts the stream into the fail state; the first reason that the system gave stays.
+    void Fail(int systemReason);
 
     std::FILE* file_ = nullptr;
     bool failed_ = false;
+    int systemError_ = 0;
     unsigned long long lastBlockSize_ = 0;
 };

@@ -1,6 +1,7 @@
 #include "core/util/TextScanner.h"
 
 #include <bit>
+#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
@@ -148,6 +149,7 @@ void TextScanner::Attach(std::FILE* file) {
     cursor_ = end_ = buffer_.get();
     std::memset(buffer_.get(), 0, padding);
     atEnd_ = file == nullptr;
+    systemError_ = 0;
     charactersRead_ = 0;
 }
 
@@ -158,6 +160,7 @@ bool TextScanner::Refill() {
     const std::size_t wanted = blockSize - left;
     const std::size_t got = std::fread(buffer_.get() + left, 1, wanted, file_);
     atEnd_ = got < wanted;
+    if (atEnd_ && std::ferror(file_) != 0) systemError_ = errno;
     charactersRead_ += got;
     cursor_ = buffer_.get();
     end_ = cursor_ + left + got;

@@ -40,6 +40,9 @@ public:
     /// The characters ahead, at most `count` and maxPeek of them; fewer at the end of the text.
     /// Valid until the next call.
     std::string_view Peek(std::size_t count);
+    /// The system's reason (errno) for which the text ended before the file did; 0 where there is
+    /// none.
+    int SystemError() const { return systemError_; }
     /// Characters consumed since Attach.
     unsigned long long Position() const {
         return charactersRead_ - static_cast<unsigned long long>(end_ - cursor_);
@@ -87,6 +90,7 @@ private:
     const char* cursor_ = nullptr;
     const char* end_ = nullptr;
     bool atEnd_ = false;
+    int systemError_ = 0;
     unsigned long long charactersRead_ = 0;
     std::string token_;
 };

@@ -23,7 +23,7 @@ class NodePointStore {
 public:
     /// \param budget    bytes of points to keep in memory; 0 keeps none that a node wants written
     /// \param spillPath where to put the file for all nodes; not used without a budget. Throws
-    ///                  std::runtime_error when it cannot be created
+    ///                  vpc::IoError when it cannot be created
     NodePointStore(unsigned long long budget, const std::string& spillPath);
     ~NodePointStore();
     NodePointStore(const NodePointStore&) = delete;
@@ -33,8 +33,8 @@ public:
     bool WritesBehind() const { return blockLimit_ != 0; }
 
     /// A block for `user`, taken from a node that was used less recently when the budget is spent.
-    /// Throws std::runtime_error when that node's points cannot be written.
-    RecordBlock* Acquire(NodePoints& user);
+    /// Throws vpc::IoError when that node's points cannot be written.
+    [[nodiscard]] RecordBlock* Acquire(NodePoints& user);
     /// Takes back a chain of blocks, of which `last` is the last one.
     void Release(RecordBlock* first, RecordBlock* last, unsigned long long count);
     /// `user` holds no blocks any more.

@@ -1,14 +1,18 @@
 #include "tree/construct/NodePoints.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
+#include <wx/translation.h>
+
 #include "core/util/FileBufferStream.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 
 namespace vpc {
 
@@ -47,30 +51,33 @@ void NodePoints::AddBlock() {
     roomInTail_ = RecordBlock::capacity;
 }
 
-bool NodePoints::WriteOut() {
-    if (!store_->WritesBehind()) return AppendToFile();
-    AppendToSpill();
-    return true;
+void NodePoints::WriteOut() {
+    if (store_->WritesBehind())
+        AppendToSpill();
+    else
+        AppendToFile();
 }
 
-bool NodePoints::AppendToFile() {
+void NodePoints::AppendToFile() {
     FileBufferStream stream;
-    if (!stream.StreamOpen(FileTools::FromNativePath(path_), FileModeWrite, true)) return false;
-    hasFile_ = true;
-    ScratchLoan scratch(*store_);
-    VisitMemory(scratch.get(), [&stream](char* records, unsigned long long count) {
-        stream.WriteCharArray2File(records, count * recordSize);
-    });
-    stream.StreamClose();
+    const std::string& file = HasFile() ? file_ : path_;
+    if (stream.StreamOpen(FileTools::FromNativePath(file), FileModeWrite, true)) {
+        file_ = file;
+        ScratchLoan scratch(*store_);
+        VisitMemory(scratch.get(), [&stream](char* records, unsigned long long count) {
+            stream.WriteCharArray2File(records, count * recordSize);
+        });
+        stream.StreamClose();
+    }
     if (!stream.IsStreamGood()) {
         // A part of the records may be in the file: back to what it held before.
         std::error_code ignored;
-        std::filesystem::resize_file(path_, writtenOut_ * recordSize, ignored);
-        return false;
+        if (HasFile()) std::filesystem::resize_file(file, writtenOut_ * recordSize, ignored);
+        throw IoError(FileTools::FromNativePath(file), wxGetTranslation("cannot be written"),
+                      stream.SystemError());
     }
     writtenOut_ += inMemory_;
     ClearMemory();
-    return true;
 }
 
 void NodePoints::AppendToSpill() {
@@ -88,29 +95,31 @@ void NodePoints::AppendToSpill() {
     ClearMemory();
 }
 
-bool NodePoints::Visit(const Visitor& visit) {
+void NodePoints::Visit(const Visitor& visit) {
     ScratchLoan scratch(*store_);
-    const bool whole =
-        store_->WritesBehind() ? VisitSpill(scratch.get(), visit) : VisitFile(scratch.get(), visit);
+    if (store_->WritesBehind())
+        VisitSpill(scratch.get(), visit);
+    else
+        VisitFile(scratch.get(), visit);
     VisitMemory(scratch.get(), visit);
-    return whole;
 }
 
-bool NodePoints::VisitFile(char* scratch, const Visitor& visit) {
-    if (writtenOut_ == 0) return true;
+void NodePoints::VisitFile(char* scratch, const Visitor& visit) {
+    if (writtenOut_ == 0) return;
+    const wxString file = FileTools::FromNativePath(file_);
     FileBufferStream stream;
-    if (!stream.StreamOpen(FileTools::FromNativePath(path_), FileModeRead)) return false;
+    stream.StreamOpen(file, FileModeRead);  // where that fails, so does the first read
     for (unsigned long long done = 0; done < writtenOut_;) {
         const auto count = std::min(writtenOut_ - done, NodePointStore::scratchRecords);
         stream.ReadCharArray2File(scratch, count * recordSize);
-        if (!stream.IsStreamGood()) return false;
+        if (!stream.IsStreamGood())
+            throw IoError(file, wxGetTranslation("cannot be read"), stream.SystemError());
         visit(scratch, count);
         done += count;
     }
-    return true;
 }
 
-bool NodePoints::VisitSpill(char* scratch, const Visitor& visit) {
+void NodePoints::VisitSpill(char* scratch, const Visitor& visit) {
     constexpr unsigned long long scratchSize = NodePointStore::scratchRecords * recordSize;
     unsigned long long filled = 0;
     const auto passOn = [&] {
@@ -121,13 +130,12 @@ bool NodePoints::VisitSpill(char* scratch, const Visitor& visit) {
         for (unsigned long long done = 0; done < piece.size;) {
             if (filled == scratchSize) passOn();
             const auto size = std::min(piece.size - done, scratchSize - filled);
-            if (!store_->Spill().Read(piece.position + done, scratch + filled, size)) return false;
+            store_->Spill().Read(piece.position + done, scratch + filled, size);
             filled += size;
             done += size;
         }
     }
     passOn();
-    return true;
 }
 
 void NodePoints::VisitMemory(char* scratch, const Visitor& visit) {
@@ -161,8 +169,8 @@ void NodePoints::ClearMemory() {
 }
 
 void NodePoints::RemoveWrittenOut() {
-    if (hasFile_) std::remove(path_.c_str());
-    hasFile_ = false;
+    if (HasFile()) std::remove(file_.c_str());
+    file_.clear();
     for (const SpillFile::Piece& piece : pieces_) store_->Spill().Free(piece);
     pieces_.clear();
     writtenOut_ = 0;
@@ -171,7 +179,7 @@ void NodePoints::RemoveWrittenOut() {
 void NodePoints::TakeOver(NodePoints& other) {
     Clear();
     store_->Forget(other);
-    hasFile_ = std::exchange(other.hasFile_, false);
+    file_ = std::exchange(other.file_, {});
     pieces_ = std::exchange(other.pieces_, {});
     writtenOut_ = std::exchange(other.writtenOut_, 0);
     inMemory_ = std::exchange(other.inMemory_, 0);
@@ -182,8 +190,16 @@ void NodePoints::TakeOver(NodePoints& other) {
     last_ = std::exchange(other.last_, nullptr);
 }
 
-bool NodePoints::RenameFileFrom(const std::string& oldPath) {
-    return !hasFile_ || std::rename(oldPath.c_str(), path_.c_str()) == 0;
+void NodePoints::RenameFile() {
+    if (file_ != path_) RenameFileFrom(file_);
+}
+
+void NodePoints::RenameFileFrom(const std::string& oldPath) {
+    if (!HasFile()) return;
+    if (std::rename(oldPath.c_str(), path_.c_str()) != 0)
+        throw IoError(FileTools::FromNativePath(oldPath), wxGetTranslation("cannot be renamed"),
+                      errno);
+    file_ = path_;
 }
 
 }  // namespace vpc

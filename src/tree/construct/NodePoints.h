@@ -26,7 +26,7 @@ public:
 
     const std::string& Path() const { return path_; }
     unsigned long long Count() const { return writtenOut_ + inMemory_; }
-    bool HasFile() const { return hasFile_; }
+    bool HasFile() const { return !file_.empty(); }
 
     /// Room for one more record at the end, to be filled by the caller at once.
     char* Append() {
@@ -39,40 +39,43 @@ public:
     }
 
     /// Writes the records in memory out and frees their memory. The node's file is created even
-    /// if there are none. False when that file cannot be written: then they stay in memory and the
-    /// file is as it was. Throws std::runtime_error when the file for all nodes cannot be written.
-    bool WriteOut();
+    /// if there are none. Throws vpc::IoError when they cannot be written: then they stay in memory
+    /// and what was written out before stays, too.
+    void WriteOut();
 
     /// Calls `visit` with all records in order, in pieces of at most
-    /// NodePointStore::scratchRecords; it may change what it is given. False when what was written
-    /// out cannot be read whole.
-    bool Visit(const Visitor& visit);
+    /// NodePointStore::scratchRecords; it may change what it is given. Throws vpc::IoError when
+    /// what was written out cannot be read whole.
+    void Visit(const Visitor& visit);
 
     /// Deletes what was written out and frees the memory; no points remain.
     void Clear();
     /// Frees the records in memory and keeps those written out.
     void ClearMemory();
-    /// Takes all points of `other`, which has none afterwards. The file keeps the name that it
-    /// has: the caller renames it to Path().
+    /// Takes all points of `other`, which has none afterwards. The file keeps the name that it has
+    /// until it is renamed.
     void TakeOver(NodePoints& other);
-    /// Renames the file from `oldPath` to Path(), if there is a file.
-    bool RenameFileFrom(const std::string& oldPath);
+    /// Gives the file the name Path(), if there is a file. Throws vpc::IoError when that fails.
+    void RenameFile();
+    /// The same for a file of which the caller knows the name.
+    void RenameFileFrom(const std::string& oldPath);
 
 private:
     friend class NodePointStore;
 
     void AddBlock();
-    bool AppendToFile();
+    void AppendToFile();
     void AppendToSpill();
     void RemoveWrittenOut();
-    bool VisitFile(char* scratch, const Visitor& visit);
-    bool VisitSpill(char* scratch, const Visitor& visit);
+    void VisitFile(char* scratch, const Visitor& visit);
+    void VisitSpill(char* scratch, const Visitor& visit);
     /// Calls `visit` with the records in memory, gathered in `scratch`.
     void VisitMemory(char* scratch, const Visitor& visit);
 
     NodePointStore* store_;
     std::string path_;
-    bool hasFile_ = false;
+    /// The name that the file has; empty while there is none.
+    std::string file_;
     bool listed_ = false;
     unsigned roomInTail_ = 0;
     unsigned long long writtenOut_ = 0;

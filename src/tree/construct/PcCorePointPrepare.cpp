@@ -1,9 +1,9 @@
 #include "tree/construct/PcCorePointPrepare.h"
 
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <stdexcept>
-#include <string>
 
 #include <wx/intl.h>
 #include <wx/translation.h>
@@ -37,13 +37,17 @@ public:
     PrepareRun(const std::vector<wxString>& inputFiles, PrepareObserver& observer)
         : inputFiles_(inputFiles), observer_(observer) {}
 
+    /// Turns every exception into a failed result.
     TreePrepareResult Run(unsigned long long headerValue, const wxString& workingFolder,
                           const wxString& outputFile, VpcTreeType treeType,
                           unsigned long long maxPointsPerNode, unsigned long long maxLevel);
 
 private:
+    TreePrepareResult Prepare(unsigned long long headerValue, const wxString& workingFolder,
+                              const wxString& outputFile, VpcTreeType treeType,
+                              unsigned long long maxPointsPerNode, unsigned long long maxLevel);
     /// Reads all scans for their bounding box. False leaves the reason in message_.
-    bool MeasureScans();
+    [[nodiscard]] bool MeasureScans();
     /// Reads all scans into the tree.
     void AddScans(VpcConstructTree& tree);
     void AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree);
@@ -52,6 +56,8 @@ private:
                          VpcConstructTree& tree);
     void NoteLostPoints(const VpcConstructTree& tree);
     void AddNote(const wxString& note);
+    /// What went wrong, and in the lines behind it what was worth knowing before.
+    wxString WithNotes(wxString problem) const;
     void Report(PrepareStage stage, unsigned long long pointsDone, unsigned long long points);
 
     const std::vector<wxString>& inputFiles_;
@@ -68,25 +74,27 @@ TreePrepareResult failure(const wxString& message) {
     return {false, message, wxString()};
 }
 
-/// Runs `work` and turns every exception into a failed result.
-template <class Work>
-TreePrepareResult guarded(const Work& work) {
-    try {
-        return work();
-    } catch (const std::exception& e) {
-        return failure(_("EXCEPTION in point cloud preprocessing: ") +
-                       FileTools::FromNativePath(e.what()));
-    } catch (const vpc::PrepareCancelled&) {
-        return failure(_("Point cloud preprocessing was cancelled"));
-    } catch (...) {
-        return failure(_("UNCAUGHT EXCEPTION in point cloud preprocessing "));
-    }
-}
-
 TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString& workingFolder,
                                   const wxString& outputFile, VpcTreeType treeType,
                                   unsigned long long maxPointsPerNode,
                                   unsigned long long maxLevel) {
+    try {
+        return Prepare(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode,
+                       maxLevel);
+    } catch (const std::exception& e) {
+        return failure(WithNotes(_("EXCEPTION in point cloud preprocessing: ") +
+                                 FileTools::FromNativePath(e.what())));
+    } catch (const vpc::PrepareCancelled&) {
+        return failure(_("Point cloud preprocessing was cancelled"));
+    } catch (...) {
+        return failure(WithNotes(_("UNCAUGHT EXCEPTION in point cloud preprocessing ")));
+    }
+}
+
+TreePrepareResult PrepareRun::Prepare(unsigned long long headerValue, const wxString& workingFolder,
+                                      const wxString& outputFile, VpcTreeType treeType,
+                                      unsigned long long maxPointsPerNode,
+                                      unsigned long long maxLevel) {
     if (inputFiles_.empty()) return failure(_("Point cloud list of input files is empty..."));
     VpcTimer::Instance()->Start();
     // The first file decides for all of them.
@@ -107,12 +115,16 @@ TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString
     NoteLostPoints(tree);
 
     Report(PrepareStage::BuildLevels, 0, pointsRead_);
-    if (!tree.FinishAddData()) return failure(_("ERROR: FinishAddData() failed!!"));
+    if (!tree.FinishAddData()) {
+        AddNote(tree.FailureReason());
+        return failure(WithNotes(_("ERROR: FinishAddData() failed!!")));
+    }
     tree.SetProgress([this](unsigned long long done, unsigned long long points) {
         Report(PrepareStage::WriteFile, done, points);
     });
     const bool written = tree.CreateDiskTreeFile(outputFile, headerValue);
     VpcTimer::Instance()->Stop();
+    if (!written) message_ = WithNotes(tree.FailureReason());
     return {written, message_, VpcTimer::Instance()->ElapsedTimeToString()};
 }
 
@@ -141,19 +153,16 @@ void PrepareRun::AddScans(VpcConstructTree& tree) {
     for (std::size_t i = 0; i < inputFiles_.size(); ++i) AddScan(*reader, i, tree);
     // A scan that has changed since it was measured, or cannot be opened any more.
     if (pointsRead_ != summary_.points)
-        throw std::runtime_error("the scans gave " + std::to_string(summary_.points) +
-                                 " points at first and " + std::to_string(pointsRead_) +
-                                 " when they were read again; nothing may change them meanwhile");
-    tree.maxRed = reader->maxRed;
-    tree.maxGreen = reader->maxGreen;
-    tree.maxBlue = reader->maxBlue;
-    tree.maxIntensity = reader->maxIntensity;
+        throw std::runtime_error(FileTools::ToNativePath(wxString::Format(
+            _("the scans gave %llu points at first and %llu when they were read again; nothing may "
+              "change them meanwhile"),
+            summary_.points, pointsRead_)));
 }
 
 void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree) {
     reader.scanIndex = static_cast<int>(index);
-    // A scan that does not open has no points remaining.
-    reader.initializeRead(inputFiles_[index]);
+    // A scan that fails here has no points remaining, which shows when the points are counted.
+    if (reader.initializeRead(inputFiles_[index]) == nullptr) AddNote(reader.errorMessage);
     while (reader.pointsRemaining != 0) {
         const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
         const unsigned long long count = reader.nextPointBatch();
@@ -166,6 +175,11 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
         Report(PrepareStage::AddPoints, pointsRead_, summary_.points);
     }
     reader.closeRead();
+    // Some readers begin their maxima anew with every scan; the file tells of all scans.
+    tree.maxRed = std::max<unsigned short>(tree.maxRed, reader.maxRed);
+    tree.maxGreen = std::max<unsigned short>(tree.maxGreen, reader.maxGreen);
+    tree.maxBlue = std::max<unsigned short>(tree.maxBlue, reader.maxBlue);
+    tree.maxIntensity = std::max(tree.maxIntensity, reader.maxIntensity);
 }
 
 void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
@@ -189,8 +203,13 @@ void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
 }
 
 void PrepareRun::AddNote(const wxString& note) {
-    if (!message_.empty()) message_ += "\n";
+    if (!message_.empty() && !note.empty()) message_ += "\n";
     message_ += note;
+}
+
+wxString PrepareRun::WithNotes(wxString problem) const {
+    if (!message_.empty()) problem += "\n";
+    return problem + message_;
 }
 
 void PrepareRun::Report(PrepareStage stage, unsigned long long pointsDone,
@@ -215,8 +234,6 @@ TreePrepareResult PcCorePointPrepare::preparePointData(
     unsigned long long headerValue, const wxString& workingFolder,
     const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
     unsigned long long maxPointsPerNode, unsigned long long maxLevel, PrepareObserver& observer) {
-    return guarded([&] {
-        return PrepareRun(inputFiles, observer)
-            .Run(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel);
-    });
+    return PrepareRun(inputFiles, observer)
+        .Run(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel);
 }

@@ -23,24 +23,20 @@ public:
     ///                         points share a place all these levels are made, at a record a node:
     ///                         more than about 60 only cost
     ///
-    /// Every failure comes back as a result; nothing is thrown but std::bad_alloc. Uses the
-    /// process-wide timer: one run at a time.
+    /// Every failure comes back as a result whose message says why; nothing is thrown but
+    /// std::bad_alloc. Uses the process-wide timer: one run at a time.
     ///
     /// vpc::PrepareChecks tells before a run what stands in its way. It is not part of the run,
     /// whose own rules are milder: a text scan that cannot be opened is left out, with a note.
-    static TreePrepareResult preparePointData(unsigned long long headerValue,
-                                              const wxString& workingFolder,
-                                              const std::vector<wxString>& inputFiles,
-                                              wxString outputFile, VpcTreeType treeType,
-                                              unsigned long long maxPointsPerNode,
-                                              unsigned long long maxLevel);
+    [[nodiscard]] static TreePrepareResult preparePointData(
+        unsigned long long headerValue, const wxString& workingFolder,
+        const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
+        unsigned long long maxPointsPerNode, unsigned long long maxLevel);
 
     /// The same, watched by `observer`, which can stop the run.
-    static TreePrepareResult preparePointData(unsigned long long headerValue,
-                                              const wxString& workingFolder,
-                                              const std::vector<wxString>& inputFiles,
-                                              wxString outputFile, VpcTreeType treeType,
-                                              unsigned long long maxPointsPerNode,
-                                              unsigned long long maxLevel,
-                                              PrepareObserver& observer);
+    [[nodiscard]] static TreePrepareResult preparePointData(
+        unsigned long long headerValue, const wxString& workingFolder,
+        const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
+        unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+        PrepareObserver& observer);
 };

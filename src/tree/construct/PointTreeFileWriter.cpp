@@ -2,6 +2,9 @@
 
 #include <cstring>
 
+#include <wx/translation.h>
+
+#include "core/util/IoError.h"
 #include "core/util/ReplacementFile.h"
 #include "tree/construct/PointBlock.h"
 #include "tree/file/PointTreeLayout.h"
@@ -32,19 +35,25 @@ PointTreeFileWriter::PointTreeFileWriter(VpcConstructTree& tree, unsigned long l
     : tree_(tree), hostValue_(hostValue) {
 }
 
-bool PointTreeFileWriter::Write(const wxString& fileName,
+void PointTreeFileWriter::Write(const wxString& fileName,
                                 const VpcConstructTree::Progress& progress) {
     progress_ = progress;
+    fileName_ = fileName;
     ReplacementFile file(fileName, tree_.TreeId());
-    if (!stream_.StreamOpen(file.TemporaryName(), FileModeWrite)) return false;
+    stream_.StreamOpen(file.TemporaryName(), FileModeWrite);
+    RequireGoodStream();
     PlacePositions();
     WriteHeader();
     WriteNodeRecords();
-    const bool whole = WritePointBlocks();
+    WritePointBlocks();
     stream_.StreamClose();
-    if (!whole || !stream_.IsStreamGood()) return false;
+    RequireGoodStream();
     file.Commit();
-    return true;
+}
+
+void PointTreeFileWriter::RequireGoodStream() const {
+    if (!stream_.IsStreamGood())
+        throw IoError(fileName_, wxGetTranslation("cannot be written"), stream_.SystemError());
 }
 
 void PointTreeFileWriter::PlacePositions() {
@@ -152,37 +161,41 @@ void PointTreeFileWriter::WriteChildEntries(const VpcConstructNode& node) {
     }
 }
 
-bool PointTreeFileWriter::WritePointBlocks() {
-    if (tree_.Levels().empty()) return true;
-    if (tree_.SamplesWhileWriting()) return WriteSubtree(*tree_.Root(), nullptr);
+void PointTreeFileWriter::WritePointBlocks() {
+    if (tree_.SamplesWhileWriting()) {
+        WriteSubtree(*tree_.Root(), nullptr);
+        return;
+    }
     for (const auto& level : tree_.Levels()) {
         for (VpcConstructNode* node : level) {
             PointBlock block(stream_, *node, nullptr, nullptr);
-            if (!WriteOwnPoints(*node, block)) return false;
+            WriteOwnPoints(*node, block);
         }
     }
-    return true;
 }
 
-bool PointTreeFileWriter::WriteSubtree(VpcConstructNode& node, PointBlock* parent) {
+void PointTreeFileWriter::WriteSubtree(VpcConstructNode& node, PointBlock* parent) {
     PointBlock block(stream_, node, parent, &tree_.SamplePatternOfTree());
-    if (node.Children().empty()) return WriteOwnPoints(node, block);
-    for (const auto& child : node.Children())
-        if (!WriteSubtree(*child, &block)) return false;
+    if (node.Children().empty()) {
+        WriteOwnPoints(node, block);
+        return;
+    }
+    for (const auto& child : node.Children()) WriteSubtree(*child, &block);
     block.Finish();
+    if (!block.IsComplete())
+        throw IoError(fileName_, wxGetTranslation("cannot be written, since points are missing"));
     ReportNode(node);
-    return block.IsComplete();
 }
 
-bool PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& block) {
-    const bool whole = node.VisitRecords([&](char* records, unsigned long long count) {
+void PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& block) {
+    node.VisitRecords([&](char* records, unsigned long long count) {
         if (tree_.is16bitColor) keepHighBytes(records, count);
         block.Write(records, count);
     });
     block.Finish();
+    RequireGoodStream();
     ReportNode(node);
     node.RemoveDiskFile();
-    return whole && stream_.IsStreamGood();
 }
 
 void PointTreeFileWriter::ReportNode(const VpcConstructNode& node) {

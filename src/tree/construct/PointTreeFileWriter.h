@@ -18,8 +18,9 @@ public:
     PointTreeFileWriter(VpcConstructTree& tree, unsigned long long hostValue);
 
     /// Writes the file; see VpcConstructTree::CreateDiskTreeFile. Each node's temporary file is
-    /// removed as soon as its points are written.
-    bool Write(const wxString& fileName, const VpcConstructTree::Progress& progress);
+    /// removed as soon as its points are written. Throws IoError for what cannot be read or
+    /// written.
+    void Write(const wxString& fileName, const VpcConstructTree::Progress& progress);
 
 private:
     /// Gives every node its place in the file.
@@ -32,14 +33,15 @@ private:
     void WriteTriple(const VpcConstructNode::Triple& triple);
     void WriteCellWidths(const VpcConstructNode& node);
     void WriteChildEntries(const VpcConstructNode& node);
-    /// Writes all blocks in the file's order.
-    bool WritePointBlocks();
+    void WritePointBlocks();
     /// Writes the blocks of the node and of all nodes below it, and hands the node's samples to
     /// `parent` (null for the root): every point is read once and goes to all its levels.
-    bool WriteSubtree(VpcConstructNode& node, PointBlock* parent);
+    void WriteSubtree(VpcConstructNode& node, PointBlock* parent);
     /// Passes the node's own points to its block.
-    bool WriteOwnPoints(VpcConstructNode& node, PointBlock& block);
+    void WriteOwnPoints(VpcConstructNode& node, PointBlock& block);
     void ReportNode(const VpcConstructNode& node);
+    /// Throws when the stream has failed.
+    void RequireGoodStream() const;
     unsigned long long SourceNameBytes() const;
 
     VpcConstructTree& tree_;
@@ -48,6 +50,7 @@ private:
     unsigned long long pointData_ = 0;
     unsigned long long pointsDone_ = 0;
     VpcConstructTree::Progress progress_;
+    wxString fileName_;
     FileBufferStream stream_;
 };
 

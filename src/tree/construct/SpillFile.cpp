@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
-#include <stdexcept>
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <wx/translation.h>
+
+#include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 
 namespace vpc {
 
@@ -15,16 +17,14 @@ namespace {
 /// The most parts that one call of the system takes.
 constexpr std::size_t partsPerCall = 1024;
 
-std::runtime_error failure(const std::string& what, const std::string& path) {
-    return std::runtime_error(what + " " + path + ": " + std::strerror(errno));
-}
-
-/// Writes all parts, going on after calls that took less than all; false when nothing is taken.
-bool writeAll(int descriptor, iovec* parts, std::size_t count, off_t position) {
+/// Writes all parts, going on after calls that took less than all. False, with the reason in errno,
+/// when nothing is taken.
+[[nodiscard]] bool writeAll(int descriptor, iovec* parts, std::size_t count, off_t position) {
     while (count != 0) {
         const ssize_t written =
             pwritev(descriptor, parts, static_cast<int>(std::min(count, partsPerCall)), position);
         if (written < 0 && errno == EINTR) continue;
+        if (written == 0) errno = ENOSPC;
         if (written <= 0) return false;
         position += written;
         auto left = static_cast<std::size_t>(written);
@@ -40,7 +40,7 @@ bool writeAll(int descriptor, iovec* parts, std::size_t count, off_t position) {
 
 SpillFile::SpillFile(const std::string& path)
     : path_(path), descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
-    if (descriptor_ < 0) throw failure("cannot create the temporary file", path_);
+    if (descriptor_ < 0) Fail(wxGetTranslation("cannot be created"), errno);
     unlink(path_.c_str());
 }
 
@@ -53,20 +53,19 @@ SpillFile::Piece SpillFile::Write(std::vector<iovec>& parts) {
     for (const iovec& part : parts) size += part.iov_len;
     const Piece piece = Allocate(size);
     if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(piece.position)))
-        throw failure("cannot write the temporary file", path_);
+        Fail(wxGetTranslation("cannot be written"), errno);
     return piece;
 }
 
-bool SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
+void SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
     while (size != 0) {
         const ssize_t got = pread(descriptor_, data, size, static_cast<off_t>(position));
         if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) return false;
+        if (got <= 0) Fail(wxGetTranslation("cannot be read"), got < 0 ? errno : 0);
         data += got;
         position += static_cast<unsigned long long>(got);
         size -= static_cast<unsigned long long>(got);
     }
-    return true;
 }
 
 void SpillFile::Free(const Piece& piece) {
@@ -83,6 +82,10 @@ SpillFile::Piece SpillFile::Allocate(unsigned long long size) {
     free_.erase(fitting);
     Free({whole.position + size, whole.size - size});
     return {whole.position, size};
+}
+
+void SpillFile::Fail(const wxString& problem, int systemReason) const {
+    throw IoError(FileTools::FromNativePath(path_), problem, systemReason);
 }
 
 }  // namespace vpc

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <sys/uio.h>
+#include <wx/string.h>
 
 namespace vpc {
 
@@ -19,22 +20,22 @@ public:
         unsigned long long size = 0;
     };
 
-    /// Creates the file. Throws std::runtime_error when that fails.
+    /// Creates the file. This, Write and Read throw vpc::IoError for what fails.
     explicit SpillFile(const std::string& path);
     ~SpillFile();
     SpillFile(const SpillFile&) = delete;
     SpillFile& operator=(const SpillFile&) = delete;
 
-    /// Writes the parts one after the other into a piece of their total size. Throws
-    /// std::runtime_error when the disk takes less.
-    Piece Write(std::vector<iovec>& parts);
-    /// Reads `size` bytes from `position`; false when they do not all come.
-    bool Read(unsigned long long position, char* data, unsigned long long size) const;
+    /// Writes the parts one after the other into a piece of their total size.
+    [[nodiscard]] Piece Write(std::vector<iovec>& parts);
+    /// Reads `size` bytes from `position`.
+    void Read(unsigned long long position, char* data, unsigned long long size) const;
     /// Takes a piece back, to be handed out again.
     void Free(const Piece& piece);
 
 private:
     Piece Allocate(unsigned long long size);
+    [[noreturn]] void Fail(const wxString& problem, int systemReason) const;
 
     std::string path_;
     int descriptor_;

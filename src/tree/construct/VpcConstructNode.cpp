@@ -4,11 +4,13 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <stdexcept>
 #include <utility>
+
+#include <wx/translation.h>
 
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 #include "tree/construct/VpcConstructTree.h"
 #include "tree/construct/VpcPointGrid3D.h"
 #include "tree/construct/VpcRandomSampler.h"
@@ -77,7 +79,8 @@ VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileN
 // --- Adding points -------------------------------------------------------------------------------
 
 void VpcConstructNode::AddPoint(const VpcPoint3D& point) {
-    if (VpcConstructNode* leaf = FindLeaf(point.x, point.y, point.z))
+    VpcConstructNode* leaf = tree_->BeginChange() ? FindLeaf(point.x, point.y, point.z) : nullptr;
+    if (leaf != nullptr)
         leaf->StoreInLeaf(point);
     else
         ++tree_->untakenPoints_;
@@ -131,10 +134,17 @@ void VpcConstructNode::LeafHasGrown() {
 }
 
 bool VpcConstructNode::WriteBufferPointsToDisk() {
+    return tree_->Succeeds([this] {
+        WriteBuffer();
+        return true;
+    });
+}
+
+void VpcConstructNode::WriteBuffer() {
+    const unsigned long long buffered = BufferedPoints();
     // Behind the caller's back the points may stay in memory, until the store wants room.
-    if (!tree_->store_.WritesBehind() && !points_.WriteOut()) return false;
-    pointsOnDisk_ = points_.Count();
-    return true;
+    if (!tree_->store_.WritesBehind()) points_.WriteOut();
+    pointsOnDisk_ += buffered;
 }
 
 void VpcConstructNode::FlushBuffersToDisk(unsigned long long threshold) {
@@ -171,7 +181,8 @@ void VpcConstructNode::SetChildGrid(const Triplet& grid) {
 }
 
 void VpcConstructNode::ComputeNumberOfChildrenOct() {
-    SetChildGrid(SplitGridOct());
+    // What children there are lie in the grid that they were made for.
+    if (children_.empty()) SetChildGrid(SplitGridOct());
 }
 
 bool VpcConstructNode::CanSplit() const {
@@ -198,6 +209,8 @@ void VpcConstructNode::CreateChildren() {
 }
 
 void VpcConstructNode::AddChild(const Triplet& cell, unsigned long long index) {
+    // The next point must not go into this node as into a leaf.
+    tree_->lastLeaf_ = nullptr;
     const auto counts = countsOf(childrenPerAxis_);
     const auto cells = countsOf(cell);
     Triple low;
@@ -216,33 +229,33 @@ void VpcConstructNode::AddChild(const Triplet& cell, unsigned long long index) {
 }
 
 void VpcConstructNode::SplitNode() {
-    if (!children_.empty()) return;
-    // Out of the store's sight while the children ask it for room.
-    vpc::NodePoints points(tree_->store_, points_.Path());
-    points.TakeOver(points_);
-    pointsOnDisk_ = 0;
-    SetChildGrid(SplitGrid());
-    CreateChildren();
-    const bool whole = points.Visit([this](const char* records, unsigned long long count) {
-        DistributeRecords(records, count);
-    });
-    if (!whole) throw std::runtime_error("cannot read the temporary file " + points.Path());
+    SplitInto(SplitGrid(), {}, 0);
 }
 
 void VpcConstructNode::SplitNodeOct(std::vector<VpcPoint3D>& points) {
-    SplitInto(SplitGridOct(), points);
+    SplitInto(SplitGridOct(), points, pointsOnDisk_);
 }
 
 void VpcConstructNode::SplitNodeKd(std::vector<VpcPoint3D>& points) {
-    SplitInto(SplitGridKd(), points);
+    SplitInto(SplitGridKd(), points, pointsOnDisk_);
 }
 
-void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points) {
-    if (!children_.empty()) return;
-    RemoveDiskFile();
+void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
+                                 unsigned long long skipped) {
+    if (!children_.empty() || !tree_->BeginChange()) return;
+    // Out of the store's sight while the children ask it for room.
+    vpc::NodePoints own(tree_->store_, points_.Path());
+    own.TakeOver(points_);
+    pointsOnDisk_ = 0;
     SetChildGrid(grid);
     CreateChildren();
     for (const VpcPoint3D& point : points) AddPoint(point);
+    if (points.size() < skipped) tree_->untakenPoints_ += skipped - points.size();
+    own.Visit([&](const char* records, unsigned long long count) {
+        const unsigned long long left = std::min(count, skipped);
+        skipped -= left;
+        DistributeRecords(records + left * vpc::recordSize, count - left);
+    });
 }
 
 void VpcConstructNode::DistributeRecords(const char* records, unsigned long long count) {
@@ -274,17 +287,22 @@ void VpcConstructNode::AddEndNodes() {
 }
 
 VpcConstructNode* VpcConstructNode::DropNodeLevel() {
+    if (!children_.empty() || !tree_->BeginChange()) return this;
     SetChildGrid({1, 1, 1});
     AddChild({0, 0, 0}, 0);
     VpcConstructNode* child = children_.back().get();
     child->points_.TakeOver(points_);
     child->pointsOnDisk_ = std::exchange(pointsOnDisk_, 0);
     child->SetChildGrid({1, 1, 1});
+    if (child->BufferedPoints() != 0) tree_->AwaitFlush(*child);
     return child;
 }
 
 bool VpcConstructNode::DropFileName(const wxString& oldName) {
-    return points_.RenameFileFrom(FileTools::ToNativePath(oldName));
+    return tree_->Succeeds([&] {
+        points_.RenameFileFrom(FileTools::ToNativePath(oldName));
+        return true;
+    });
 }
 
 void VpcConstructNode::ResetNodeAsParentLOD() {
@@ -324,8 +342,6 @@ void VpcConstructNode::PopulateParentLOD() {
     UpdateMinDistances();
     if (parent_ == nullptr) return;
     std::vector<VpcPoint3D> points = GetPointsFromDisk();
-    if (points.size() != pointsOnDisk_)
-        throw std::runtime_error("cannot read the temporary file " + points_.Path());
     std::vector<VpcPoint3D> samples;
     if (points.size() < vpc::SamplePattern::smallestSampled)
         samples.swap(points);
@@ -335,8 +351,7 @@ void VpcConstructNode::PopulateParentLOD() {
         SubsampleRandom(points, samples);
     for (unsigned long long i = 0; i < samples.size(); ++i)
         parent_->AddPointFromChild(samples[i], i);
-    if (!parent_->WriteBufferPointsToDisk())
-        throw std::runtime_error("cannot write the temporary file " + parent_->points_.Path());
+    parent_->WriteBuffer();
 }
 
 void VpcConstructNode::PlanParentLOD(vpc::SamplePattern& pattern) {
@@ -375,8 +390,9 @@ void VpcConstructNode::AddPointFromChild(const VpcPoint3D& point, unsigned long 
 }
 
 std::vector<VpcPoint3D> VpcConstructNode::GetPointsFromDisk() {
+    if (tree_->SamplesWhileWriting() && !children_.empty()) return SamplesFromBelow();
     std::vector<VpcPoint3D> points;
-    points.reserve(points_.Count());
+    points.reserve(pointsOnDisk_);
     VisitRecords([&points](const char* records, unsigned long long count) {
         for (unsigned long long i = 0; i < count; ++i)
             points.emplace_back().FromRecord(records + i * vpc::recordSize);
@@ -384,20 +400,30 @@ std::vector<VpcPoint3D> VpcConstructNode::GetPointsFromDisk() {
     return points;
 }
 
-bool VpcConstructNode::VisitRecords(
+std::vector<VpcPoint3D> VpcConstructNode::SamplesFromBelow() const {
+    std::vector<VpcPoint3D> samples;
+    for (const auto& child : children_) {
+        const std::vector<VpcPoint3D> points = child->GetPointsFromDisk();
+        tree_->SamplePatternOfTree().ForEachKept(
+            points.size(), 0, points.size(),
+            [&](unsigned long long i) { samples.push_back(points[i]); });
+    }
+    return samples;
+}
+
+void VpcConstructNode::VisitRecords(
     const std::function<void(char* records, unsigned long long count)>& visit) {
     unsigned long long left = pointsOnDisk_;
-    const bool whole = points_.Visit([&](char* records, unsigned long long count) {
+    points_.Visit([&](char* records, unsigned long long count) {
         const unsigned long long onDisk = std::min(count, left);
         if (onDisk != 0) visit(records, onDisk);
         left -= onDisk;
     });
-    return whole && left == 0;
+    if (left != 0) throw vpc::IoError(FileName(), wxGetTranslation("no longer holds its points"));
 }
 
 void VpcConstructNode::RemoveDiskFile() {
     points_.Clear();
-    pointsOnDisk_ = 0;
 }
 
 // --- What it holds -------------------------------------------------------------------------------

@@ -20,7 +20,9 @@ class VpcConstructTree;
 ///
 /// While points are added only leaves hold points; a split hands them on to the children. The
 /// tree's finishing then pushes the leaves down to the deepest level and fills the levels above
-/// with thinned copies.
+/// with thinned copies; from then on the node takes no points and gets no children.
+///
+/// A temporary file that fails where no result could tell throws vpc::IoError.
 class VpcConstructNode {
 public:
     using Triplet = VpcTriplet<unsigned long long>;
@@ -41,16 +43,11 @@ public:
     // --- While points are added ---------------------------------------------------------------
 
     /// Gives the point to the leaf below this node whose box contains it. A point that no child's
-    /// box contains is dropped, and counted by the tree.
+    /// box contains, or that comes to a finished tree, is dropped and counted by the tree.
     void AddPoint(const VpcPoint3D& point);
     /// The leaf below this node that takes a point at (x, y, z): null where no child does. A leaf
     /// takes every point itself.
     VpcConstructNode* FindLeaf(double x, double y, double z);
-    /// Appends a point to this leaf, and splits the leaf when that fills it.
-    void StoreInLeaf(const VpcPoint3D& point) {
-        point.ToRecord(points_.Append());
-        LeafHasGrown();
-    }
     /// Minimum inclusive, maximum exclusive: neighbours share no point.
     bool Contains(double x, double y, double z) const {
         return minimum_[0] <= x && x < maximum_[0] && minimum_[1] <= y && y < maximum_[1] &&
@@ -59,19 +56,25 @@ public:
 
     /// Appends the buffered points to the node's file, which is created if need be, and frees
     /// their memory. False when the file cannot be written; the points then stay in the buffer.
+    /// While points are added that may be ignored: the next call writes them, and the last one is
+    /// the finishing's, which tells.
     bool WriteBufferPointsToDisk();
-    /// Writes the buffers of this node and all nodes below that hold more than `threshold` points.
+    /// Writes the buffers of this node and all nodes below that hold more than `threshold` points,
+    /// as far as they can be written.
     void FlushBuffersToDisk(unsigned long long threshold);
 
     /// Turns this leaf into a parent: its points move on to new children.
     void SplitNode();
-    // What SplitNode does, over points that the caller has taken from the node.
+    // What SplitNode does, but `points` stand for the points on disk, which the caller has taken
+    // from the node and which go. The buffered points follow them. Points on disk that are more
+    // than those given are lost, and counted by the tree.
 
     /// Splits into a grid: the root after the tree's dimension ratios, other nodes 2 x 2 x 2.
     void SplitNodeOct(std::vector<VpcPoint3D>& points);
     /// Splits into two halves across the longest side.
     void SplitNodeKd(std::vector<VpcPoint3D>& points);
-    /// Sets the children per axis and the cell size as SplitNodeOct does, without any children.
+    /// Sets the children per axis and the cell size of a leaf as SplitNodeOct does, without any
+    /// children.
     void ComputeNumberOfChildrenOct();
     /// The number of the child cell that holds the point; all ones where there is none.
     unsigned long long ComputeNodeIndex(const VpcPoint3D& point) const;
@@ -83,10 +86,11 @@ public:
 
     /// Counts the leaves below this node in the tree and lists those that hold points.
     void AddEndNodes();
-    /// Gives this leaf one child with the same box, to which its points go, and returns it.
+    /// Gives this leaf one child with the same box, to which its points go, and returns it. A node
+    /// that has children, or whose tree is finished, stays as it is and returns itself.
     VpcConstructNode* DropNodeLevel();
-    /// Renames the file `oldName` to this node's file name, overwriting.
-    bool DropFileName(const wxString& oldName);
+    /// Renames the node's file, which is called `oldName`, to this node's file name, overwriting.
+    [[nodiscard]] bool DropFileName(const wxString& oldName);
 
     /// Makes the node ready to receive its children's samples.
     void ResetNodeAsParentLOD();
@@ -104,12 +108,13 @@ public:
     /// the writing of the tree file will.
     void PlanParentLOD(vpc::SamplePattern& pattern);
 
-    /// The points on disk, in their order; what is only in the buffer is not among them.
-    std::vector<VpcPoint3D> GetPointsFromDisk();
-    /// Visits the records of the points on disk in order, in large pieces; false when they could
-    /// not be read whole. What it is given, `visit` may change.
-    bool VisitRecords(const std::function<void(char* records, unsigned long long count)>& visit);
-    /// Deletes the node's file and forgets its points.
+    /// The points on disk, in their order; what is only in the buffer is not among them. Samples
+    /// that the node will get while the tree file is written are taken from the nodes below.
+    [[nodiscard]] std::vector<VpcPoint3D> GetPointsFromDisk();
+    /// Visits the records of the points on disk in order, in large pieces. What it is given,
+    /// `visit` may change.
+    void VisitRecords(const std::function<void(char* records, unsigned long long count)>& visit);
+    /// Deletes the node's file and frees its memory. The counts stay.
     void RemoveDiskFile();
 
     // --- What it holds --------------------------------------------------------------------------
@@ -131,7 +136,7 @@ public:
     std::vector<Triplet> GridPath() const;
     unsigned long long PointsOnDisk() const { return pointsOnDisk_; }
     /// Points in the buffer and on disk.
-    unsigned long long PointsInAll() const { return points_.Count(); }
+    unsigned long long PointsInAll() const { return pointsOnDisk_ + BufferedPoints(); }
     double MinDistance() const { return minDistance_; }
 
     /// Where the node stands in the tree file that is being written: its record and its block.
@@ -139,7 +144,17 @@ public:
     unsigned long long blockPosition = 0;
 
 private:
-    unsigned long long BufferedPoints() const { return points_.Count() - pointsOnDisk_; }
+    unsigned long long BufferedPoints() const {
+        // Points on disk are counted before they are sampled, and after their file is gone.
+        return points_.Count() > pointsOnDisk_ ? points_.Count() - pointsOnDisk_ : 0;
+    }
+    /// WriteBufferPointsToDisk for those who pass the failure on.
+    void WriteBuffer();
+    /// Appends a point to this leaf, and splits the leaf when that fills it.
+    void StoreInLeaf(const VpcPoint3D& point) {
+        point.ToRecord(points_.Append());
+        LeafHasGrown();
+    }
     void LeafHasGrown();
     /// False where a coordinate's precision cannot tell the cells of a split apart, or where the
     /// children would have no extent along an axis and so take no point.
@@ -150,11 +165,14 @@ private:
     Triplet SplitGridKd() const;
     void SetChildGrid(const Triplet& grid);
     void CreateChildren();
-    void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points);
+    /// Gives `points` to new children, and behind them the node's own but for the first `skipped`.
+    void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
+                   unsigned long long skipped);
     void AddChild(const Triplet& cell, unsigned long long index);
     VpcConstructNode* ChildContaining(double x, double y, double z) const;
     unsigned long long CellOf(double x, double y, double z) const;
     void DistributeRecords(const char* records, unsigned long long count);
+    std::vector<VpcPoint3D> SamplesFromBelow() const;
 
     VpcConstructTree* tree_;
     VpcConstructNode* parent_;

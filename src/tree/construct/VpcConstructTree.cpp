@@ -4,10 +4,14 @@
 #include <cmath>
 #include <string>
 
+#include <wx/translation.h>
+
 #include "core/geometry/DimensionRatios.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 #include "core/util/StringTools.h"
 #include "io/PlyIO.h"
+#include "io/TextFileWriter.h"
 #include "tree/construct/PointTreeFileWriter.h"
 
 VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
@@ -38,6 +42,7 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     awaitingFlush_.clear();
     lastLeaf_ = nullptr;
     stage_ = Stage::Adding;
+    samplesWhileWriting_ = false;
     root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
                                                VpcConstructNode::Triplet{1, 1, 1});
@@ -50,7 +55,7 @@ void VpcConstructTree::InitializeDimensionRatios(double dx, double dy, double dz
 
 void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long count) {
     pointsAdded_ += count;
-    if (root_ == nullptr || stage_ != Stage::Adding) {
+    if (root_ == nullptr || !BeginChange()) {
         untakenPoints_ += count;
         return;
     }
@@ -82,32 +87,52 @@ bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {
     return true;
 }
 
+bool VpcConstructTree::BeginChange() {
+    if (stage_ == Stage::EndNodesListed) stage_ = Stage::Adding;
+    return stage_ == Stage::Adding;
+}
+
+bool VpcConstructTree::Succeeds(const std::function<bool()>& work) {
+    failureReason_.clear();
+    try {
+        return work();
+    } catch (const vpc::IoError& error) {
+        failureReason_ = error.Message();
+        return false;
+    }
+}
+
+bool VpcConstructTree::Refuse(const wxString& reason) {
+    failureReason_ = reason;
+    return false;
+}
+
 bool VpcConstructTree::FinishAddData() {
-    if (stage_ != Stage::Adding) return stage_ == Stage::Finished;
-    if (!BuildEndNodeList() || !PopulateParentNodes()) return false;
-    stage_ = Stage::Finished;
-    return true;
+    return BuildEndNodeList() && PopulateParentNodes();
 }
 
 bool VpcConstructTree::BuildEndNodeList() {
+    return Succeeds([this] { return ListEndNodes(); });
+}
+
+bool VpcConstructTree::ListEndNodes() {
+    if (stage_ == Stage::Written) return Refuse(wxGetTranslation("The tree has been written"));
+    if (stage_ != Stage::Adding) return true;
     leafCount_ = filledLeafCount_ = emptyLeafCount_ = 0;
     endNodes_.clear();
     if (root_ != nullptr) root_->AddEndNodes();
-    if (endNodes_.empty() || !WriteEndNodeBuffers() || levels_.empty()) return false;
+    if (endNodes_.empty()) return false;
+    for (VpcConstructNode* node : endNodes_) node->WriteBuffer();
     const VpcConstructNode* densest = DensestEndNode();
     const double side = std::min({densest->Extent(0), densest->Extent(1), densest->Extent(2)});
     constexpr double smallestDistance = 0.0025;
     const double spacing =
         std::cbrt(side * side * side / static_cast<double>(densest->PointsOnDisk()));
     minimumPointDistance_ = std::max(smallestDistance, spacing);
-    if (!PushDownEndNodes()) return false;
+    PushDownEndNodes();
     maxLevel_ = levels_.size();
+    stage_ = Stage::EndNodesListed;
     return true;
-}
-
-bool VpcConstructTree::WriteEndNodeBuffers() {
-    return std::all_of(endNodes_.begin(), endNodes_.end(),
-                       [](VpcConstructNode* node) { return node->WriteBufferPointsToDisk(); });
 }
 
 VpcConstructNode* VpcConstructTree::DensestEndNode() const {
@@ -121,26 +146,34 @@ VpcConstructNode* VpcConstructTree::DensestEndNode() const {
     return densest;
 }
 
-bool VpcConstructTree::PushDownEndNodes() {
+void VpcConstructTree::PushDownEndNodes() {
     const unsigned long long deepest = levels_.size() - 1;
     for (VpcConstructNode*& node : endNodes_) {
-        if (node->Level() == deepest) continue;
-        const wxString oldName = node->FileName();
         while (node->Level() < deepest) node = node->DropNodeLevel();
-        if (!node->DropFileName(oldName)) return false;
+        node->points_.RenameFile();
     }
-    return true;
 }
 
 bool VpcConstructTree::PopulateParentNodes() {
-    pointsAdded_ = 0;
-    if (levels_.empty()) return true;
+    return Succeeds([this] {
+        // A second time would thin the samples in place of the points.
+        if (stage_ == Stage::Finished) return true;
+        if (ListEndNodes()) PopulateLevels();
+        if (stage_ == Stage::Adding) pointsAdded_ = 0;
+        return stage_ != Stage::Written;
+    });
+}
+
+void VpcConstructTree::PopulateLevels() {
+    samplesWhileWriting_ =
+        store_.WritesBehind() && subsampleType_ == Subsample_Random && !seedFromDevice_;
     for (auto level = levels_.rbegin(); level != levels_.rend(); ++level)
         for (VpcConstructNode* node : *level) node->ResetNodeAsParentLOD();
     for (auto level = levels_.size() - 1; level >= 1; --level) PopulateLevelAbove(levels_[level]);
+    pointsAdded_ = 0;
     for (const Level& level : levels_)
         for (const VpcConstructNode* node : level) pointsAdded_ += node->PointsOnDisk();
-    return true;
+    stage_ = Stage::Finished;
 }
 
 void VpcConstructTree::PopulateLevelAbove(const Level& level) {
@@ -164,10 +197,6 @@ double VpcConstructTree::KeepFraction() const {
     return treeType_ == Tree_KdTree_Symmetric ? 0.5 : 0.25;
 }
 
-bool VpcConstructTree::SamplesWhileWriting() const {
-    return store_.WritesBehind() && subsampleType_ == Subsample_Random && !seedFromDevice_;
-}
-
 vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
     if (!samplePattern_) samplePattern_.emplace(KeepFraction());
     return *samplePattern_;
@@ -176,10 +205,13 @@ vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
 bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue) {
     // The nodes' points are used up by the writing, and before the finishing there are none: what
     // would be written is an empty tree, over a good file perhaps.
-    if (stage_ != Stage::Finished) return false;
+    if (stage_ == Stage::Written) return Refuse(wxGetTranslation("The tree has been written"));
+    if (stage_ != Stage::Finished) return Refuse(wxGetTranslation("The tree is not finished"));
     stage_ = Stage::Written;
-    vpc::PointTreeFileWriter writer(*this, hostValue);
-    const bool written = writer.Write(fileName, progress_);
+    const bool written = Succeeds([&] {
+        vpc::PointTreeFileWriter(*this, hostValue).Write(fileName, progress_);
+        return true;
+    });
     for (const Level& level : levels_)
         for (VpcConstructNode* node : level) node->RemoveDiskFile();
     FileTools::DeleteFilesInFolder(workingFolder_, CleanFolderDeleteByPrefix, {treeId_});
@@ -188,17 +220,21 @@ bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned lon
 
 bool VpcConstructTree::WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
                                                   unsigned long long& nrPoints) {
-    if (level >= levels_.size()) return true;
-    for (std::size_t i = 0; i < levels_[level].size(); ++i) {
-        const std::vector<VpcPoint3D> points = levels_[level][i]->GetPointsFromDisk();
-        nrPoints += points.size();
-        if (points.empty()) continue;
-        std::string index = std::to_string(i);
-        index.insert(0, 3 - std::min<std::size_t>(index.size(), 3), '0');
-        const std::string name = "Level-" + std::to_string(level) + "-Node-" + index + ".ply";
-        PlyIO::WriteVertices(points, folder + wxString(name));
-    }
-    return true;
+    return Succeeds([&] {
+        if (level >= levels_.size()) return true;
+        for (std::size_t i = 0; i < levels_[level].size(); ++i) {
+            const std::vector<VpcPoint3D> points = levels_[level][i]->GetPointsFromDisk();
+            nrPoints += points.size();
+            if (points.empty()) continue;
+            std::string index = std::to_string(i);
+            index.insert(0, 3 - std::min<std::size_t>(index.size(), 3), '0');
+            const std::string name = "Level-" + std::to_string(level) + "-Node-" + index + ".ply";
+            vpc::TextFileWriter file(folder + wxString(name));
+            PlyIO::WriteTo(file, points, {});
+            file.Close();
+        }
+        return true;
+    });
 }
 
 void VpcConstructTree::RegisterNode(VpcConstructNode& node) {

@@ -19,7 +19,8 @@
 ///
 /// Order of calls: InitializeRootNode, AddPoints as often as there are batches, FinishAddData,
 /// CreateDiskTreeFile, once. The temporary files go with the tree at the latest. A temporary file
-/// that fails where no result could tell makes a call throw std::runtime_error.
+/// that fails where no result could tell makes a call throw vpc::IoError; a call that returns false
+/// leaves its reason in FailureReason.
 class VpcConstructTree {
 public:
     using Level = std::vector<VpcConstructNode*>;
@@ -34,7 +35,7 @@ public:
     ///                         nodes' to one nameless file. 0 writes a node's own file whenever
     ///                         the node's buffer is written. The tree file is the same
     ///
-    /// Throws std::runtime_error when there is point memory and that file cannot be created.
+    /// Throws vpc::IoError when there is point memory and that file cannot be created.
     VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
                      unsigned long long maxPointsPerNode, unsigned long long maxLevel,
                      bool is16bitColor, unsigned long long pointMemory = 0);
@@ -42,7 +43,8 @@ public:
     VpcConstructTree(const VpcConstructTree&) = delete;
     VpcConstructTree& operator=(const VpcConstructTree&) = delete;
 
-    /// How parent levels are thinned, and whether random thinning is seeded from the device.
+    /// How parent levels are thinned, and whether random thinning is seeded from the device. A
+    /// finished tree stays as it is.
     void setSubsampleType(VpcSubsampleType type, bool seedFromDevice);
     /// Makes the root over `box`, a little enlarged, in place of an earlier one with its points.
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
@@ -51,14 +53,20 @@ public:
     /// Adds `count` points; see UntakenPoints for those that found no node. Once the tree is
     /// finished, and before it has a root, none does.
     void AddPoints(const VpcPoint3D* points, unsigned long long count);
-    /// Writes all buffers of more than `threshold` points. With point memory it is the memory's
-    /// fill that decides, and this does nothing.
+    /// Writes all buffers of more than `threshold` points, as far as they can be written; returns
+    /// true. With point memory it is the memory's fill that decides, and this does nothing.
     bool FlushBuffersToDisk(unsigned long long threshold);
     /// Ends the adding: leaves go to the deepest level, parents get their samples. False when
-    /// there are no points or a node's file could not be written. Does nothing in a finished tree.
-    bool FinishAddData();
-    bool BuildEndNodeList();
-    bool PopulateParentNodes();
+    /// there are no points or a temporary file fails. Does nothing in a finished tree.
+    [[nodiscard]] bool FinishAddData();
+    // The two steps of FinishAddData. After both the tree is finished, and they do nothing more.
+
+    /// Lists the leaves that hold points and brings them to the deepest level. Points that come
+    /// after it make it necessary again. False as with FinishAddData.
+    [[nodiscard]] bool BuildEndNodeList();
+    /// Fills the levels above the deepest; takes the step before, too, where that is still to do.
+    /// True for a tree without points, which stays unfinished.
+    [[nodiscard]] bool PopulateParentNodes();
     /// The largest point count among the nodes of the deepest level.
     unsigned long long actualMaxPointsPerNode() const;
 
@@ -68,19 +76,23 @@ public:
     /// a second call fails, whatever became of the first.
     ///
     /// \param hostValue stored in the header untouched
-    bool CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue);
+    [[nodiscard]] bool CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue);
     /// Writes every non-empty node of a level as a PLY file, for inspection, and adds the number
-    /// of points to `nrPoints`.
+    /// of points to `nrPoints`: the points on disk, or in a finished tree those that its file will
+    /// hold. False when something cannot be read or written.
     ///
     /// \param folder prefix of the files' names: ends with a separator
-    bool WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
-                                    unsigned long long& nrPoints);
+    [[nodiscard]] bool WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
+                                                  unsigned long long& nrPoints);
 
     /// Has `progress` called after every node that CreateDiskTreeFile writes.
     void SetProgress(Progress progress) { progress_ = std::move(progress); }
 
     // --- What it holds --------------------------------------------------------------------------
 
+    /// Why the last call that can fail returned false: a sentence, with the system's reason where
+    /// there is one. Empty when it returned true, and where there were just no points.
+    const wxString& FailureReason() const { return failureReason_; }
     const wxString& TreeId() const { return treeId_; }
     VpcTreeType TreeType() const { return treeType_; }
     VpcConstructNode* Root() const { return root_.get(); }
@@ -100,7 +112,7 @@ public:
     /// True when the parents' samples are taken while the tree file is written, in one pass over
     /// the points in place of three. Which points those are is known beforehand, so their numbers
     /// are; until then the parents hold no points.
-    bool SamplesWhileWriting() const;
+    bool SamplesWhileWriting() const { return samplesWhileWriting_; }
     /// Which points a node hands to its parent, while SamplesWhileWriting.
     vpc::SamplePattern& SamplePatternOfTree();
 
@@ -117,21 +129,30 @@ public:
 private:
     friend class VpcConstructNode;
 
-    enum class Stage { Adding, Finished, Written };
+    enum class Stage { Adding, EndNodesListed, Finished, Written };
 
+    /// To be called before a point or a node comes to the tree: false when none may any more.
+    [[nodiscard]] bool BeginChange();
+    /// Does `work` and returns what it returns, or false when it throws vpc::IoError.
+    [[nodiscard]] bool Succeeds(const std::function<bool()>& work);
+    /// Notes why a call returns false, which is what this returns.
+    [[nodiscard]] bool Refuse(const wxString& reason);
     void RegisterNode(VpcConstructNode& node);
     void AwaitFlush(VpcConstructNode& node);
     VpcConstructNode* DensestEndNode() const;
-    bool WriteEndNodeBuffers();
-    bool PushDownEndNodes();
+    [[nodiscard]] bool ListEndNodes();
+    void PushDownEndNodes();
+    void PopulateLevels();
     void PopulateLevelAbove(const Level& level);
 
     Stage stage_ = Stage::Adding;
+    wxString failureReason_;
     wxString treeId_;
     std::vector<wxString> sourceNames_;
     VpcTreeType treeType_;
     VpcSubsampleType subsampleType_ = Subsample_Grid;
     bool seedFromDevice_ = false;
+    bool samplesWhileWriting_ = false;
     std::optional<vpc::SamplePattern> samplePattern_;
     double minimumPointDistance_ = 1e45;
     VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};

@@ -37,7 +37,9 @@ protected:
 TEST_F(FileBufferStreamTest, OpensOneFileAtATimeAndNoFolder) {
     EXPECT_FALSE(stream.ReadFile2Buffer() || stream.IsStreamGood()) << "there is no file to read";
     EXPECT_FALSE(open(FileModeRead) || stream.IsStreamGood());
+    EXPECT_EQ(stream.SystemError(), ENOENT);
     EXPECT_FALSE(stream.StreamOpen(toWx(folder.path()), FileModeRead) || stream.IsStreamOpen());
+    EXPECT_EQ(stream.SystemError(), EISDIR);
     writeBytes(file, "12345678");
     EXPECT_TRUE(open(FileModeRead) && stream.IsStreamGood()) << "opening clears the fail state";
     EXPECT_STREQ(stream.fileName.data(), file.c_str());
@@ -97,6 +99,7 @@ TEST_F(FileBufferStreamTest, FailuresStayUntilCleared) {
     ASSERT_TRUE(open(FileModeRead));
     EXPECT_EQ(stream.StreamReadDouble(), 0.0);
     EXPECT_EQ(stream.StreamReadAtUint16(0), 0U) << "nothing works in the fail state";
+    EXPECT_EQ(stream.SystemError(), 0) << "the file's end is no failure of the system's";
     stream.StreamClearState();
     EXPECT_EQ(stream.StreamReadAtUint16(0), 0x3231U);
     stream.StreamSeek(~0ULL);
@@ -104,12 +107,14 @@ TEST_F(FileBufferStreamTest, FailuresStayUntilCleared) {
     stream.StreamClearState();
     stream.StreamWriteUint16(1);
     EXPECT_FALSE(stream.IsStreamGood()) << "opened for reading";
+    EXPECT_EQ(stream.SystemError(), EOVERFLOW) << "the first failure's";
     stream.StreamClose();
     for (const std::size_t size : {8U, 1U << 20}) {
         ASSERT_TRUE(stream.StreamOpen("/dev/full", FileModeWrite));
         stream.WriteCharArray2File(std::string(size, 'x').data(), size);
         stream.StreamClose();
         EXPECT_FALSE(stream.IsStreamGood()) << "shows at the latest when closing";
+        EXPECT_EQ(stream.SystemError(), ENOSPC);
     }
 }
 

@@ -1,8 +1,9 @@
 #include "tree/construct/VpcConstructTree.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -86,6 +87,96 @@ TEST_F(ConstructTreeTest, GridThinningIsTheDefaultAndKeepsItsSpacing) {
         }
     // The octree's parent spacing is thrice the child's.
     EXPECT_EQ(tree.Root()->MinDistance(), 3.0 * levels[1].back()->MinDistance());
+}
+
+unsigned long long pointsIn(const VpcConstructTree::Level& level) {
+    unsigned long long count = 0;
+    for (const VpcConstructNode* node : level) count += node->PointsOnDisk();
+    return count;
+}
+
+// The tree remembers the leaf of the last point, and it may have become a parent since.
+TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
+    const auto farPoint = [](int i) { return pointAt(7.0 + 0.05 * i, 7, 7); };
+    using Change = std::function<void(VpcConstructTree&, VpcConstructNode&)>;
+    const std::pair<const char*, Change> changes[] = {
+        {"AddPoint",
+         [&](auto& tree, auto&) {
+             for (int i = 0; i < 6; ++i) tree.Root()->AddPoint(farPoint(i));
+         }},
+        {"SplitNode", [](auto&, auto& leaf) { leaf.SplitNode(); }},
+        {"SplitNodeOct",
+         [](auto&, auto& leaf) {
+             auto points = leaf.GetPointsFromDisk();
+             leaf.SplitNodeOct(points);
+         }},
+        {"SplitNodeKd",
+         [](auto&, auto& leaf) {
+             auto points = leaf.GetPointsFromDisk();
+             leaf.SplitNodeKd(points);
+         }},
+        {"DropNodeLevel", [](auto&, auto& leaf) { leaf.DropNodeLevel(); }},
+        {"BuildEndNodeList", [](auto& tree, auto&) { EXPECT_TRUE(tree.BuildEndNodeList()); }}};
+    for (const auto& [name, change] : changes) {
+        for (const unsigned long long memory : {0ULL, 1ULL << 20}) {
+            SCOPED_TRACE(testing::Message() << name << ", memory " << memory);
+            const vpc::test::PrepareFolder folder;
+            VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 5, false,
+                                  memory);
+            tree.InitializeRootNode({0, 0, 0, 8, 8, 8});
+            std::vector<VpcPoint3D> points;
+            for (int i = 0; i < 40; ++i) points.push_back(pointAt(1 + 0.02 * i, 1, 1));
+            for (int i = 0; i < 3; ++i) points.push_back(farPoint(i));
+            tree.AddPoints(points.data(), points.size());
+            tree.FlushBuffersToDisk(0);
+            points = {farPoint(3), farPoint(4)};
+            tree.AddPoints(points.data(), 2);
+            VpcConstructNode* leaf = tree.Root()->FindLeaf(7, 7, 7);
+            ASSERT_EQ(leaf->Level(), 1U);
+            change(tree, *leaf);
+            EXPECT_FALSE(leaf->Children().empty());
+            tree.AddPoints(points.data(), 2);
+            ASSERT_TRUE(tree.FinishAddData()) << tree.FailureReason();
+            EXPECT_EQ(pointsIn(tree.Levels().back()), name == std::string("AddPoint") ? 53U : 47U);
+            EXPECT_EQ(tree.UntakenPoints(), 0U);
+            EXPECT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0))
+                << tree.FailureReason();
+        }
+    }
+}
+
+// With point memory the samples are taken only while the tree file is written.
+TEST(ConstructTree, ShowsTheSamplesOfALevelBeforeTheyAreWritten) {
+    const vpc::test::PrepareFolder folder;
+    const wxString prefix = vpc::test::toWx(folder.file(""));
+    VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 5, false, 1U << 20U);
+    tree.setSubsampleType(Subsample_Random, false);
+    tree.InitializeRootNode({0, 0, 0, 8, 8, 8});
+    std::vector<VpcPoint3D> points;
+    for (int i = 0; i < 500; ++i) points.push_back(pointAt(i % 8, i % 7, i % 8 + i * 0.001));
+    tree.AddPoints(points.data(), points.size());
+    ASSERT_TRUE(tree.FinishAddData());
+    std::vector<std::vector<double>> shown;
+    for (std::size_t level = 0; level < tree.Levels().size(); ++level) {
+        unsigned long long count = 0;
+        EXPECT_TRUE(tree.WriteNodePointsTreeAtLevel(level, prefix, count));
+        EXPECT_EQ(count, pointsIn(tree.Levels()[level]));
+        auto& heights = shown.emplace_back();
+        for (VpcConstructNode* node : tree.Levels()[level])
+            for (const VpcPoint3D& point : node->GetPointsFromDisk()) heights.push_back(point.z);
+    }
+    EXPECT_THAT(vpc::test::readBytes(folder.file("Level-0-Node-000.ply")),
+                testing::HasSubstr("vertex " + std::to_string(shown[0].size()) + "\n"));
+    unsigned long long count = 0;
+    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix + "none/", count));
+    EXPECT_TRUE(tree.FailureReason().EndsWith("cannot be written (No such file or directory)"));
+    ASSERT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0));
+    for (std::size_t level = 0; level < shown.size(); ++level) {
+        std::vector<double> heights;
+        for (const auto& point : folder.tree().pointsOf(level)) heights.push_back(point.z);
+        EXPECT_EQ(heights, shown[level]);
+    }
+    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix, count)) << "the points are gone";
 }
 
 TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
