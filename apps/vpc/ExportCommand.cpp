@@ -10,8 +10,6 @@
 #include "CommandError.h"
 #include "ExitStatus.h"
 #include "Interrupt.h"
-#include "LevelPoints.h"
-#include "LoadedPointSet.h"
 #include "TreeFile.h"
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
@@ -21,6 +19,7 @@
 #include "io/PlyIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
+#include "tree/file/LevelPoints.h"
 
 namespace vpc {
 
@@ -56,7 +55,7 @@ bool isWhole(const wxString& file, unsigned long long lines) {
     return stream.get() == '\n';
 }
 
-unsigned long long parseLevel(const std::string& text, std::size_t levels) {
+unsigned long long parseLevel(const std::string& text, unsigned long long levels) {
     unsigned long long level = 0;
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, level);
@@ -120,14 +119,13 @@ void ExportCommand::CheckOutput() const {
 }
 
 std::vector<VpcPoint3D> ExportCommand::ReadPoints() const {
-    const std::size_t levels = LoadedPointSet(file_).Report(0.0).levels.size();
+    const auto tree = openCurrentTreeFile(file_);
+    const unsigned long long levels = tree->Header().levels;
     if (levels == 0) return {};
     const unsigned long long level =
         levelText_.empty() ? levels - 1 : parseLevel(levelText_, levels);
-    const VpcDiskTreeQuerier querier(hostString(file_));
-    if (!querier.isOpen())
-        throw CommandError("'" + file_ + "' " + FileTools::ToNativePath(querier.fault()));
-    return LevelPoints::Read(querier.fileName(), querier.header(), level);
+    return advising("see vpc verify",
+                    [&] { return LevelPoints::Read(*tree, level, Interrupt::Check); });
 }
 
 void ExportCommand::Write(Format format, std::vector<VpcPoint3D> points) const {

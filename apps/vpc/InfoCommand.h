@@ -3,9 +3,7 @@
 #include <string>
 
 #include "Command.h"
-#include "LevelTotals.h"
-
-class VpcDiskTreeQuerier;
+#include "tree/file/PointTreeReader.h"
 
 namespace vpc {
 
@@ -16,8 +14,8 @@ public:
     int Run() override;
 
 private:
-    void PrintText(VpcDiskTreeQuerier& querier) const;
-    void PrintJson(VpcDiskTreeQuerier& querier) const;
+    void PrintText(PointTreeReader& tree) const;
+    void PrintJson(PointTreeReader& tree) const;
 
     std::string file_;
     bool json_ = false;

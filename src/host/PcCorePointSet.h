@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include <wx/string.h>
+
 #include "host/VpcExport.h"
 #include "platform/GiPointSetDefinition.h"
 #include "platform/OdString.h"
@@ -73,6 +75,7 @@ public:
     ///
     /// False when the file of that name with the extension "vpt" is missing (what was loaded
     /// before stays), or when the file is damaged. Throws OdError when it is of another version.
+    /// In each of these cases the log gets a line that says why.
     bool loadProjectFromFile(const OdString& fileName);
     /// The box around a file's points, a little enlarged, whether or not a file is loaded. False
     /// when it cannot be read; 0, 0, 0 both where the version is another.
@@ -102,6 +105,8 @@ public:
     PcCoreProjectManager* projectManager() const { return manager_.get(); }
 
 private:
+    /// Throws OdError as loadProjectFromFile does, and vpc::IoError where that gives false.
+    void LoadProject(const wxString& fileName);
     void CopyDataBounds(const PcCoreProjectManager& manager);
     void AdoptPointMax();
 
