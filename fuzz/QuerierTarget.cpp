@@ -1,5 +1,5 @@
 // Asks a querier of point tree files everything about the input, and compares its answers with
-// those of the reader that visits all records.
+// those of the reader that visits all records. Verifies the input, and loads it.
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,11 @@
 #include "InputFile.h"
 #include "Require.h"
 #include "core/util/StringTools.h"
+#include "tree/disk/VpcDiskTree.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
 #include "tree/file/NodeRecordReader.h"
+#include "tree/file/PointTreeReader.h"
+#include "tree/verify/TreeVerifier.h"
 
 namespace {
 
@@ -58,8 +61,9 @@ void askAboutLevels(VpcDiskTreeQuerier& querier) {
     for (const unsigned long long level : {levels - 1, levels, farthest}) askAll(querier, level, 0);
 }
 
-void compareWithReader(VpcDiskTreeQuerier& querier) {
-    vpc::NodeRecordReader reader(querier.fileName(), querier.header());
+/// Holds the querier's answers against the records; gives where these end.
+unsigned long long compareWithRecords(VpcDiskTreeQuerier& querier, vpc::PointTreeReader& file) {
+    vpc::NodeRecordReader reader(file);
     vpc::NodeRecord record;
     unsigned long long asked = 0;
     while (reader.Next(record)) {
@@ -74,8 +78,26 @@ void compareWithReader(VpcDiskTreeQuerier& querier) {
                     isSame(low, record.boxMinimum) && isSame(high, record.boxMaximum),
                 "both find the same box");
     }
-    const unsigned long long end = querier.getOffsetPointData();
-    require(end == (reader.Failed() ? 0 : reader.Position()), "both find the same end");
+    return reader.Position();
+}
+
+void compareWithReader(VpcDiskTreeQuerier& querier, vpc::PointTreeReader& file) {
+    unsigned long long end = 0;
+    try {
+        end = compareWithRecords(querier, file);
+    } catch (const vpc::IoError&) {
+        // They end nowhere.
+    }
+    require(querier.getOffsetPointData() == end, "both find the same end");
+}
+
+/// What the verifier passes, the tree loads.
+void compareVerdicts(const wxString& name) {
+    vpc::PointTreeReader file(name);
+    bool isSound = true;
+    vpc::TreeVerifier(file, [&](const vpc::Finding&) { isSound = false; }).Run();
+    VpcDiskTree tree;
+    require(tree.CreateFromFile(name) || !isSound, "a file without faults can be loaded");
 }
 
 }  // namespace
@@ -89,6 +111,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     OdGePoint3d low, high;
     querier.rootNodeExtents(low, high);
     askAboutLevels(querier);
-    if (querier.isOpen()) compareWithReader(querier);
+    vpc::PointTreeReader reader(file.name());
+    if (querier.isOpen()) compareWithReader(querier, reader);
+    compareVerdicts(file.name());
     return 0;
 }

@@ -1,7 +1,8 @@
 #include "host/PcCorePointSet.h"
 
 #include <algorithm>
-#include <limits>
+#include <memory>
+#include <utility>
 
 #include <wx/string.h>
 #include <wx/translation.h>
@@ -13,27 +14,33 @@
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/LoadLog.h"
 #include "tree/file/PointTreeLayout.h"
+#include "tree/file/PointTreeReader.h"
 #include "view/PcCoreProjectManager.h"
 
 namespace {
 
-bool treeFileExists(const wxString& fileName) {
-    return FileTools::FileExists(
-        StringTools::ReplaceFileExtension(fileName, PointTreeLayout::extension));
-}
-
-/// The version as an int. One that is too large must not be truncated to one that looks right.
-int forMessage(unsigned long long version) {
-    constexpr unsigned long long greatest = std::numeric_limits<int>::max();
-    return static_cast<int>(std::min(version, greatest));
-}
-
 OdError wrongVersion(const wxString& fileName, unsigned long long version) {
-    const wxString text =
-        wxString::Format(_(" vpt version is %d but software expects version %d"),
-                         forMessage(version), forMessage(PcCorePointSet::currentVptVersion()));
-    return OdError(StringTools::ToOdString(fileName + text));
+    return OdError(StringTools::ToOdString(fileName + vpc::WrongTreeVersion::Text(version)));
+}
+
+/// Opens `treeFile`. Where it is of another version, throws the error that hosts know, which names
+/// the file `fileName`.
+std::unique_ptr<vpc::PointTreeReader> openCurrentVersion(const wxString& treeFile,
+                                                         const wxString& fileName) {
+    try {
+        auto file = std::make_unique<vpc::PointTreeReader>(treeFile);
+        file->RequireVersion();
+        return file;
+    } catch (const vpc::WrongTreeVersion& failure) {
+        vpc::logLoadFailure(failure);
+        throw wrongVersion(fileName, failure.Version());
+    } catch (const vpc::IoError& failure) {
+        // The log has the reason; hosts are told what fileVptVersion tells.
+        vpc::logLoadFailure(failure);
+        throw wrongVersion(fileName, 0);
+    }
 }
 
 }  // namespace
@@ -179,17 +186,22 @@ bool PcCorePointSet::clearClippings() {
 
 bool PcCorePointSet::loadProjectFromFile(const OdString& fileName) {
     fileName_ = fileName;
-    const wxString name = StringTools::FromOdString(fileName);
-    if (!treeFileExists(name)) return false;
-    const unsigned long long version = VpcDiskTreeQuerier::vptVersion(fileName);
+    return vpc::loadOrLog([&] { LoadProject(StringTools::FromOdString(fileName)); });
+}
+
+void PcCorePointSet::LoadProject(const wxString& fileName) {
+    const wxString treeFile =
+        StringTools::ReplaceFileExtension(fileName, PointTreeLayout::extension);
+    if (!FileTools::FileExists(treeFile))
+        throw vpc::IoError(treeFile, _("does not exist as a file"));
     // The old manager goes first, so that two sets of buffers are never held at once.
     manager_.reset();
-    if (version != currentVptVersion()) throw wrongVersion(name, version);
+    auto file = openCurrentVersion(treeFile, fileName);
     auto manager = std::make_unique<PcCoreProjectManager>();
-    const bool loaded = manager->loadProjectFromFile(name);
     CopyDataBounds(*manager);
-    if (loaded) manager_ = std::move(manager);
-    return loaded;
+    manager->loadProject(fileName, std::move(file));
+    CopyDataBounds(*manager);
+    manager_ = std::move(manager);
 }
 
 void PcCorePointSet::CopyDataBounds(const PcCoreProjectManager& manager) {
@@ -198,12 +210,11 @@ void PcCorePointSet::CopyDataBounds(const PcCoreProjectManager& manager) {
 }
 
 bool PcCorePointSet::readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max) {
-    if (VpcDiskTreeQuerier::vptVersion(fileName) != currentVptVersion()) {
-        min = OdGePoint3d();
-        max = OdGePoint3d();
-        return false;
-    }
-    return PcCoreProjectManager::readDataMinMax(fileName, min, max);
+    VpcDiskTreeQuerier querier(fileName);
+    if (querier.version() == currentVptVersion()) return querier.rootNodeExtents(min, max);
+    min = OdGePoint3d();
+    max = OdGePoint3d();
+    return false;
 }
 
 unsigned long long PcCorePointSet::fileVptVersion(const OdString& fileName) {

@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include <wx/string.h>
+
 #include "host/VpcExport.h"
 #include "platform/GiPointSetDefinition.h"
 #include "platform/OdString.h"
@@ -74,7 +76,7 @@ public:
     ///
     /// Returns false when there is no file of that name with the extension "vpt", in which case
     /// what was loaded before stays, and when the file is damaged. Throws OdError when the file is
-    /// of another version.
+    /// of another version. In each of these cases the log gets a line that says why.
     bool loadProjectFromFile(const OdString& fileName);
     /// Reads the box around a file's points, a little enlarged; no file need be loaded. Returns
     /// false when the file cannot be read. Both corners are then 0, 0, 0 if it is of another
@@ -106,6 +108,8 @@ public:
     PcCoreProjectManager* projectManager() const { return manager_.get(); }
 
 private:
+    /// Throws OdError as loadProjectFromFile does, and vpc::IoError where that gives false.
+    void LoadProject(const wxString& fileName);
     void CopyDataBounds(const PcCoreProjectManager& manager);
     void AdoptPointMax();
 

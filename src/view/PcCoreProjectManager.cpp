@@ -7,12 +7,13 @@
 
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/geometry/VpcTransform3D.h"
-#include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "tree/disk/VpcDiskTreeQuerier.h"
+#include "tree/file/LoadLog.h"
 #include "tree/file/PointTreeLayout.h"
+#include "tree/file/PointTreeReader.h"
 #include "view/NodeHeap.h"
 
 namespace {
@@ -40,20 +41,29 @@ PcCoreProjectManager::~PcCoreProjectManager() = default;
 // --- Loading -------------------------------------------------------------------------------------
 
 bool PcCoreProjectManager::loadProjectFromFile(const wxString& fileName) {
-    if (!FileTools::FileExists(fileName)) return false;
-    const VpcDiskTreeQuerier querier(StringTools::ToOdString(fileName));
-    if (!querier.isOpen() || querier.header().version != PointTreeLayout::version) return false;
+    return vpc::loadOrLog([&] {
+        loadProject(fileName,
+                    std::make_unique<vpc::PointTreeReader>(
+                        StringTools::ReplaceFileExtension(fileName, PointTreeLayout::extension)));
+    });
+}
+
+void PcCoreProjectManager::loadProject(const wxString& fileName,
+                                       std::unique_ptr<vpc::PointTreeReader> treeFile) {
+    treeFile->RequireVersion();
+    const auto unit = static_cast<std::uint32_t>(treeFile->Header().hostValue);
+    if (treeFile->FileName() != fileName)
+        treeFile = std::make_unique<vpc::PointTreeReader>(fileName);
     auto tree = std::make_unique<VpcDiskTree>();
-    if (!tree->CreateFromFile(fileName)) return false;
+    tree->Load(std::move(treeFile));
 
     visibleNodeManager_.clear();
     tree_ = std::move(tree);
     workingFolder_ = folderOf(fileName);
-    pointModelUnit_ = static_cast<std::uint32_t>(querier.header().hostValue);
+    pointModelUnit_ = unit;
     SetDataBounds();
     totalNrPoints = tree_->totalNrPoints();
     selectedLevel = 1;
-    return true;
 }
 
 void PcCoreProjectManager::SetDataBounds() {

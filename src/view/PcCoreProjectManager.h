@@ -26,6 +26,10 @@
 class VpcDiskNode;
 class VpcDiskTree;
 
+namespace vpc {
+class PointTreeReader;
+}
+
 /// One loaded point tree and everything that depends on the view: chooses for a camera the nodes
 /// to show within the point budget, and has their points read into the buffers.
 ///
@@ -92,9 +96,14 @@ public:
 
     // --- Loading -------------------------------------------------------------------------------
 
-    /// Loads the hierarchy of a point tree file of version 9. False, and nothing changed, when it
-    /// is missing, of another version or damaged.
+    /// Loads the hierarchy of a point tree file of version 9. False, with a line in the log and
+    /// nothing changed, when it is missing, of another version or damaged.
     bool loadProjectFromFile(const wxString& fileName);
+    /// The same for a caller that has the file open already; throws IoError in place of giving
+    /// false.
+    /// \param treeFile the file of that name with the extension "vpt": version and unit come from
+    ///                 it, and the hierarchy too where it has just that name
+    void loadProject(const wxString& fileName, std::unique_ptr<vpc::PointTreeReader> treeFile);
     /// The root's box of a file, without loading the file. False, and nothing assigned, where
     /// there is none.
     static bool readDataMinMax(const OdString& fileName, OdGePoint3d& min, OdGePoint3d& max);

@@ -72,6 +72,10 @@ TEST_F(ExportCommandTest, RefusesWhatCannotBe) {
     expectFailure(from + "o.pts --coloured-by smell", 2, "elevation");
     expectFailure(from + "none/o.pts", 1, "'none/o.pts' cannot be written");
     expectFailure("export none.vpt -o o.pts", 1, "'none.vpt' cannot be read");
+    const std::string whole = read("t.vpt");
+    write("t.vpt", whole.substr(0, whole.size() - 1));
+    expectFailure(from + "o.pts", 1, "ends before the points of node");
+    write("t.vpt", whole);
     write("o.pts", "older");
     expectFailure(from + "o.pts", 1, "'o.pts' cannot be written", 20000);
     EXPECT_EQ(read("o.pts"), "older");

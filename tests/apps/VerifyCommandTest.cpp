@@ -50,11 +50,11 @@ TEST_F(VerifyCommandTest, SaysWhatIsWrong) {
     const Word sizes = 119 + 8 + 8 + 5 * 4;  // behind the one source name
     const auto& nodes = image.nodes;
     const std::pair<const char*, std::string> cases[] = {
-        {"the version is 8", verify(0, Word{8})},
+        {"version is 8 but", verify(0, Word{8})},
         {"the tree type is", verify(8, Word{1} << 32)},
         {"minimum point distance is not", verify(16, nan)},
         {"the header says 6", verify(24, Word{6})},
-        {"the flag is not 0", verify(32, true)},
+        {"no faults found", verify(32, true)},  // the flag carries nothing
         {"largest intensity is not", verify(39, nan)},
         {"node records are said to begin at", verify(103, Word{1})},
         {"point blocks are said to begin at", verify(111, Word{1})},
@@ -68,7 +68,7 @@ TEST_F(VerifyCommandTest, SaysWhatIsWrong) {
         {"node 0 of level 2 has 4 points, its point block 5", verify(member(3, 6), Word{4})},
         {"has more points (9) than its children", verify(member(0, 6), Word{9})},
         {"has points and no children", verify(member(2, 6), Word{1})},
-        {"does not fit in the file", verify(member(3, 9), Word{1} << 61)},
+        {"ends within the record of node 0", verify(member(3, 9), Word{1} << 61)},
         {"grid of children without cells", verify(member(3, 9), Word{0})},
         {"point block beyond the end", verify(member(2, 12), ~Word{0} - 3)},
         {"names a parent record at 9", verify(member(3, 14), Word{9})},

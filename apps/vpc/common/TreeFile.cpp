@@ -3,14 +3,12 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <system_error>
 
 #include <wx/filename.h>
 
-#include "core/util/FileHandle.h"
-#include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
+#include "tree/file/PointTreeLayout.h"
 #include "vpc/common/Command.h"
 
 namespace vpc {
@@ -19,23 +17,34 @@ OdString hostString(const std::string& native) {
     return StringTools::ToOdString(FileTools::FromNativePath(native));
 }
 
+std::string sentence(const IoError& failure, const std::string& advice) {
+    return FileTools::ToNativePath("'" + failure.File() + "' " + failure.Problem()) + "; " + advice;
+}
+
 void requireTreeFile(const std::string& file) {
+    openTreeFile(file);
+}
+
+std::unique_ptr<PointTreeReader> openTreeFile(const std::string& file) {
     const auto refuse = [&](const std::string& why) {
         throw CommandError("'" + file + "' " + why);
     };
-    const auto reason = [] { return std::generic_category().message(errno); };
-    if (wxFileName(FileTools::FromNativePath(file)).GetExt() != PointTreeLayout::extension)
+    const wxString name = FileTools::FromNativePath(file);
+    if (wxFileName(name).GetExt() != PointTreeLayout::extension)
         refuse("is not named '.vpt', in small letters, as tree files are; rename it");
     struct stat status = {};
     if (stat(file.c_str(), &status) != 0)
-        refuse("cannot be read (" + reason() + "); check the name");
+        refuse("cannot be read (" + std::generic_category().message(errno) + "); check the name");
     if (!S_ISREG(status.st_mode)) refuse("is no regular file; name a tree file");
-    const FileHandle handle(std::fopen(file.c_str(), "rb"));
-    if (handle == nullptr) refuse("cannot be read (" + reason() + "); change its permissions");
-    // What comes after would take a disk that fails for a damaged file.
-    char first = 0;
-    if (std::fread(&first, 1, 1, handle.get()) == 0 && std::ferror(handle.get()) != 0)
-        refuse("cannot be read (" + reason() + "); check its disk or network");
+    return advising("check its permissions, its disk or its network",
+                    [&] { return std::make_unique<PointTreeReader>(name); });
+}
+
+std::unique_ptr<PointTreeReader> openCurrentTreeFile(const std::string& file) {
+    auto tree = openTreeFile(file);
+    advising("it is no tree file, or prepare it anew", [&] { tree->RequireVersion(); });
+    advising("get a complete copy or prepare it anew", [&] { tree->Header(); });
+    return tree;
 }
 
 }  // namespace vpc

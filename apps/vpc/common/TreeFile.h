@@ -1,8 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
-#include "tree/disk/VpcDiskTreeQuerier.h"
+#include "CommandError.h"
+#include "core/util/FileTools.h"
+#include "platform/OdString.h"
+#include "tree/file/PointTreeReader.h"
 
 namespace vpc {
 
@@ -10,7 +14,27 @@ namespace vpc {
 /// read. Throws CommandError otherwise.
 void requireTreeFile(const std::string& file);
 
+/// Opens a tree file for a command, as requireTreeFile does.
+std::unique_ptr<PointTreeReader> openTreeFile(const std::string& file);
+
+/// The same, and checks its version and its header. Throws CommandError for what is no tree file of
+/// the version that the library reads.
+std::unique_ptr<PointTreeReader> openCurrentTreeFile(const std::string& file);
+
 /// The host's form of a name in the system's encoding.
 OdString hostString(const std::string& native);
+
+/// A failure of the library as a sentence for the user. `advice` follows it, after a semicolon.
+std::string sentence(const IoError& failure, const std::string& advice);
+
+/// Runs `read` and gives what it gives. Where it throws IoError, throws CommandError with `advice`.
+template <class Read>
+auto advising(const std::string& advice, const Read& read) {
+    try {
+        return read();
+    } catch (const IoError& failure) {
+        throw CommandError(sentence(failure, advice));
+    }
+}
 
 }  // namespace vpc

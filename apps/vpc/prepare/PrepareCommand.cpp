@@ -20,8 +20,8 @@
 #include "io/FileIoFactory.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "tree/construct/PrepareChecks.h"
-#include "tree/disk/VpcDiskTreeQuerier.h"
-#include "vpc/LevelTotals.h"
+#include "tree/file/LevelTotals.h"
+#include "tree/file/PointTreeReader.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/prepare/ProgressDisplay.h"
 
@@ -265,14 +265,14 @@ void PrepareCommand::LogStart() const {
 void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
     const std::string written = "'" + options_.output + "' was written but ";
     const std::string see = "; check its disk, then see vpc verify";
-    const VpcDiskTreeQuerier querier(StringTools::ToOdString(fullPath(options_.output)));
-    if (!querier.isOpen())
-        throw CommandError(written + FileTools::ToNativePath(querier.fault()) + see);
     std::vector<LevelTotals> levels;
+    unsigned long long bytes = 0;
     try {
-        levels = LevelTotals::Count(querier.fileName(), querier.header());
-    } catch (const CommandError&) {
-        throw CommandError(written + "cannot be read" + see);
+        PointTreeReader tree(fullPath(options_.output));
+        levels = LevelTotals::Count(tree);
+        bytes = tree.Size();
+    } catch (const IoError& failure) {
+        throw CommandError(written + FileTools::ToNativePath(failure.Problem()) + see);
     }
     const auto nodes = std::accumulate(
         levels.begin(), levels.end(), 0ULL,
@@ -281,9 +281,9 @@ void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
     const std::string time = FileTools::ToNativePath(result.elapsedTime);
     std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
                 options_.output.c_str(), points, levels.size(), nodes,
-                DisplayText::Bytes(querier.header().fileSize).c_str(), time.c_str());
+                DisplayText::Bytes(bytes).c_str(), time.c_str());
     log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
-                         nodes, querier.header().fileSize) +
+                         nodes, bytes) +
         result.elapsedTime);
 }
 

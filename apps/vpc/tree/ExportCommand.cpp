@@ -1,36 +1,26 @@
 #include "vpc/tree/ExportCommand.h"
 
-#include <sys/stat.h>
-
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 
 #include <CLI/CLI.hpp>
 
 #include "core/geometry/VpcSimplePointTools.h"
-#include "core/util/FileTools.h"
-#include "core/util/ReplacementFile.h"
-#include "core/util/StringTools.h"
 #include "core/util/VpcColorTools.h"
 #include "io/PlyIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
-#include "vpc/LevelPoints.h"
+#include "io/TextFileWriter.h"
+#include "tree/file/LevelPoints.h"
 #include "vpc/common/Command.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/OutputFile.h"
 #include "vpc/common/TreeFile.h"
-#include "vpc/view/LoadedPointSet.h"
 
 namespace vpc {
 
 namespace {
-
-/// Lines that a file has beside one for every point.
-constexpr unsigned long long ptsHeaderLines = 1;
-constexpr unsigned long long ptxHeaderLines = 10;
-constexpr unsigned long long plyHeaderLines = 14;
 
 /// Gives every point the colour of its elevation, as the other formats' writers do by themselves.
 void colourByElevation(std::vector<VpcPoint3D>& points) {
@@ -49,15 +39,7 @@ void colourByElevation(std::vector<VpcPoint3D>& points) {
     }
 }
 
-/// Whether the file has all its lines: the writers do not report failures.
-bool isWhole(const wxString& file, unsigned long long lines) {
-    if (FileTools::CountLinesInFile(file) != lines) return false;
-    std::ifstream stream(FileTools::ToNativePath(file), std::ios::binary | std::ios::ate);
-    stream.seekg(-1, std::ios::end);
-    return stream.get() == '\n';
-}
-
-unsigned long long parseLevel(const std::string& text, std::size_t levels) {
+unsigned long long parseLevel(const std::string& text, unsigned long long levels) {
     unsigned long long level = 0;
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, level);
@@ -95,7 +77,6 @@ ExportCommand::ExportCommand(CLI::App& app)
 
 int ExportCommand::Run() {
     const Format format = RequireFormat();
-    CheckOutput();
     Interrupt::Catch();
     std::vector<VpcPoint3D> points = ReadPoints();
     const std::size_t count = points.size();
@@ -114,49 +95,36 @@ ExportCommand::Format ExportCommand::RequireFormat() const {
                             "which tells the format to write");
 }
 
-void ExportCommand::CheckOutput() const {
-    struct stat status = {};
-    if (stat(output_.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
-        throw CommandError("'" + output_ + "' is no regular file; choose another name");
-}
-
 std::vector<VpcPoint3D> ExportCommand::ReadPoints() const {
-    const std::size_t levels = LoadedPointSet(file_).Report(0.0).levels.size();
+    const auto tree = openCurrentTreeFile(file_);
+    const unsigned long long levels = tree->Header().levels;
     if (levels == 0) return {};
     const unsigned long long level =
         levelText_.empty() ? levels - 1 : parseLevel(levelText_, levels);
-    const VpcDiskTreeQuerier querier(hostString(file_));
-    if (!querier.isOpen())
-        throw CommandError("'" + file_ + "' " + FileTools::ToNativePath(querier.fault()));
-    return LevelPoints::Read(querier.fileName(), querier.header(), level);
+    return advising("see vpc verify",
+                    [&] { return LevelPoints::Read(*tree, level, Interrupt::Check); });
 }
 
 void ExportCommand::Write(Format format, std::vector<VpcPoint3D> points) const {
-    ReplacementFile replacement(FileTools::FromNativePath(output_), StringTools::createGUID());
-    const wxString& name = replacement.TemporaryName();
     const bool byElevation = !colouredBy_.empty();
-    unsigned long long lines = points.size();
-    switch (format) {
-        case Format::Pts:
-            lines += ptsHeaderLines;
-            PtsIO::Write(std::move(points), name, byElevation);
-            break;
-        case Format::Ptx:
-            lines += ptxHeaderLines;
-            PtxIO::Write(points, name,
-                         byElevation ? VPC_Stylization_ELEVATION : VPC_Stylization_SCANCOLORS);
-            break;
-        case Format::Ply:
-            lines += plyHeaderLines;
-            if (byElevation) colourByElevation(points);
-            PlyIO::WriteVertices(std::move(points), name);
-            break;
-    }
-    Interrupt::Check();
-    if (!isWhole(name, lines))
-        throw CommandError("'" + output_ +
-                           "' cannot be written; choose another folder or make room");
-    replacement.Commit();
+    writeOutputFile(output_, [&](ReplacementFile& replacement) {
+        TextFileWriter file(replacement.TemporaryName());
+        switch (format) {
+            case Format::Pts:
+                PtsIO::WriteTo(file, points, byElevation);
+                break;
+            case Format::Ptx:
+                PtxIO::WriteTo(file, points,
+                               byElevation ? VPC_Stylization_ELEVATION : VPC_Stylization_SCANCOLORS);
+                break;
+            case Format::Ply:
+                if (byElevation) colourByElevation(points);
+                PlyIO::WriteTo(file, points, {});
+                break;
+        }
+        file.Close();
+        Interrupt::Check();
+    });
 }
 
 }  // namespace vpc

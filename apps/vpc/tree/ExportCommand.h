@@ -18,7 +18,6 @@ private:
     enum class Format { Pts, Ptx, Ply };
 
     Format RequireFormat() const;
-    void CheckOutput() const;
     std::vector<VpcPoint3D> ReadPoints() const;
     void Write(Format format, std::vector<VpcPoint3D> points) const;
 

@@ -10,9 +10,7 @@
 #include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/VpcDefinitions.h"
-#include "platform/OdGePoint3d.h"
-#include "tree/disk/VpcDiskTreeQuerier.h"
-#include "vpc/common/Command.h"
+#include "tree/file/LevelTotals.h"
 #include "vpc/common/TreeFile.h"
 
 namespace vpc {
@@ -26,15 +24,19 @@ struct Box {
     NodeRecord::Coordinates maximum{};
 };
 
-Box rootBox(VpcDiskTreeQuerier& querier) {
-    OdGePoint3d min;
-    OdGePoint3d max;
-    if (!querier.rootNodeExtents(min, max)) {
-        if (querier.header().levels == 0) return {};
-        throw CommandError("'" + FileTools::ToNativePath(querier.fileName()) +
-                           "' cannot be read; see vpc verify");
-    }
-    return {{min.x, min.y, min.z}, {max.x, max.y, max.z}};
+/// What the node records tell as a whole.
+struct Summary {
+    std::vector<LevelTotals> levels;
+    /// The root's; at 0 where there is none.
+    Box box;
+};
+
+Summary summarise(PointTreeReader& tree) {
+    Summary summary;
+    summary.levels = LevelTotals::Count(tree, [&](const NodeRecord& node) {
+        if (node.level == 0) summary.box = {node.boxMinimum, node.boxMaximum};
+    });
+    return summary;
 }
 
 std::string treeTypeName(const PointTreeHeader& header) {
@@ -131,28 +133,14 @@ InfoCommand::InfoCommand(CLI::App& app)
 }
 
 int InfoCommand::Run() {
-    requireTreeFile(file_);
-    VpcDiskTreeQuerier querier(hostString(file_));
-    const unsigned long long version = VpcDiskTreeQuerier::vptVersion(hostString(file_));
-    if (version != PointTreeLayout::version)
-        throw CommandError("'" + file_ + "' has the version " + std::to_string(version) +
-                           " and this program reads version " +
-                           std::to_string(PointTreeLayout::version) +
-                           "; it is no tree file, or prepare it anew");
-    if (!querier.isOpen())
-        throw CommandError("'" + file_ + "' " + FileTools::ToNativePath(querier.fault()) +
-                           "; get a complete copy or prepare it anew");
-    if (json_)
-        PrintJson(querier);
-    else
-        PrintText(querier);
+    const auto tree = openCurrentTreeFile(file_);
+    advising("see vpc verify", [&] { json_ ? PrintJson(*tree) : PrintText(*tree); });
     return exitDone;
 }
 
-void InfoCommand::PrintText(VpcDiskTreeQuerier& querier) const {
-    const PointTreeHeader& header = querier.header();
-    const auto levels = LevelTotals::Count(querier.fileName(), header);
-    const Box box = rootBox(querier);
+void InfoCommand::PrintText(PointTreeReader& tree) const {
+    const PointTreeHeader& header = tree.Header();
+    const auto [levels, box] = summarise(tree);
     const std::string unit = DrawingUnits::Name(header.hostValue);
     line("file", file_);
     line("version", std::to_string(header.version));
@@ -174,15 +162,14 @@ void InfoCommand::PrintText(VpcDiskTreeQuerier& querier) const {
     printLevels(levels);
     if (!nodes_) return;
     std::printf("\n%5s  %8s  %10s  path  [box min] [box max]\n", "level", "node", "points");
-    LevelTotals::Count(querier.fileName(), header, printNode);
+    LevelTotals::Count(tree, printNode);
 }
 
-void InfoCommand::PrintJson(VpcDiskTreeQuerier& querier) const {
-    const PointTreeHeader& header = querier.header();
-    const auto levels = LevelTotals::Count(querier.fileName(), header);
-    const Box box = rootBox(querier);
+void InfoCommand::PrintJson(PointTreeReader& tree) const {
+    const PointTreeHeader& header = tree.Header();
+    const auto [levels, box] = summarise(tree);
     const Json json = {
-        {"file", querier.fileName().utf8_string()},
+        {"file", tree.FileName().utf8_string()},
         {"version", header.version},
         {"treeType", {{"code", header.treeType}, {"name", treeTypeName(header)}}},
         {"unit", {{"code", header.hostValue}, {"name", DrawingUnits::Name(header.hostValue)}}},
@@ -207,7 +194,7 @@ void InfoCommand::PrintJson(VpcDiskTreeQuerier& querier) const {
     head.erase(head.rfind('\n'));
     std::printf("%s,\n  \"nodes\": [", head.c_str());
     const char* separator = "\n    ";
-    LevelTotals::Count(querier.fileName(), header, [&](const NodeRecord& node) {
+    LevelTotals::Count(tree, [&](const NodeRecord& node) {
         std::printf("%s%s", separator, dump(toJson(node), -1).c_str());
         separator = ",\n    ";
     });

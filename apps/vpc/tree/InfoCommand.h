@@ -2,10 +2,8 @@
 
 #include <string>
 
-#include "vpc/LevelTotals.h"
+#include "tree/file/PointTreeReader.h"
 #include "vpc/common/Command.h"
-
-class VpcDiskTreeQuerier;
 
 namespace vpc {
 
@@ -16,8 +14,8 @@ public:
     int Run() override;
 
 private:
-    void PrintText(VpcDiskTreeQuerier& querier) const;
-    void PrintJson(VpcDiskTreeQuerier& querier) const;
+    void PrintText(PointTreeReader& tree) const;
+    void PrintJson(PointTreeReader& tree) const;
 
     std::string file_;
     bool json_ = false;

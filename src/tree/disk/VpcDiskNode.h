@@ -53,8 +53,8 @@ public:
     /// Point spacing of the node's level.
     double minDistance = 0.0;
 
-    /// Appends the node to its level of `ownerTree`, which owns it from then on: make it with new,
-    /// and never delete it. The parent's list of children is the caller's to extend.
+    /// Appends the node to its level of `ownerTree`, which lists it from then on: it must stay
+    /// where it is as long as the tree. The parent's list of children is the caller's to extend.
     /// \param record, block positions in the file
     VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const Triplet& index,
                 const Triplet& grid, const vpc::BoxCorners& nodeBox, unsigned long long record,

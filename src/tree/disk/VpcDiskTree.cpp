@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include <wx/translation.h>
+
 #include "core/geometry/DimensionRatios.h"
-#include "core/util/FileBufferStream.h"
-#include "core/util/VpcLogger.h"
 #include "tree/disk/TreeSummaryWriter.h"
 #include "tree/disk/VpcDiskNode.h"
+#include "tree/file/LoadLog.h"
 #include "tree/file/NodeRecordReader.h"
+#include "tree/file/PointTreeReader.h"
 
 namespace {
 
@@ -38,98 +40,84 @@ unsigned long long pointsOf(const VpcDiskTree::NodeList& nodes) {
 
 VpcDiskTree::VpcDiskTree() = default;
 
-VpcDiskTree::~VpcDiskTree() {
-    Clear();
-}
+VpcDiskTree::~VpcDiskTree() = default;
 
 unsigned long long VpcDiskTree::ReadFileVersion(const wxString& fileName) {
-    FileBufferStream stream;
-    stream.StreamOpen(fileName, FileModeRead, false);
-    return stream.StreamReadUint64();
+    return vpc::PointTreeReader::VersionOf(fileName);
 }
 
 bool VpcDiskTree::CreateFromFile(const wxString& fileName) {
-    if (!levels_.empty()) return false;
-    fileName_ = fileName;
-    const wxString fault = Load();
-    if (fault.empty()) return true;
-    VpcLogger::Instance()->Add("The point tree file " + fileName + " " + fault);
-    Clear();
-    return false;
+    return vpc::loadOrLog([&] { Load(std::make_unique<vpc::PointTreeReader>(fileName)); });
 }
 
-wxString VpcDiskTree::Load() {
-    stream_ = std::make_unique<FileBufferStream>();
-    if (!stream_->StreamOpen(fileName_, FileModeRead, false)) return "cannot be opened";
-    wxString fault = LoadHeader();
-    if (fault.empty()) fault = LoadNodes();
-    return fault;
+void VpcDiskTree::Load(std::unique_ptr<vpc::PointTreeReader> file) {
+    if (!levels_.empty())
+        throw vpc::IoError(file->FileName(),
+                           _("is not loaded, since the tree holds a file already"));
+    file_ = std::move(file);
+    fileName_ = file_->FileName();
+    try {
+        LoadHeader();
+        LoadNodes();
+    } catch (...) {
+        Clear();
+        throw;
+    }
 }
 
-wxString VpcDiskTree::LoadHeader() {
-    wxString fault = header_.Read(*stream_);
-    if (!fault.empty()) return fault;
+void VpcDiskTree::LoadHeader() {
+    header_ = file_->Header();
     vptVersion = header_.version;
-    constexpr unsigned long long recordSize = VpcPoint3D::SerializeDiskSize();
-    if (header_.pointRecordSize != recordSize)
-        return wxString::Format("holds point records of %llu bytes in place of %llu",
-                                header_.pointRecordSize, recordSize);
-    if (header_.largestNodeCount > header_.fileSize / recordSize)
-        return wxString::Format("claims a node of %llu points, more than it has room for",
-                                header_.largestNodeCount);
+    file_->RequirePointRecords();
+    if (header_.largestNodeCount > file_->Size() / VpcPoint3D::SerializeDiskSize())
+        Refuse(wxString::Format(_("claims a node of %llu points, more than it has room for"),
+                                header_.largestNodeCount));
     if (header_.levels > 0 && header_.nodeCounts.front() != 1)
-        return wxString::Format("claims %llu root nodes", header_.nodeCounts.front());
-    return {};
+        Refuse(wxString::Format(_("claims %llu root nodes"), header_.nodeCounts.front()));
 }
 
-wxString VpcDiskTree::LoadNodes() {
-    vpc::NodeRecordReader reader(fileName_, header_);
+void VpcDiskTree::LoadNodes() {
+    vpc::NodeRecordReader reader(*file_);
     vpc::NodeRecord record;
     unsigned long long mostPoints = 0;
     // Nodes whose points overlap would add up to more than any file of this size holds.
-    unsigned long long room = header_.fileSize / VpcPoint3D::SerializeDiskSize();
+    unsigned long long room = file_->Size() / VpcPoint3D::SerializeDiskSize();
     while (reader.Next(record)) {
-        const wxString fault = LoadNode(record);
-        if (!fault.empty()) return fault;
-        if (record.points > room) return "claims more points than it has room for";
+        LoadNode(record);
+        if (record.points > room) Refuse(_("claims more points than it has room for"));
         room -= record.points;
         mostPoints = std::max(mostPoints, record.points);
     }
-    if (reader.Failed())
-        return wxString::Format("ends within the record of node %llu of level %llu", reader.Index(),
-                                reader.Level());
     levels_.resize(header_.levels);
     // Once for all nodes; no more than they need, whatever the header claims.
-    stream_->CreateInternalBuffer(VpcPoint3D::SerializeDiskSize() *
-                                  std::min(mostPoints, header_.largestNodeCount));
-    return {};
+    ReserveRecords(VpcPoint3D::SerializeDiskSize() *
+                   std::min(mostPoints, header_.largestNodeCount));
 }
 
-wxString VpcDiskTree::LoadNode(const vpc::NodeRecord& record) {
-    const auto fault = [&record](const char* what) {
-        return wxString::Format("%s node %llu of level %llu", what, record.index, record.level);
-    };
-    if (!HasRoomForPoints(record)) return fault("ends before the points of");
+void VpcDiskTree::LoadNode(const vpc::NodeRecord& record) {
+    file_->RequirePoints(record);
     if (record.level == 0) {
         const auto& [x0, y0, z0] = record.boxMinimum;
         const auto& [x1, y1, z1] = record.boxMaximum;
         InitiateRootNode(VpcPoint3D(x0, y0, z0), VpcPoint3D(x1, y1, z1), record.recordPosition,
                          record.pointBlock, record.pointList, record.points);
         Complete(*rootNode_, record);
-        return {};
+        return;
     }
     VpcDiskNode* const parent = FindParent(record);
-    if (parent == nullptr) return fault("has no parent for");
+    if (parent == nullptr)
+        Refuse(wxString::Format(_("has no parent for node %llu of level %llu"), record.index,
+                                record.level));
     const VpcDiskNode::Triplet cell = tripletOf(record.indexPath.back());
-    if (!isNextChild(*parent, cell)) return fault("has another place than its path tells for");
+    if (!isNextChild(*parent, cell))
+        Refuse(
+            wxString::Format(_("has another place than its path tells for node %llu of level %llu"),
+                             record.index, record.level));
     Complete(AddChild(*parent, cell, record), record);
-    return {};
 }
 
-bool VpcDiskTree::HasRoomForPoints(const vpc::NodeRecord& record) const {
-    const unsigned long long size = header_.fileSize;
-    return record.pointList <= size &&
-           record.points <= (size - record.pointList) / VpcPoint3D::SerializeDiskSize();
+void VpcDiskTree::Refuse(const wxString& problem) const {
+    throw vpc::IoError(fileName_, problem);
 }
 
 VpcDiskNode* VpcDiskTree::FindParent(const vpc::NodeRecord& record) {
@@ -143,13 +131,11 @@ VpcDiskNode& VpcDiskTree::AddChild(VpcDiskNode& parent, const VpcDiskNode::Tripl
                                    const vpc::NodeRecord& record) {
     if (record.index == 0) levels_.emplace_back().reserve(header_.nodeCounts[record.level]);
     if (parent.children.empty()) parent.children.reserve(parent.childGrid.cells());
-    VpcDiskNode* const node =
-        std::make_unique<VpcDiskNode>(this, &parent, cell, tripletOf(record.gridPath.back()),
-                                      boxOf(record), record.recordPosition, record.pointBlock,
-                                      record.pointList, record.points)
-            .release();
-    parent.children.push_back(node);
-    return *node;
+    VpcDiskNode& node = nodes_.emplace_front(this, &parent, cell, tripletOf(record.gridPath.back()),
+                                             boxOf(record), record.recordPosition,
+                                             record.pointBlock, record.pointList, record.points);
+    parent.children.push_back(&node);
+    return node;
 }
 
 template <class T>
@@ -181,11 +167,10 @@ void VpcDiskTree::InitiateRootNode(const VpcPoint3D& min, const VpcPoint3D& max,
     const VpcVector3D margin = extent * marginRatio;
     const VpcVector3D widened = extent + margin * 2;
     InitializeDimensionRatios(widened.x, widened.y, widened.z);
-    rootNode_ = std::make_unique<VpcDiskNode>(this, nullptr, VpcDiskNode::Triplet{0, 0, 0},
-                                              VpcDiskNode::Triplet{1, 1, 1},
-                                              VpcBoundingBoxAxisAligned(min - margin, max + margin),
-                                              record, block, pointsOffset, nrPoints)
-                    .release();
+    rootNode_ = &nodes_.emplace_front(this, nullptr, VpcDiskNode::Triplet{0, 0, 0},
+                                      VpcDiskNode::Triplet{1, 1, 1},
+                                      VpcBoundingBoxAxisAligned(min - margin, max + margin), record,
+                                      block, pointsOffset, nrPoints);
 }
 
 std::vector<std::pair<unsigned long long, unsigned long long>> VpcDiskTree::GetNodePointSummary()
@@ -211,19 +196,23 @@ bool VpcDiskTree::WriteSummary(const wxString& fileName, bool detailed) const {
 std::span<const char> VpcDiskTree::ReadPointRecords(unsigned long long position,
                                                     unsigned long long count) {
     constexpr unsigned long long recordSize = VpcPoint3D::SerializeDiskSize();
-    if (stream_ == nullptr || position >= header_.fileSize) return {};
+    if (file_ == nullptr || position >= file_->Size()) return {};
     const unsigned long long bytes =
-        recordSize * std::min(count, (header_.fileSize - position) / recordSize);
-    if (bytes > stream_->bufferSize) stream_->CreateInternalBuffer(bytes);
-    stream_->StreamClearState();
-    stream_->StreamSeek(position);
-    stream_->ReadCharArray2File(stream_->bufferStart, bytes);
-    if (stream_->IsStreamGood()) return {stream_->bufferStart, bytes};
+        recordSize * std::min(count, (file_->Size() - position) / recordSize);
+    ReserveRecords(bytes);
+    const unsigned long long read = file_->Read(position, records_.get(), bytes);
     // The file has become shorter since it was loaded, or its disk fails.
-    lacksPoints_ = true;
-    const unsigned long long end = stream_->StreamPosition();
-    const unsigned long long read = end > position ? std::min(end - position, bytes) : 0;
-    return {stream_->bufferStart, read / recordSize * recordSize};
+    if (read < bytes) lacksPoints_ = true;
+    return {records_.get(), read / recordSize * recordSize};
+}
+
+void VpcDiskTree::ReserveRecords(unsigned long long bytes) {
+    if (bytes <= recordsCapacity_) return;
+    // The old ones go first, so that two buffers are never held at once.
+    records_.reset();
+    recordsCapacity_ = 0;
+    records_ = std::make_unique_for_overwrite<char[]>(bytes);
+    recordsCapacity_ = bytes;
 }
 
 void VpcDiskTree::AddToLevel(VpcDiskNode& node) {
@@ -232,15 +221,16 @@ void VpcDiskTree::AddToLevel(VpcDiskNode& node) {
 }
 
 void VpcDiskTree::Clear() {
-    for (const NodeList& nodes : levels_)
-        for (VpcDiskNode* node : nodes) std::unique_ptr<VpcDiskNode> freed(node);
     levels_.clear();
     rootNode_ = nullptr;
+    nodes_.clear();
     numbers_.release();
     dimensionRatios_ = {1, 1, 1};
     header_ = {};
     vptVersion = 0;
     fileName_.clear();
-    stream_.reset();
+    file_.reset();
+    records_.reset();
+    recordsCapacity_ = 0;
     lacksPoints_ = false;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <forward_list>
 #include <memory>
 #include <memory_resource>
 #include <span>
@@ -9,15 +10,14 @@
 #include <wx/string.h>
 
 #include "core/geometry/VpcNodeIndex.h"
+#include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcTree.h"
 #include "tree/file/PointTreeHeader.h"
 
-class FileBufferStream;
-class VpcDiskNode;
 class VpcPoint3D;
 
 namespace vpc {
-struct NodeRecord;
+class PointTreeReader;
 }
 
 /// A point tree file whose hierarchy is in memory; its points are read node by node from the file,
@@ -35,11 +35,15 @@ public:
     /// The version of a point tree file; 0 where it cannot be read.
     static unsigned long long ReadFileVersion(const wxString& fileName);
 
-    /// Loads the hierarchy. False, and no change, when levels are loaded already; false, a line in
-    /// the log and an empty tree, when the file cannot be read or does not hold together: sizes
-    /// and positions that lead out of it, point records of another size, nodes without a parent
-    /// or in another place than their path tells. A file without levels gives a tree without root.
+    /// Loads the hierarchy. False, with a line in the log, where Load would throw IoError.
     bool CreateFromFile(const wxString& fileName);
+    /// Loads the hierarchy. A file without levels gives a tree without root.
+    ///
+    /// Throws IoError when levels are loaded already, which stay; and, leaving an empty tree, when
+    /// the file cannot be read or does not hold together: sizes and positions that lead out of it,
+    /// point records of another size, nodes without a parent or in another place than their path
+    /// tells.
+    void Load(std::unique_ptr<vpc::PointTreeReader> file);
 
     /// Sets the root's children per axis so that they are about cubes.
     void InitializeDimensionRatios(double dx, double dy, double dz);
@@ -81,19 +85,20 @@ private:
     /// What a node does when it is built. The node belongs to the tree from then on.
     void AddToLevel(VpcDiskNode& node);
 
-    // These return what is wrong with the file, in words that may follow its name.
+    // These throw IoError.
 
-    wxString Load();
-    wxString LoadHeader();
-    wxString LoadNodes();
-    wxString LoadNode(const vpc::NodeRecord& record);
+    void LoadHeader();
+    void LoadNodes();
+    void LoadNode(const vpc::NodeRecord& record);
+    [[noreturn]] void Refuse(const wxString& problem) const;
 
-    bool HasRoomForPoints(const vpc::NodeRecord& record) const;
     VpcDiskNode* FindParent(const vpc::NodeRecord& record);
     VpcDiskNode& AddChild(VpcDiskNode& parent, const VpcTriplet<unsigned long long>& cell,
                           const vpc::NodeRecord& record);
     void Clear();
 
+    /// Makes the buffer of point records at least that large.
+    void ReserveRecords(unsigned long long bytes);
     /// Copies values to where they stay until the tree is cleared.
     template <class T>
     std::span<const T> Keep(const std::vector<T>& values);
@@ -102,14 +107,18 @@ private:
 
     vpc::PointTreeHeader header_;
     VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
-    VpcDiskNode* rootNode_ = nullptr;
     wxString fileName_;
+    /// Where the nodes stay until the tree is cleared, in no order that matters.
+    std::forward_list<VpcDiskNode> nodes_;
+    VpcDiskNode* rootNode_ = nullptr;
     std::vector<NodeList> levels_;
     /// For FindParent, which is called for every node.
     VpcNodeIndex parentPath_;
     /// The nodes' lists of numbers, which never change: far less memory than a block for each.
     std::pmr::monotonic_buffer_resource numbers_;
-    /// Its buffer holds the points of one node.
-    std::unique_ptr<FileBufferStream> stream_;
+    std::unique_ptr<vpc::PointTreeReader> file_;
+    /// Holds the point records of one node.
+    std::unique_ptr<char[]> records_;
+    unsigned long long recordsCapacity_ = 0;
     bool lacksPoints_ = false;
 };

@@ -1,10 +1,8 @@
 #include "tree/disk/VpcDiskTreeQuerier.h"
 
-#include <array>
-
-#include "core/util/FileBufferStream.h"
 #include "core/util/StringTools.h"
 #include "platform/OdGePoint3d.h"
+#include "tree/file/PointTreeReader.h"
 
 namespace Layout = PointTreeLayout;
 
@@ -14,39 +12,30 @@ wxString treeFileName(const OdString& path) {
     return StringTools::ReplaceFileExtension(StringTools::FromOdString(path), Layout::extension);
 }
 
-/// Reads `values` at `position` in one read. Expects that they lie within the file.
-template <class T, std::size_t n>
-bool readAt(FileBufferStream& stream, unsigned long long position, std::array<T, n>& values) {
-    stream.StreamSeek(position);
-    stream.ReadCharArray2File(reinterpret_cast<char*>(values.data()), sizeof values);
-    return stream.IsStreamGood();
-}
-
 }  // namespace
 
-VpcDiskTreeQuerier::VpcDiskTreeQuerier(const OdString& path)
-    : fileName_(treeFileName(path)), stream_(std::make_unique<FileBufferStream>()) {
-    if (!stream_->StreamOpen(fileName_, FileModeRead, false)) {
-        fault_ = "cannot be opened";
-        return;
+VpcDiskTreeQuerier::VpcDiskTreeQuerier(const OdString& path) : fileName_(treeFileName(path)) {
+    try {
+        file_ = std::make_unique<vpc::PointTreeReader>(fileName_);
+        header_ = file_->Header();
+    } catch (const vpc::IoError& error) {
+        fault_ = error.Problem();
     }
-    fault_ = header_.Read(*stream_);
-    open_ = fault_.empty();
 }
 
-VpcDiskTreeQuerier::~VpcDiskTreeQuerier() {
-    stream_->StreamClose();
-}
+VpcDiskTreeQuerier::~VpcDiskTreeQuerier() = default;
 
 unsigned long long VpcDiskTreeQuerier::vptVersion(const OdString& path) {
-    FileBufferStream stream;
-    if (!stream.StreamOpen(treeFileName(path), FileModeRead, false)) return 0;
-    return stream.StreamReadAtUint64(Layout::versionPosition);
+    return vpc::PointTreeReader::VersionOf(treeFileName(path));
+}
+
+unsigned long long VpcDiskTreeQuerier::version() const {
+    return file_ == nullptr ? 0 : file_->Version();
 }
 
 unsigned long long VpcDiskTreeQuerier::getOffsetHeaderNode(unsigned long long level,
                                                            unsigned long long index) {
-    if (!open_ || level >= header_.levels) return 0;
+    if (!isOpen() || level >= header_.levels) return 0;
     unsigned long long record = header_.firstNodeRecord;
     for (unsigned long long k = 0; k < level; ++k)
         if (!SkipRecords(record, k, header_.nodeCounts[k])) return 0;
@@ -54,7 +43,7 @@ unsigned long long VpcDiskTreeQuerier::getOffsetHeaderNode(unsigned long long le
 }
 
 unsigned long long VpcDiskTreeQuerier::getOffsetPointData() {
-    if (!open_) return 0;
+    if (!isOpen()) return 0;
     unsigned long long record = header_.firstNodeRecord;
     for (unsigned long long k = 0; k < header_.levels; ++k)
         if (!SkipRecords(record, k, header_.nodeCounts[k])) return 0;
@@ -66,7 +55,7 @@ unsigned long long VpcDiskTreeQuerier::getOffsetHeaderMember(unsigned long long 
                                                              offsetHeaderMemberType member) {
     const unsigned long long record = getOffsetHeaderNode(level, index);
     Layout::ChildGrid grid;
-    // The record is read whole, so to say: no member of one that leads out of the file is given.
+    // A record that leads out of the file has no members, not even those that lie within it.
     if (record == 0 || !ReadGrid(record, level, grid)) return 0;
     return record + Layout::memberOffset(member, level, grid);
 }
@@ -84,14 +73,15 @@ unsigned long long VpcDiskTreeQuerier::getOffsetPointList(unsigned long long lev
 unsigned long long VpcDiskTreeQuerier::nodeNrPoints(unsigned long long level,
                                                     unsigned long long index) {
     const unsigned long long position = getOffsetHeaderMember(level, index, OffsetHeaderPointCount);
-    return position == 0 ? 0 : stream_->StreamReadAtUint64(position);
+    std::array<unsigned long long, 1> count{};
+    return position != 0 && ReadAt(position, count) ? count[0] : 0;
 }
 
 bool VpcDiskTreeQuerier::nodeExtents(unsigned long long level, unsigned long long index,
                                      OdGePoint3d& min, OdGePoint3d& max) {
     const unsigned long long position = getOffsetHeaderMember(level, index, OffsetHeaderBoxMinimum);
     std::array<double, 6> box{};
-    if (position == 0 || !readAt(*stream_, position, box)) return false;
+    if (position == 0 || !ReadAt(position, box)) return false;
     min = OdGePoint3d(box[0], box[1], box[2]);
     max = OdGePoint3d(box[3], box[4], box[5]);
     return true;
@@ -101,12 +91,18 @@ bool VpcDiskTreeQuerier::rootNodeExtents(OdGePoint3d& min, OdGePoint3d& max) {
     return nodeExtents(0, 0, min, max);
 }
 
+template <class T, std::size_t n>
+bool VpcDiskTreeQuerier::ReadAt(unsigned long long position, std::array<T, n>& values) {
+    return file_->Read(position, reinterpret_cast<char*>(values.data()), sizeof values) ==
+           sizeof values;
+}
+
 bool VpcDiskTreeQuerier::ReadGrid(unsigned long long record, unsigned long long level,
                                   Layout::ChildGrid& grid) {
     const unsigned long long available = record < header_.fileSize ? header_.fileSize - record : 0;
     if (!Layout::recordFits(level, {}, available)) return false;
     std::array<unsigned long long, 3> counts{};
-    if (!readAt(*stream_, record + Layout::childrenXOffset(level), counts)) return false;
+    if (!ReadAt(record + Layout::childrenXOffset(level), counts)) return false;
     grid = {counts[0], counts[1], counts[2]};
     return Layout::recordFits(level, grid, available);
 }

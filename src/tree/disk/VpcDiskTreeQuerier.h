@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 
 #include <wx/string.h>
@@ -10,7 +11,9 @@
 #include "tree/file/PointTreeHeader.h"
 #include "tree/file/PointTreeLayout.h"
 
-class FileBufferStream;
+namespace vpc {
+class PointTreeReader;
+}
 
 /// Answers single questions about a point tree file without loading the tree.
 ///
@@ -19,7 +22,7 @@ class FileBufferStream;
 /// for the last node. Use vpc::NodeRecordReader to visit them all.
 ///
 /// The file is not trusted: where sizes in it lead out of it, it counts as not open, or the
-/// question is answered with 0 or false. One querier, one thread: it moves its stream's position.
+/// question is answered with 0 or false. One querier, one thread: it moves the file's position.
 class VpcDiskTreeQuerier {
 public:
     /// Opens the file of that name with the extension "vpt" in place of its own, and reads its
@@ -32,12 +35,15 @@ public:
     /// The version of the file of that name with the extension "vpt"; 0 if there is none.
     static unsigned long long vptVersion(const OdString& path);
 
+    /// The version that the file claims; 0 where it cannot be read.
+    unsigned long long version() const;
     /// Whether the file is open and its header holds together.
-    bool isOpen() const { return open_; }
+    bool isOpen() const { return fault_.empty(); }
     /// Why not, in words that may follow the file's name; empty when it is open.
     const wxString& fault() const { return fault_; }
     /// The file's name, with the extension "vpt".
     const wxString& fileName() const { return fileName_; }
+    /// All 0 when the file is not open.
     const vpc::PointTreeHeader& header() const { return header_; }
 
     /// Position of the record of node `index` of `level`. `index` is not held against the level's
@@ -67,9 +73,12 @@ private:
     bool SkipRecords(unsigned long long& record, unsigned long long level,
                      unsigned long long count);
 
+    /// Reads `values` at `position`, where they are known to lie within the file.
+    template <class T, std::size_t n>
+    bool ReadAt(unsigned long long position, std::array<T, n>& values);
+
     wxString fileName_;
-    std::unique_ptr<FileBufferStream> stream_;
-    bool open_ = false;
+    std::unique_ptr<vpc::PointTreeReader> file_;
     wxString fault_;
     vpc::PointTreeHeader header_;
 };

@@ -2,27 +2,24 @@
 
 #include <algorithm>
 
+#include "tree/file/PointTreeReader.h"
+
 namespace vpc {
 
 namespace {
 constexpr unsigned long long blockSize = 1ULL << 20;
 }
 
-FileWindow::FileWindow(const wxString& path) {
-    if (stream_.StreamOpen(path, FileModeRead, false)) size_ = stream_.StreamSize();
-}
-
 const char* FileWindow::Bytes(unsigned long long position, unsigned long long count) {
-    if (position > size_ || count > size_ - position) return nullptr;
+    const unsigned long long size = file_.Size();
+    if (position > size || count > size - position) return nullptr;
     if (position < start_ || position + count > start_ + held_) {
-        const unsigned long long wanted = std::min(std::max(count, blockSize), size_ - position);
+        const unsigned long long wanted = std::min(std::max(count, blockSize), size - position);
         if (block_.size() < wanted) block_.resize(wanted);
-        stream_.StreamClearState();
-        stream_.StreamSeek(position);
-        stream_.ReadCharArray2File(block_.data(), wanted);
+        held_ = 0;
+        if (file_.Read(position, block_.data(), wanted) != wanted) file_.FailReading();
         start_ = position;
-        held_ = stream_.IsStreamGood() ? wanted : 0;
-        if (held_ == 0) return nullptr;
+        held_ = wanted;
     }
     return block_.data() + (position - start_);
 }

@@ -2,6 +2,10 @@
 
 #include <cstring>
 
+#include <wx/translation.h>
+
+#include "tree/file/PointTreeReader.h"
+
 namespace vpc {
 
 namespace Layout = PointTreeLayout;
@@ -61,38 +65,39 @@ void parse(const char* bytes, NodeRecord& record) {
 
 }  // namespace
 
-NodeRecordReader::NodeRecordReader(const wxString& path, const PointTreeHeader& header)
-    : header_(header), file_(path), position_(header.firstNodeRecord) {
+NodeRecordReader::NodeRecordReader(PointTreeReader& file)
+    : file_(file), header_(file.Header()), window_(file), position_(header_.firstNodeRecord) {
     SkipFinishedLevels();
 }
 
 bool NodeRecordReader::Next(NodeRecord& record) {
-    if (failed_ || level_ >= header_.levels) return false;
-    if (!ReadRecord(record)) {
-        failed_ = true;
-        return false;
-    }
+    if (level_ >= header_.levels) return false;
+    ReadRecord(record);
     position_ += record.size;
     ++index_;
     SkipFinishedLevels();
     return true;
 }
 
-bool NodeRecordReader::ReadRecord(NodeRecord& record) {
-    const unsigned long long available = file_.Size() > position_ ? file_.Size() - position_ : 0;
-    if (!Layout::recordFits(level_, {}, available)) return false;
-    const char* fixed = file_.Bytes(position_, Layout::recordSize(level_, {}));
-    if (fixed == nullptr) return false;
+void NodeRecordReader::ReadRecord(NodeRecord& record) {
     record.level = level_;
     record.index = index_;
     record.position = position_;
-    record.grid = gridAt(fixed + Layout::childrenXOffset(level_));
-    if (!Layout::recordFits(level_, record.grid, available)) return false;
+    record.grid = gridAt(RecordBytes({}) + Layout::childrenXOffset(level_));
     record.size = Layout::recordSize(level_, record.grid);
-    const char* bytes = file_.Bytes(position_, record.size);
-    if (bytes == nullptr) return false;
-    parse(bytes, record);
-    return true;
+    parse(RecordBytes(record.grid), record);
+}
+
+const char* NodeRecordReader::RecordBytes(const Layout::ChildGrid& grid) {
+    const unsigned long long available = file_.Size() > position_ ? file_.Size() - position_ : 0;
+    const char* const bytes = Layout::recordFits(level_, grid, available)
+                                  ? window_.Bytes(position_, Layout::recordSize(level_, grid))
+                                  : nullptr;
+    if (bytes == nullptr)
+        throw IoError(file_.FileName(),
+                      wxString::Format(_("ends within the record of node %llu of level %llu"),
+                                       index_, level_));
+    return bytes;
 }
 
 void NodeRecordReader::SkipFinishedLevels() {

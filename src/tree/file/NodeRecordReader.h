@@ -10,30 +10,28 @@ namespace vpc {
 /// the memory of one record.
 class NodeRecordReader {
 public:
-    /// \param header of that file, read without fault; must outlive the reader
-    NodeRecordReader(const wxString& path, const PointTreeHeader& header);
+    /// Throws what PointTreeReader::Header throws.
+    /// \param file must outlive the reader
+    explicit NodeRecordReader(PointTreeReader& file);
 
-    /// Reads the next record. False after the last one, and where a record does not fit in the
-    /// file or cannot be read (`Failed` tells which).
-    bool Next(NodeRecord& record);
-    /// Whether the reading ended early, at `Position`.
-    bool Failed() const { return failed_; }
+    /// Reads the next record; false after the last one. Throws IoError where the record at
+    /// `Position` does not fit in the file or cannot be read.
+    [[nodiscard]] bool Next(NodeRecord& record);
     /// Where the next record begins; after the last one, where the point blocks begin.
     unsigned long long Position() const { return position_; }
-    /// Level and place in it of the next record.
-    unsigned long long Level() const { return level_; }
-    unsigned long long Index() const { return index_; }
 
 private:
-    bool ReadRecord(NodeRecord& record);
+    void ReadRecord(NodeRecord& record);
+    const char* RecordBytes(const PointTreeLayout::ChildGrid& grid);
     void SkipFinishedLevels();
 
+    PointTreeReader& file_;
     const PointTreeHeader& header_;
-    FileWindow file_;
+    FileWindow window_;
     unsigned long long position_;
+    /// Level and place in it of the next record.
     unsigned long long level_ = 0;
     unsigned long long index_ = 0;
-    bool failed_ = false;
 };
 
 }  // namespace vpc

@@ -10,6 +10,8 @@ class FileBufferStream;
 
 namespace vpc {
 
+class PointTreeReader;
+
 /// The fixed header of a point tree file and the node counts that follow it, as they stand in the
 /// file: values are carried, not judged, except where a size would lead out of the file.
 struct PointTreeHeader {
@@ -43,16 +45,10 @@ struct PointTreeHeader {
     /// The length of the file.
     unsigned long long fileSize = 0;
 
-    /// Reads the header from the open `stream`. Every count is held against the file's length
-    /// before it is used, so a damaged file costs neither memory nor time.
-    /// \return an empty text, or what is wrong with the file in words that may follow its name;
-    ///         the values read up to there are kept
-    wxString Read(FileBufferStream& stream);
-
-private:
-    void ReadFixedPart(FileBufferStream& stream);
-    wxString ReadSourceNames(FileBufferStream& stream);
-    wxString ReadNodeCounts(FileBufferStream& stream);
+    /// Reads the header of `file`, which `stream` has open. Every count is held against the file's
+    /// length before it is used, so a damaged file costs neither memory nor time. Throws IoError
+    /// where the header does not fit in the file or cannot be read.
+    static PointTreeHeader Read(FileBufferStream& stream, const PointTreeReader& file);
 };
 
 }  // namespace vpc

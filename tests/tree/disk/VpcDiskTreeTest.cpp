@@ -16,6 +16,7 @@
 #include "support/TreeFile.h"
 #include "support/TreeImage.h"
 #include "tree/disk/VpcDiskNode.h"
+#include "tree/verify/TreeVerifier.h"
 
 namespace {
 
@@ -59,7 +60,11 @@ protected:
     }
     std::string path() const { return folder.file("tree.vpt"); }
 
-    void expectEmpty() const {
+    void expectRefused() const {
+        int faults = 0;
+        vpc::PointTreeReader file(toWx(path()));
+        vpc::TreeVerifier(file, [&](const vpc::Finding&) { ++faults; }).Run();
+        EXPECT_GT(faults, 0) << "what cannot be loaded is a fault for the verifier";
         EXPECT_TRUE(tree->GetLevels().empty() && tree->GetRootNode() == nullptr);
         EXPECT_TRUE(tree->totalNrPoints() == 0 && tree->GetNodePointSummary().empty());
     }
@@ -227,7 +232,7 @@ TEST_F(VpcDiskTreeTest, RefusesAFileThatDoesNotHoldTogether) {
         VpcLogger::Instance()->Open(toWx(log));
         EXPECT_FALSE(load(damaged.bytes)) << fault;
         VpcLogger::Instance()->Close();
-        expectEmpty();
+        expectRefused();
         EXPECT_THAT(vpc::test::readBytes(log), testing::AllOf(HasSubstr(fault), HasSubstr(path())));
     }
 }
@@ -236,7 +241,7 @@ TEST_F(VpcDiskTreeTest, ComesThroughEveryTruncationAndRandomDamage) {
     const TreeImage image({U"a", U"name"});
     for (std::size_t length = 0; length < image.bytes.size(); ++length) {
         ASSERT_FALSE(load(image.bytes.substr(0, length))) << length;
-        expectEmpty();
+        expectRefused();
     }
     std::mt19937 engine(11);
     Buffers buffers(64);
@@ -247,7 +252,7 @@ TEST_F(VpcDiskTreeTest, ComesThroughEveryTruncationAndRandomDamage) {
         for (unsigned changes = 1 + engine() % 4; changes > 0; --changes)
             bytes[engine() % image.pointData()] = static_cast<char>(engine() % 4 ? engine() : 255);
         if (!load(bytes)) {
-            expectEmpty();
+            expectRefused();
             continue;
         }
         ++loaded;

@@ -1,17 +1,16 @@
-#include "vpc/LevelTotals.h"
+#include "tree/file/LevelTotals.h"
 
 #include <algorithm>
 
-#include "core/util/FileTools.h"
 #include "tree/file/NodeRecordReader.h"
-#include "vpc/common/Command.h"
+#include "tree/file/PointTreeReader.h"
 
 namespace vpc {
 
-std::vector<LevelTotals> LevelTotals::Count(const wxString& file, const PointTreeHeader& header,
+std::vector<LevelTotals> LevelTotals::Count(PointTreeReader& file,
                                             const std::function<void(const NodeRecord&)>& visit) {
-    std::vector<LevelTotals> levels(header.levels);
-    NodeRecordReader reader(file, header);
+    std::vector<LevelTotals> levels(file.Header().levels);
+    NodeRecordReader reader(file);
     NodeRecord record;
     while (reader.Next(record)) {
         LevelTotals& level = levels[record.level];
@@ -21,10 +20,6 @@ std::vector<LevelTotals> LevelTotals::Count(const wxString& file, const PointTre
         level.recordBytes += record.size;
         if (visit) visit(record);
     }
-    if (reader.Failed())
-        throw CommandError("'" + FileTools::ToNativePath(file) +
-                           "' is damaged or cannot be read: a node record is missing; see vpc "
-                           "verify");
     return levels;
 }
 

@@ -1,19 +1,19 @@
-#include "vpc/LinkVerifier.h"
+#include "tree/verify/LinkVerifier.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include <wx/translation.h>
+
 #include "core/geometry/VpcNumMathTools.h"
+#include "tree/verify/NodeName.h"
 
 namespace vpc {
 
 namespace {
 
 using Triplet = NodeRecord::Triplet;
-
-constexpr const char* parentLink = "parent link";
-constexpr const char* childLink = "child link";
 
 /// How far a box may be from its cell, as a share of the coordinates' size: room for rounding.
 constexpr double cellTolerance = 1e-12;
@@ -25,15 +25,19 @@ unsigned long long hashOf(const std::vector<Triplet>& path, std::size_t steps) {
     return hash;
 }
 
+/// How many of the entries name a child.
+unsigned long long namedEntries(std::span<const NodeRecord::ChildEntry> entries) {
+    return static_cast<unsigned long long>(
+        std::count_if(entries.begin(), entries.end(), [](const NodeRecord::ChildEntry& entry) {
+            return entry.record != 0 || entry.pointBlock != 0;
+        }));
+}
+
 Triplet toTriplet(const PointTreeLayout::ChildGrid& grid) {
     return {grid.x, grid.y, grid.z};
 }
 
 }  // namespace
-
-std::string nodeName(unsigned long long level, unsigned long long index) {
-    return "node " + std::to_string(index) + " of level " + std::to_string(level);
-}
 
 void LinkVerifier::Add(const NodeRecord& record) {
     if (record.level != currentLevel_) {
@@ -63,56 +67,59 @@ unsigned long long LinkVerifier::LargestNodeOfLevel() const {
 
 void LinkVerifier::CheckRoot(const NodeRecord& record) {
     if (record.parentRecord != 0 || record.parentPointBlock != 0)
-        findings_.Add(parentLink,
-                      nodeName(record.level, record.index) + " is a root and names a parent");
+        sink_({FindingKind::ParentLink,
+               wxString::Format(_("%s is a root and names a parent"), nodeName(record))});
 }
 
 void LinkVerifier::CheckParent(const NodeRecord& record) {
-    const std::string name = nodeName(record.level, record.index);
     Node* parent = Find(parents_, record.parentRecord);
     if (parent == nullptr) {
-        findings_.Add(parentLink, name + " names a parent record at " +
-                                      std::to_string(record.parentRecord) +
-                                      ", where the level above has none");
+        sink_(
+            {FindingKind::ParentLink,
+             wxString::Format(_("%s names a parent record at %llu, where the level above has none"),
+                              nodeName(record), record.parentRecord)});
         return;
     }
     if (record.parentPointBlock != parent->pointBlock)
-        findings_.Add(parentLink, name + " has its parent's point block at " +
-                                      std::to_string(record.parentPointBlock) +
-                                      ", the parent itself at " +
-                                      std::to_string(parent->pointBlock));
+        sink_({FindingKind::ParentLink,
+               wxString::Format(
+                   _("%s has its parent's point block at %llu, the parent itself at %llu"),
+                   nodeName(record), record.parentPointBlock, parent->pointBlock)});
     if (hashOf(record.indexPath, record.level) != parent->indexPathHash ||
         hashOf(record.gridPath, record.level) != parent->gridPathHash)
-        findings_.Add("path", name + " has a path that does not lead over its parent");
+        sink_({FindingKind::Path,
+               wxString::Format(_("%s has a path that does not lead over its parent"),
+                                nodeName(record))});
     CheckPlace(record, *parent);
 }
 
 void LinkVerifier::CheckPlace(const NodeRecord& record, Node& parent) {
-    const std::string name = nodeName(record.level, record.index);
     const Triplet cell = record.indexPath.back();
     const Triplet grid = toTriplet(parent.grid);
     if (record.gridPath.back() != grid)
-        findings_.Add("path", name + " tells another grid for its parent than the parent");
+        sink_({FindingKind::Path,
+               wxString::Format(_("%s tells another grid for its parent than the parent"),
+                                nodeName(record))});
     if (cell[0] >= grid[0] || cell[1] >= grid[1] || cell[2] >= grid[2]) {
-        findings_.Add("path", name + " lies in a cell that its parent's grid does not have");
+        sink_({FindingKind::Path,
+               wxString::Format(_("%s lies in a cell that its parent's grid does not have"),
+                                nodeName(record))});
         return;
     }
     const unsigned long long number = cell[0] + grid[0] * (cell[1] + grid[1] * cell[2]);
     const NodeRecord::ChildEntry& entry = parents_.entries[parent.firstEntry + number];
     if (entry.record != record.position || entry.pointBlock != record.pointBlock)
-        findings_.Add(childLink, nodeName(parent.level, parent.index) + " has its child " +
-                                     std::to_string(number) + " at " +
-                                     std::to_string(entry.record) + " and " +
-                                     std::to_string(entry.pointBlock) + ", but " + name +
-                                     " is at " + std::to_string(record.position) + " and " +
-                                     std::to_string(record.pointBlock));
+        sink_({FindingKind::ChildLink,
+               wxString::Format(
+                   _("%s has its child %llu at %llu and %llu, but %s is at %llu and %llu"),
+                   nodeName(parent.level, parent.index), number, entry.record, entry.pointBlock,
+                   nodeName(record), record.position, record.pointBlock)});
     ++parent.childrenSeen;
     parent.childPoints += record.points;
     CheckBox(record, parent, cell);
 }
 
 void LinkVerifier::CheckBox(const NodeRecord& record, const Node& parent, const Triplet& cell) {
-    const std::string name = nodeName(record.level, record.index);
     const Triplet grid = toTriplet(parent.grid);
     bool inside = true;
     bool fits = true;
@@ -128,41 +135,54 @@ void LinkVerifier::CheckBox(const NodeRecord& record, const Node& parent, const 
                std::abs(record.boxMaximum[axis] - to) <= tolerance;
     }
     if (!inside)
-        findings_.Add("box", name + " reaches out of its parent's box");
+        sink_({FindingKind::Box,
+               wxString::Format(_("%s reaches out of its parent's box"), nodeName(record))});
     else if (!fits)
-        findings_.Add("box", name + " does not fill its cell of its parent's grid");
+        sink_(
+            {FindingKind::Box, wxString::Format(_("%s does not fill its cell of its parent's grid"),
+                                                nodeName(record))});
 }
 
 void LinkVerifier::FinishParents(bool deepest) {
-    for (const Node& node : parents_.nodes) CheckChildren(node, parents_, deepest);
+    for (const Node& node : parents_.nodes) {
+        const auto entries =
+            std::span(parents_.entries).subspan(node.firstEntry, node.grid.cells());
+        if (deepest)
+            CheckChainEnd(node, entries);
+        else
+            CheckChildren(node, entries);
+    }
 }
 
-void LinkVerifier::CheckChildren(const Node& node, const Level& level, bool deepest) {
-    const std::string name = nodeName(node.level, node.index);
-    const unsigned long long cells = node.grid.cells();
-    const auto first = level.entries.begin() + static_cast<std::ptrdiff_t>(node.firstEntry);
-    const auto last = first + static_cast<std::ptrdiff_t>(cells);
-    const auto named = static_cast<unsigned long long>(std::count_if(
-        first, last, [](const auto& entry) { return entry.record != 0 || entry.pointBlock != 0; }));
-    if (deepest) {
-        if (cells > 1 || named > 0)
-            findings_.Add(childLink, name + " is in the deepest level and names children");
-        return;
-    }
+void LinkVerifier::CheckChainEnd(const Node& node, Entries entries) {
+    if (entries.size() > 1 || namedEntries(entries) > 0)
+        sink_({FindingKind::ChildLink,
+               wxString::Format(_("%s is in the deepest level and names children"),
+                                nodeName(node.level, node.index))});
+}
+
+void LinkVerifier::CheckChildren(const Node& node, Entries entries) {
+    const auto fault = [&](FindingKind kind, const wxString& text) { sink_({kind, text}); };
+    const auto name = [&] { return nodeName(node.level, node.index); };
+    const unsigned long long cells = entries.size();
+    const unsigned long long named = namedEntries(entries);
     if (named != cells || node.childrenSeen != cells)
-        findings_.Add(childLink, name + " has " + std::to_string(cells) + " cells, names " +
-                                     std::to_string(named) + " children and is named by " +
-                                     std::to_string(node.childrenSeen));
-    if (!std::is_sorted(first, last,
-                        [](const auto& a, const auto& b) { return a.record < b.record; }))
-        findings_.Add(childLink, name + " does not have its children in the order of its cells");
+        fault(FindingKind::ChildLink,
+              wxString::Format(_("%s has %llu cells, names %llu children and is named by %llu"),
+                               name(), cells, named, node.childrenSeen));
+    const auto standsBefore = [](const auto& a, const auto& b) { return a.record < b.record; };
+    if (!std::is_sorted(entries.begin(), entries.end(), standsBefore))
+        fault(
+            FindingKind::ChildLink,
+            wxString::Format(_("%s does not have its children in the order of its cells"), name()));
     if (cells > 0 && node.points > node.childPoints)
-        findings_.Add("point count", name + " has more points (" + std::to_string(node.points) +
-                                         ") than its children (" +
-                                         std::to_string(node.childPoints) + ")");
+        fault(FindingKind::PointCount,
+              wxString::Format(_("%s has more points (%llu) than its children (%llu)"), name(),
+                               node.points, node.childPoints));
     if (cells == 0 && node.points > 0)
-        findings_.Add("point count",
-                      name + " has points and no children, but is not in the deepest level");
+        fault(FindingKind::PointCount,
+              wxString::Format(_("%s has points and no children, but is not in the deepest level"),
+                               name()));
 }
 
 void LinkVerifier::Keep(const NodeRecord& record) {

@@ -2,7 +2,8 @@
 
 #include "tree/file/FileWindow.h"
 #include "tree/file/NodeRecord.h"
-#include "vpc/Findings.h"
+#include "tree/file/PointTreeReader.h"
+#include "tree/verify/Finding.h"
 
 namespace vpc {
 
@@ -11,9 +12,12 @@ namespace vpc {
 /// box. Is shown every record in file order.
 class PointBlockVerifier {
 public:
+    /// \param file, sink must outlive the verifier
     /// \param pointData where the first block is to be
-    PointBlockVerifier(const wxString& file, unsigned long long pointData, Findings& findings);
+    PointBlockVerifier(PointTreeReader& file, unsigned long long pointData,
+                       const FindingSink& sink);
 
+    /// Throws IoError where the file cannot be read.
     void Add(const NodeRecord& record);
     /// To be called after the last record: the file must end where the last block does.
     void Finish();
@@ -23,8 +27,9 @@ private:
     void CheckBlock(const NodeRecord& record);
     void CheckPoints(const NodeRecord& record);
 
-    FileWindow file_;
-    Findings& findings_;
+    PointTreeReader& file_;
+    FileWindow window_;
+    const FindingSink& sink_;
     /// Where the next block is to be; and, after a block out of its place, where it would be if
     /// that block was right and the count before it wrong (0: no such doubt).
     unsigned long long expected_;

@@ -3,12 +3,11 @@
 #include <functional>
 #include <vector>
 
-#include <wx/string.h>
-
 #include "tree/file/NodeRecord.h"
-#include "tree/file/PointTreeHeader.h"
 
 namespace vpc {
+
+class PointTreeReader;
 
 /// The sums over one level of a point tree.
 struct LevelTotals {
@@ -19,11 +18,10 @@ struct LevelTotals {
     /// Bytes of the level's node records.
     unsigned long long recordBytes = 0;
 
-    /// The sums of every level of the file with that header, in one pass over its records, each
-    /// of which `visit` sees too. Throws CommandError where the records lead out of the file.
+    /// The sums of every level of the file, in one pass over its records, each of which `visit`
+    /// sees too. Throws IoError where the header or the records lead out of the file.
     static std::vector<LevelTotals> Count(
-        const wxString& file, const PointTreeHeader& header,
-        const std::function<void(const NodeRecord&)>& visit = nullptr);
+        PointTreeReader& file, const std::function<void(const NodeRecord&)>& visit = nullptr);
 };
 
 }  // namespace vpc

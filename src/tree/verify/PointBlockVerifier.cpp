@@ -1,11 +1,14 @@
-#include "vpc/PointBlockVerifier.h"
+#include "tree/verify/PointBlockVerifier.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
+#include <wx/translation.h>
+
 #include "core/geometry/VpcPoint3D.h"
-#include "vpc/LinkVerifier.h"
+#include "core/util/ValueAt.h"
+#include "tree/verify/NodeName.h"
 
 namespace vpc {
 
@@ -31,9 +34,9 @@ unsigned long long blockSize(unsigned long long points, unsigned long long fileS
 
 }  // namespace
 
-PointBlockVerifier::PointBlockVerifier(const wxString& file, unsigned long long pointData,
-                                       Findings& findings)
-    : file_(file), findings_(findings), expected_(pointData) {
+PointBlockVerifier::PointBlockVerifier(PointTreeReader& file, unsigned long long pointData,
+                                       const FindingSink& sink)
+    : file_(file), window_(file), sink_(sink), expected_(pointData) {
 }
 
 void PointBlockVerifier::Add(const NodeRecord& record) {
@@ -45,45 +48,43 @@ void PointBlockVerifier::Add(const NodeRecord& record) {
 void PointBlockVerifier::Finish() {
     const unsigned long long size = file_.Size();
     if (expected_ == size || (alternative_ != 0 && alternative_ == size)) return;
-    findings_.Add("file end", "the last point block ends at " + std::to_string(expected_) +
-                                  " and the file at " + std::to_string(size));
+    sink_({FindingKind::File,
+           wxString::Format(_("the last point block ends at %llu and the file at %llu"), expected_,
+                            size)});
 }
 
 void PointBlockVerifier::CheckPosition(const NodeRecord& record) {
-    const std::string name = nodeName(record.level, record.index);
     const unsigned long long size = blockSize(record.points, file_.Size());
     if (record.pointList != record.pointBlock + Layout::pointBlockHeaderSize)
-        findings_.Add("position", name + " has its point block at " +
-                                      std::to_string(record.pointBlock) +
-                                      " and its point list at " + std::to_string(record.pointList));
+        sink_({FindingKind::Position,
+               wxString::Format(_("%s has its point block at %llu and its point list at %llu"),
+                                nodeName(record), record.pointBlock, record.pointList)});
     if (record.pointBlock == expected_ ||
         (alternative_ != 0 && record.pointBlock == alternative_)) {
         expected_ = record.pointBlock + size;
         alternative_ = 0;
         return;
     }
-    findings_.Add("position", name + " has its point block at " +
-                                  std::to_string(record.pointBlock) + ", expected at " +
-                                  std::to_string(expected_));
+    sink_({FindingKind::Position,
+           wxString::Format(_("%s has its point block at %llu, expected at %llu"), nodeName(record),
+                            record.pointBlock, expected_)});
     alternative_ = record.pointBlock < file_.Size() ? record.pointBlock + size : 0;
     expected_ += size;
 }
 
 void PointBlockVerifier::CheckBlock(const NodeRecord& record) {
-    const char* bytes = file_.Bytes(record.pointBlock, Layout::pointBlockHeaderSize);
-    const std::string name = nodeName(record.level, record.index);
-    if (bytes == nullptr) {
-        findings_.Add("point block", name + " has its point block beyond the end of the file");
-        return;
-    }
-    std::array<unsigned long long, 2> words{};
-    std::memcpy(words.data(), bytes, sizeof words);
-    if (words[0] != record.level)
-        findings_.Add("point block",
-                      name + " has a point block for level " + std::to_string(words[0]));
-    if (words[1] != record.points)
-        findings_.Add("point block", name + " has " + std::to_string(record.points) +
-                                         " points, its point block " + std::to_string(words[1]));
+    const auto fault = [this](const wxString& text) { sink_({FindingKind::PointBlock, text}); };
+    const char* bytes = window_.Bytes(record.pointBlock, Layout::pointBlockHeaderSize);
+    if (bytes == nullptr)
+        return fault(wxString::Format(_("%s has its point block beyond the end of the file"),
+                                      nodeName(record)));
+    const auto level = valueAt<unsigned long long>(bytes);
+    const auto points = valueAt<unsigned long long>(bytes + Layout::wordSize);
+    if (level != record.level)
+        fault(wxString::Format(_("%s has a point block for level %llu"), nodeName(record), level));
+    if (points != record.points)
+        fault(wxString::Format(_("%s has %llu points, its point block %llu"), nodeName(record),
+                               record.points, points));
 }
 
 void PointBlockVerifier::CheckPoints(const NodeRecord& record) {
@@ -93,10 +94,11 @@ void PointBlockVerifier::CheckPoints(const NodeRecord& record) {
     unsigned long long position = record.pointBlock + Layout::pointBlockHeaderSize;
     for (unsigned long long done = 0; done < record.points;) {
         const unsigned long long count = std::min(pointsAtATime, record.points - done);
-        const char* bytes = file_.Bytes(position, count * recordSize);
+        const char* bytes = window_.Bytes(position, count * recordSize);
         if (bytes == nullptr) {
-            findings_.Add("point block", nodeName(record.level, record.index) +
-                                             " has points beyond the end of the file");
+            sink_({FindingKind::PointBlock,
+                   wxString::Format(_("%s has points beyond the end of the file"),
+                                    nodeName(record))});
             return;
         }
         for (unsigned long long i = 0; i < count; ++i) {
@@ -109,10 +111,10 @@ void PointBlockVerifier::CheckPoints(const NodeRecord& record) {
         done += count;
     }
     if (outside > 0)
-        findings_.Add("point", std::to_string(outside) + " of " + std::to_string(record.points) +
-                                   " points of " + nodeName(record.level, record.index) +
-                                   " lie outside its box, the first is point " +
-                                   std::to_string(firstOutside));
+        sink_({FindingKind::Point,
+               wxString::Format(
+                   _("%llu of %llu points of %s lie outside its box, the first is point %llu"),
+                   outside, record.points, nodeName(record), firstOutside)});
 }
 
 }  // namespace vpc

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "tree/file/NodeRecord.h"
-#include "vpc/Findings.h"
+#include "tree/verify/Finding.h"
 
 namespace vpc {
 
@@ -12,7 +13,8 @@ namespace vpc {
 /// Is shown every record in file order.
 class LinkVerifier {
 public:
-    explicit LinkVerifier(Findings& findings) : findings_(findings) {}
+    /// \param sink must outlive the verifier
+    explicit LinkVerifier(const FindingSink& sink) : sink_(sink) {}
 
     void Add(const NodeRecord& record);
     /// To be called after the last record.
@@ -47,22 +49,23 @@ private:
         }
     };
 
+    using Entries = std::span<const NodeRecord::ChildEntry>;
+
     void CheckRoot(const NodeRecord& record);
     void CheckParent(const NodeRecord& record);
     void CheckPlace(const NodeRecord& record, Node& parent);
     void CheckBox(const NodeRecord& record, const Node& parent, const NodeRecord::Triplet& cell);
-    void CheckChildren(const Node& node, const Level& level, bool deepest);
+    /// Checks all nodes of the level above, whose children have passed.
     void FinishParents(bool deepest);
+    void CheckChildren(const Node& node, Entries entries);
+    void CheckChainEnd(const Node& node, Entries entries);
     void Keep(const NodeRecord& record);
     Node* Find(Level& level, unsigned long long position);
 
-    Findings& findings_;
+    const FindingSink& sink_;
     Level parents_;
     Level current_;
     unsigned long long currentLevel_ = 0;
 };
-
-/// "node 17 of level 3", for findings.
-std::string nodeName(unsigned long long level, unsigned long long index);
 
 }  // namespace vpc

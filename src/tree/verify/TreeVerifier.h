@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tree/file/NodeRecord.h"
+#include "tree/file/PointTreeReader.h"
+#include "tree/verify/Finding.h"
+#include "tree/verify/LinkVerifier.h"
+
+namespace vpc {
+
+/// Checks everything in a point tree file that can be checked from the file alone, against the
+/// layout and not against the code that wrote it. Whatever a VpcDiskTree refuses to load is a fault
+/// here; and so is a value that contradicts another one although the tree would load. Goes through
+/// the file from front to back, with the links of two levels in memory and never all points of a
+/// node.
+class TreeVerifier {
+public:
+    /// \param file must outlive the verifier
+    TreeVerifier(PointTreeReader& file, FindingSink sink);
+
+    /// Gives every fault to the sink; a failure to read the file is one of them. Ends early where
+    /// the rest can no longer be told apart.
+    void Run();
+
+private:
+    void CheckHeader();
+    void CheckShape();
+    void CheckRecords();
+    void CheckRecord(const NodeRecord& record);
+    void CheckPath(const NodeRecord& record);
+    void CheckGrid(const NodeRecord& record);
+    void CheckPointBlocks();
+
+    PointTreeReader& file_;
+    FindingSink sink_;
+    LinkVerifier links_;
+    /// Where the node records end.
+    unsigned long long pointData_ = 0;
+};
+
+}  // namespace vpc
