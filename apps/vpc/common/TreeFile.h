@@ -3,10 +3,10 @@
 #include <memory>
 #include <string>
 
-#include "CommandError.h"
 #include "core/util/FileTools.h"
 #include "platform/OdString.h"
 #include "tree/file/PointTreeReader.h"
+#include "vpc/common/Command.h"
 
 namespace vpc {
 

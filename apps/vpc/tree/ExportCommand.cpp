@@ -114,8 +114,9 @@ void ExportCommand::Write(Format format, std::vector<VpcPoint3D> points) const {
                 PtsIO::WriteTo(file, points, byElevation);
                 break;
             case Format::Ptx:
-                PtxIO::WriteTo(file, points,
-                               byElevation ? VPC_Stylization_ELEVATION : VPC_Stylization_SCANCOLORS);
+                PtxIO::WriteTo(
+                    file, points,
+                    byElevation ? VPC_Stylization_ELEVATION : VPC_Stylization_SCANCOLORS);
                 break;
             case Format::Ply:
                 if (byElevation) colourByElevation(points);
