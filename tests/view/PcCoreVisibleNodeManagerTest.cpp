@@ -6,8 +6,10 @@
 #include <cstring>
 #include <limits>
 
+#include "io/PlyIO.h"
 #include "support/LocaleGuard.h"
 #include "support/ViewFixture.h"
+#include "tree/disk/VpcDiskNode.h"
 #include "view/CameraPoints.h"
 
 namespace vpc::test {
@@ -245,15 +247,26 @@ TEST_F(PcCoreVisibleNodeManagerTest, WritesTheViewAndThePick) {
               "User pick point: (20.000000, 0.000000, 30.000000)\r\n" +
                   box + "Pick near center: (20.000000, -100.500000, 30.000000)\r\n" +
                   "Pick far center:  " + bounds({20, far, 30}) + "\r\n");
-    const auto expectVertices = [&](const char* name, std::size_t count) {
-        EXPECT_THAT(readBytes(folderName + name),
-                    testing::HasSubstr("element vertex " + std::to_string(count) + "\n"));
+    const auto expectBoxes = [&](const char* name, const auto& boxes) {
+        PlyIO::WriteAxisAlignedBoundingBoxes(boxes, toWx(folderName + "expected"));
+        EXPECT_EQ(readBytes(folderName + name), readBytes(folderName + "expected")) << name;
     };
-    expectVertices("DataBoundaries.ply", 8);
-    expectVertices("InViewFrustum.ply", 8 * buffers().visibleNodes().size());
-    expectVertices("InPickFrustum.ply", 8 * buffers().pickNodes().size());
-    expectVertices("CameraViewFrustum.ply", 10);
-    expectVertices("PickPointFrustum.ply", 10);
+    const auto expectFrustum = [&](const char* name, const VpcFrustumDef& frustum) {
+        PlyIO::WriteFrustum(frustum, toWx(folderName + "expected"));
+        EXPECT_EQ(readBytes(folderName + name), readBytes(folderName + "expected")) << name;
+    };
+    const auto boxesOf = [](const auto& shown) {
+        std::vector<VpcBoundingBoxAxisAligned> boxes;
+        for (const auto& entry : shown) boxes.push_back(entry.node->box);
+        return boxes;
+    };
+    const OdGePoint3d low = set.dataMin(), high = set.dataMax();
+    expectBoxes("DataBoundaries.ply", std::vector{VpcBoundingBoxAxisAligned(
+                                          low.x, low.y, low.z, high.x, high.y, high.z)});
+    expectBoxes("InViewFrustum.ply", boxesOf(buffers().visibleNodes()));
+    expectBoxes("InPickFrustum.ply", boxesOf(buffers().pickNodes()));
+    expectFrustum("CameraViewFrustum.ply", project().viewFrustum());
+    expectFrustum("PickPointFrustum.ply", project().pickFrustum());
     EXPECT_GT(buffers().pickNodes().size(), 0U);
     // The other mode, into a folder that is not there, fails without a word.
     for (const std::string& where : {folderName + "none", folderName})
