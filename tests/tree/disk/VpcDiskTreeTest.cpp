@@ -226,8 +226,11 @@ TEST_F(VpcDiskTreeTest, RefusesAFileThatDoesNotHoldTogether) {
             crowded.patch(nodes[n].members[static_cast<std::size_t>(member)], value);
     EXPECT_FALSE(load(crowded.bytes));
     const std::string named = TreeImage({U"a", U"name"}).bytes;
-    for (std::size_t length = 0; length < named.size(); ++length) {
-        ASSERT_FALSE(load(named.substr(0, length))) << length;
+    ASSERT_TRUE(load(named));
+    for (std::size_t length = named.size(); length-- > 0;) {
+        std::filesystem::resize_file(path(), length);
+        tree = std::make_unique<VpcDiskTree>();
+        ASSERT_FALSE(tree->CreateFromFile(toWx(path()))) << length;
         expectEmpty();
     }
     for (const auto& [position, value, fault] : cases) {
