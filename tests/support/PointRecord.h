@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 namespace vpc::test {
@@ -32,26 +31,20 @@ struct PointRecord {
 
     std::string bytes() const {
         std::string text;
-        visit(*this, [&](const auto& value) {
+        const auto append = [&](const char*, const auto& value) {
             text.append(reinterpret_cast<const char*>(&value), sizeof value);
-        });
+        };
+        visit(*this, append);
         return text;
     }
-    static PointRecord fromBytes(const char* bytes) {
-        PointRecord point;
-        visit(point, [&](auto& value) {
-            std::memcpy(&value, bytes, sizeof value);
-            bytes += sizeof value;
-        });
-        return point;
-    }
 
-private:
-    template <class Point, class Visitor>
-    static void visit(Point& p, Visitor&& take) {
-        take(p.x), take(p.y), take(p.z);
-        take(p.red), take(p.green), take(p.blue);
-        take(p.intensity), take(p.scannerDistance), take(p.markerId), take(p.sourceIndex);
+    /// Shows the members in the order of the file.
+    template <class Point, class Show>
+    static void visit(Point& p, Show& show) {
+        show("x", p.x), show("y", p.y), show("z", p.z);
+        show("red", p.red), show("green", p.green), show("blue", p.blue);
+        show("intensity", p.intensity), show("scanner distance", p.scannerDistance);
+        show("marker", p.markerId), show("source index", p.sourceIndex);
     }
 };
 

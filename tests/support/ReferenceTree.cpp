@@ -1,7 +1,9 @@
 #include "support/ReferenceTree.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
+#include <random>
 
 #include "support/TreeFile.h"
 
@@ -39,26 +41,57 @@ struct Node {
     Node* parent = nullptr;
     std::vector<Words3> path, gridPath;
     Words3 grid{};
-    Doubles3 cell{};
     std::vector<std::unique_ptr<Node>> children;
     std::vector<PointRecord> points;
     double distance = 0;
-    Word record = 0, block = 0;
 
     std::size_t level() const { return path.size() - 1; }
     double count() const { return static_cast<double>(points.size()); }
 };
 
-/// A file's bytes: numbers, triplets and points are put behind one another.
-class Bytes {
-public:
-    std::string text;
-    template <class... T>
-    void put(const T&... values) {
-        (text.append(reinterpret_cast<const char*>(&values), sizeof values), ...);
+/// The points that a node hands to its parent where they are drawn.
+std::vector<PointRecord> drawn(const std::vector<PointRecord>& points, bool isKdTree) {
+    std::mt19937 engine(0);
+    std::uniform_real_distribution<double> draw(0, isKdTree ? 2 : 4);
+    std::vector<PointRecord> kept;
+    for (const PointRecord& point : points)
+        if (draw(engine) < 1.0) kept.push_back(point);
+    if (kept.empty()) kept.push_back(points.front());
+    return kept;
+}
+
+/// Those points of which each is the nearest to the centre of its cell, in cells about as wide as
+/// `spacing`.
+std::vector<PointRecord> nearestToCells(const std::vector<PointRecord>& points, double spacing) {
+    Box box;
+    for (const PointRecord& point : points) box.include(point);
+    Doubles3 sides = box.sides();
+    std::sort(sides.begin(), sides.end());
+    const auto* side = std::find_if(sides.begin(), sides.end(), [](double s) { return s > 0; });
+    box.addMargin((side != sides.end() ? *side : sides.back()) / 5000);
+    // By z, y and x, with the distance and the point that is the nearest so far.
+    std::map<Doubles3, std::pair<double, const PointRecord*>> cells;
+    for (const PointRecord& point : points) {
+        Doubles3 key{};
+        double squares = 0;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double extent = box.sides()[axis];
+            const double count = std::max(1.0, std::trunc(extent / spacing + 0.5));
+            const double size = extent / count;
+            const double from = point.coordinate(axis) - box.min[axis];
+            const double cell = std::min(std::trunc(from / size), count - 1);
+            const double centre = box.min[axis] + (cell + 0.5) * size;
+            squares += (point.coordinate(axis) - centre) * (point.coordinate(axis) - centre);
+            key[2 - axis] = cell;
+        }
+        const std::pair candidate(std::sqrt(squares), &point);
+        auto& nearest = cells.try_emplace(key, candidate).first->second;
+        if (candidate.first < nearest.first) nearest = candidate;
     }
-    Word position() const { return text.size(); }
-};
+    std::vector<PointRecord> kept;
+    for (const auto& [cell, nearest] : cells) kept.push_back(*nearest.second);
+    return kept;
+}
 
 class Model {
 public:
@@ -80,12 +113,10 @@ public:
         for (Node* node : endNodes) {
             while (node->level() + 1 < levels_.size()) {
                 node->grid = {1, 1, 1};
-                node->cell = node->box.sides();
                 node->children.push_back(makeNode(node->box, node, {0, 0, 0}, {1, 1, 1}));
                 Node* child = node->children.back().get();
                 child->points.swap(node->points);
                 child->grid = node->grid;
-                child->cell = node->cell;
                 node = child;
             }
         }
@@ -93,36 +124,28 @@ public:
         return true;
     }
     std::string write(const ReferenceStatistics& statistics) {
-        // The positions are known only after a first writing; the second one gets them right.
-        Word recordsStart = 0, pointsStart = 0, largest = 0;
-        for (const Node* node : levels_.back())
-            largest = std::max<Word>(largest, node->points.size());
-        Bytes out;
-        for (int round = 0; round < 2; ++round) {
-            out = {};
-            out.put(Word{9}, Word{settings_.isKdTree ? 1u : 0u}, minimumDistance_, largest, false);
-            out.put(statistics.maxRed, statistics.maxGreen, statistics.maxBlue);
-            out.put(statistics.maxIntensity, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0);
-            out.put(settings_.hostValue, recordsStart, pointsStart, Word{0},
-                    Word{PointRecord::size});
-            out.put(Word{levels_.size()});
-            for (const auto& level : levels_) out.put(Word{level.size()});
-            recordsStart = out.position();
-            for (const auto& level : levels_)
-                for (Node* node : level) writeRecord(out, *node);
-            pointsStart = out.position();
-            for (const auto& level : levels_) {
-                for (Node* node : level) {
-                    node->block = out.position();
-                    out.put(Word{node->level()}, Word{node->points.size()});
-                    for (PointRecord point : node->points) {
-                        if (statistics.is16bitColour) point.narrowColours();
-                        out.text += point.bytes();
-                    }
-                }
+        TreeFile file;
+        file.treeType = settings_.isKdTree ? 1 : 0;
+        file.minimumDistance = minimumDistance_;
+        file.maxRed = statistics.maxRed;
+        file.maxGreen = statistics.maxGreen;
+        file.maxBlue = statistics.maxBlue;
+        file.maxIntensity = statistics.maxIntensity;
+        file.hostValue = settings_.hostValue;
+        for (const auto& level : levels_) {
+            file.levels.emplace_back();
+            for (Node* node : level) {
+                TreeNode& stored = file.levels.back().emplace_back();
+                stored.distance = node->distance;
+                stored.path = node->path, stored.gridPath = node->gridPath;
+                stored.boxMin = node->box.min, stored.boxMax = node->box.max;
+                stored.grid = node->grid;
+                stored.points.swap(node->points);
+                if (statistics.is16bitColour)
+                    for (PointRecord& point : stored.points) point.narrowColours();
             }
         }
-        return out.text;
+        return file.bytes();
     }
 
     unsigned long long lost = 0;
@@ -190,7 +213,6 @@ private:
                 if (!(bounds[axis][i - 1] < bounds[axis][i])) return false;
         }
         node.grid = grid;
-        node.cell = cell;
         for (Word z = 0; z < grid[2]; ++z)
             for (Word y = 0; y < grid[1]; ++y)
                 for (Word x = 0; x < grid[0]; ++x) {
@@ -214,33 +236,22 @@ private:
             largestCell = std::max(largestCell, side / std::clamp(side / c, 1.0, 400.0));
         return std::min(shortest, largestCell);
     }
+    std::vector<PointRecord> thinned(const Node& node) const {
+        if (node.points.size() < 3) return node.points;
+        if (settings_.thinsByGrid) return nearestToCells(node.points, node.parent->distance);
+        return drawn(node.points, settings_.isKdTree);
+    }
     void fillParents() {
         for (std::size_t level = levels_.size() - 1; level > 0; --level) {
             for (Node* node : levels_[level]) {
                 node->distance = spacing(*node);
                 node->parent->distance =
                     node->distance * (settings_.isKdTree ? std::cbrt(3.0) : 3.0);
-                for (const PointRecord& point : thinned(node->points, settings_.isKdTree))
+                for (const PointRecord& point : thinned(*node))
                     node->parent->points.push_back(point);
             }
         }
     }
-    void writeRecord(Bytes& out, Node& node) const {
-        node.record = out.position();
-        out.put(Word{node.level()}, node.distance);
-        for (const Words3& triplet : node.path) out.put(triplet);
-        for (const Words3& triplet : node.gridPath) out.put(triplet);
-        out.put(node.box.min, node.box.max, Word{node.points.size()}, node.grid);
-        for (std::size_t axis = 0; axis < 3; ++axis)
-            for (Word i = 0; i < node.grid[axis]; ++i) out.put(node.cell[axis]);
-        const Node none;
-        const Node& parent = node.parent != nullptr ? *node.parent : none;
-        out.put(node.record, node.block, node.block + 16, parent.record, parent.block);
-        for (const auto& child : node.children) out.put(child->record, child->block);
-        for (Word i = node.children.size(); i < node.grid[0] * node.grid[1] * node.grid[2]; ++i)
-            out.put(none.record, none.block);
-    }
-
     ReferenceSettings settings_;
     std::vector<std::vector<Node*>> levels_;
     std::unique_ptr<Node> root_;

@@ -12,6 +12,7 @@ struct ReferenceSettings {
     bool isKdTree = false;
     unsigned long long maxPointsPerNode = 100;
     unsigned long long maxLevel = 10;
+    bool thinsByGrid = false;
 };
 
 /// What the readers tell of the scans beside their points.

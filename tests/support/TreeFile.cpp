@@ -1,6 +1,9 @@
 #include "support/TreeFile.h"
 
-#include <random>
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <sstream>
 #include <stdexcept>
 
 namespace vpc::test {
@@ -11,101 +14,199 @@ void require(bool holds, const char* otherwise) {
     if (!holds) throw std::runtime_error(otherwise);
 }
 
-/// Takes values from a file, one after the other.
-class Cursor {
+/// Takes values from a file's bytes one after the other, or appends them.
+class Archive {
 public:
-    explicit Cursor(const std::string& bytes) : bytes_(bytes) {}
+    Archive(std::string& bytes, bool reads) : bytes_(bytes), reads_(reads) {}
 
-    template <class... Values>
-    void take(Values&... values) {
-        (takeOne(values), ...);
+    template <class Value>
+    void operator()(const char* name, Value& value) {
+        note(name);
+        char* const memory = reinterpret_cast<char*>(&value);
+        if (!reads_) bytes_.append(memory, sizeof value);
+        require(bytes_.size() - at_ >= sizeof value, "the file ends too early");
+        std::memcpy(memory, bytes_.data() + at_, sizeof value);
+        at_ += sizeof value;
     }
-    /// Takes a count of things that take `size` bytes each, which the file has to have room for.
-    Word takeCount(std::size_t size) {
-        Word count = 0;
-        take(count);
-        require(count <= bytes_.size() / size, "a count of more than the file holds");
-        return count;
+    /// A list of which the file says the length.
+    template <class Values>
+    void list(const char* name, Values& values) {
+        Word count = values.size();
+        (*this)(name, count);
+        (*this)(name, values, count);
     }
-    std::size_t position() const { return at_; }
-    const char* skip(std::size_t size) {
-        require(bytes_.size() - at_ >= size, "the file ends too early");
-        at_ += size;
-        return bytes_.data() + at_ - size;
+    void operator()(const char* name, std::vector<Word>& values) { list(name, values); }
+    void operator()(const char* name, std::u32string& text) { list(name, text); }
+    void operator()(const char* name, std::vector<std::u32string>& texts) { list(name, texts); }
+    /// A list that has its length by its place.
+    template <class Values>
+    void operator()(const char* name, Values& values, Word count) {
+        note(name);
+        require(!reads_ || count <= bytes_.size() / sizeof(Word), "more than the file holds");
+        values.resize(count);
+        for (auto& value : values) (*this)(name, value);
     }
+    void operator()(const char* name, std::array<std::vector<double>, 3>& widths,
+                    const Words3& counts) {
+        for (std::size_t axis = 0; axis < 3; ++axis) (*this)(name, widths[axis], counts[axis]);
+    }
+
+    /// Where each of the members begins, which are told apart by their names.
+    std::vector<Word> positions;
+
+private:
+    void note(const char* name) {
+        if (name != last_) positions.push_back(at_);
+        last_ = name;
+    }
+
+    std::string& bytes_;
+    bool reads_;
+    std::size_t at_ = 0;
+    const char* last_ = nullptr;
+};
+
+/// Turns values into words.
+class Teller {
+public:
+    template <class Value, class... Counts>
+    void operator()(const char* name, const Value& value, const Counts&...) {
+        text_.str("");
+        text_.precision(17);
+        tell(value);
+        fields.emplace_back(name, text_.str());
+    }
+
+    std::vector<std::pair<std::string, std::string>> fields;
 
 private:
     template <class Value>
-    void takeOne(Value& value) {
-        std::memcpy(&value, skip(sizeof value), sizeof value);
-    }
-    template <class Value>
-    void takeOne(std::vector<Value>& values) {
-        for (Value& value : values) take(value);
+    void tell(const Value& value) {
+        if constexpr (std::is_same_v<Value, char32_t>) {
+            text_ << static_cast<Word>(value);
+        } else if constexpr (std::is_arithmetic_v<Value>) {
+            text_ << value;
+        } else {
+            text_ << '[';
+            for (const auto& one : value) text_ << ' ', tell(one);
+            text_ << " ]";
+        }
     }
 
-    const std::string& bytes_;
-    std::size_t at_ = 0;
+    std::ostringstream text_;
 };
 
-void takeNode(Cursor& cursor, TreeNode& node) {
-    cursor.take(node.level, node.distance);
-    node.path.resize(node.level + 1);
-    node.gridPath.resize(node.level + 1);
-    cursor.take(node.path, node.gridPath, node.boxMin, node.boxMax, node.pointCount, node.grid);
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        require(node.grid[axis] <= 20, "more than 20 children on an axis");
-        node.cellWidths[axis].resize(node.grid[axis]);
-        cursor.take(node.cellWidths[axis]);
-    }
-    node.children.resize(node.grid[0] * node.grid[1] * node.grid[2]);
-    cursor.take(node.ownPosition, node.blockPosition, node.listPosition, node.parentPosition,
-                node.parentBlockPosition, node.children);
+/// The first member in which two of a kind differ, as a line of text; empty when none does.
+template <class Kind>
+std::string firstDifference(const std::string& where, const Kind& made, const Kind& expected) {
+    Teller a, b;
+    Kind::visit(made, a);
+    Kind::visit(expected, b);
+    for (std::size_t i = 0; i < a.fields.size(); ++i)
+        if (a.fields[i].second != b.fields[i].second)
+            return "\n" + where + ": " + a.fields[i].first + " is " + a.fields[i].second +
+                   ", expected " + b.fields[i].second;
+    return "";
 }
 
-void takePoints(Cursor& cursor, TreeNode& node) {
-    require(node.blockPosition == cursor.position(), "a point block position is wrong");
-    Word level = 0;
-    cursor.take(level);
-    const Word count = cursor.takeCount(PointRecord::size);
-    require(level == node.level && count == node.pointCount, "a block is not its node's");
-    require(node.listPosition == cursor.position(), "a point list position is wrong");
-    for (Word i = 0; i < count; ++i)
-        node.points.push_back(PointRecord::fromBytes(cursor.skip(PointRecord::size)));
+std::string firstDifference(const TreeFile& made, const TreeFile& expected) {
+    std::string records, points;
+    for (std::size_t level = 0; level < std::min(made.levels.size(), expected.levels.size());
+         ++level) {
+        const auto &nodes = made.levels[level], &others = expected.levels[level];
+        for (std::size_t n = 0; n < std::min(nodes.size(), others.size()); ++n) {
+            const std::string where =
+                "node " + std::to_string(n) + " of level " + std::to_string(level);
+            if (records.empty()) records = firstDifference(where, nodes[n], others[n]);
+            const auto &p = nodes[n].points, &q = others[n].points;
+            for (std::size_t i = 0; points.empty() && i < std::min(p.size(), q.size()); ++i)
+                points = firstDifference("point " + std::to_string(i) + " of " + where, p[i], q[i]);
+        }
+    }
+    return firstDifference("header", made, expected) + records + points;
 }
 
 }  // namespace
 
-std::vector<PointRecord> thinned(const std::vector<PointRecord>& points, bool isKdTree) {
-    if (points.size() < 3) return points;
-    std::mt19937 engine(0);
-    std::uniform_real_distribution<double> draw(0, isKdTree ? 2 : 4);
-    std::vector<PointRecord> kept;
-    for (const PointRecord& point : points)
-        if (draw(engine) < 1.0) kept.push_back(point);
-    if (kept.empty()) kept.push_back(points.front());
-    return kept;
-}
-
 TreeFile::TreeFile(const std::string& bytes) {
-    Cursor cursor(bytes);
-    cursor.skip(103);  // what is known of the points, which the records do not depend on
-    Word nodeRecordsPosition = 0, sourceNames = 0, pointSize = 0;
-    cursor.take(nodeRecordsPosition, pointDataPosition, sourceNames, pointSize);
-    require(sourceNames == 0 && pointSize == PointRecord::size, "another kind of file");
-    levels.resize(cursor.takeCount(sizeof(Word)));
-    for (auto& level : levels) level.resize(cursor.takeCount(184));
-    require(cursor.position() == nodeRecordsPosition, "node record position is wrong");
+    std::string read = bytes;
+    Archive reader(read, true);
+    visit(*this, reader);
+    for (const Word count : nodeCounts) {
+        require(count <= bytes.size() / 184, "a count of more than the file holds");
+        levels.emplace_back(count);
+    }
+    for (auto& level : levels)
+        for (TreeNode& node : level) TreeNode::visit(node, reader);
     for (auto& level : levels)
         for (TreeNode& node : level) {
-            const std::size_t position = cursor.position();
-            takeNode(cursor, node);
-            require(node.ownPosition == position, "a node's own position is wrong");
+            Word levelAgain = 0, count = 0;
+            reader("level", levelAgain), reader("count", count);
+            require(levelAgain == node.level && count == node.pointCount, "not the node's block");
+            require(count <= bytes.size() / PointRecord::size, "more points than the file holds");
+            node.points.resize(count);
+            for (PointRecord& point : node.points) PointRecord::visit(point, reader);
         }
-    require(cursor.position() == pointDataPosition, "point data position is wrong");
-    for (auto& level : levels)
-        for (TreeNode& node : level) takePoints(cursor, node);
-    require(cursor.position() == bytes.size(), "bytes after the last point");
+}
+
+std::string TreeFile::bytes(std::vector<std::vector<Word>>* memberPositions) {
+    nodeCounts.clear();
+    largestNodeCount = 0;
+    for (auto& level : levels) nodeCounts.push_back(level.size());
+    for (const TreeNode& node : levels.back())
+        largestNodeCount = std::max<Word>(largestNodeCount, node.points.size());
+    // The positions are known only after a first writing; the second one gets them right.
+    std::string out;
+    for (int round = 0; round < 2; ++round) {
+        link();
+        out.clear();
+        Archive writer(out, false);
+        visit(*this, writer);
+        recordsPosition = out.size();
+        for (auto& level : levels)
+            for (TreeNode& node : level) {
+                node.ownPosition = out.size();
+                writer.positions.clear();
+                TreeNode::visit(node, writer);
+                if (round == 1 && memberPositions != nullptr)
+                    memberPositions->push_back(writer.positions);
+            }
+        pointDataPosition = out.size();
+        for (auto& level : levels)
+            for (TreeNode& node : level) {
+                node.blockPosition = out.size();
+                node.listPosition = node.blockPosition + 16;
+                writer("level", node.level), writer("count", node.pointCount);
+                for (PointRecord& point : node.points) PointRecord::visit(point, writer);
+            }
+    }
+    return out;
+}
+
+/// Sets what the nodes say of themselves and of one another.
+void TreeFile::link() {
+    std::map<std::vector<Words3>, TreeNode*> parents;
+    for (auto& level : levels) {
+        std::map<std::vector<Words3>, TreeNode*> nodes;
+        for (TreeNode& node : level) {
+            node.level = node.path.size() - 1;
+            node.pointCount = node.points.size();
+            node.children.assign(node.grid[0] * node.grid[1] * node.grid[2], {0, 0});
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                node.cellWidths[axis].assign(
+                    node.grid[axis],
+                    (node.boxMax[axis] - node.boxMin[axis]) / static_cast<double>(node.grid[axis]));
+            nodes[node.path] = &node;
+            if (node.level == 0) continue;
+            TreeNode& parent = *parents.at({node.path.begin(), node.path.end() - 1});
+            node.parentPosition = parent.ownPosition;
+            node.parentBlockPosition = parent.blockPosition;
+            const auto& [x, y, z] = node.path.back();
+            parent.children.at((z * parent.grid[1] + y) * parent.grid[0] + x) = {
+                node.ownPosition, node.blockPosition};
+        }
+        parents.swap(nodes);
+    }
 }
 
 std::vector<PointRecord> TreeFile::pointsOf(std::size_t level) const {
@@ -113,6 +214,18 @@ std::vector<PointRecord> TreeFile::pointsOf(std::size_t level) const {
     for (const TreeNode& node : levels.at(level))
         points.insert(points.end(), node.points.begin(), node.points.end());
     return points;
+}
+
+testing::AssertionResult isTree(const std::string& made, const std::string& expected) {
+    if (made == expected) return testing::AssertionSuccess();
+    std::string difference;
+    try {
+        difference = firstDifference(TreeFile(made), TreeFile(expected));
+    } catch (const std::exception& error) {
+        difference = std::string("it cannot be read: ") + error.what();
+    }
+    return testing::AssertionFailure() << "the tree file has " << made.size() << " bytes, expected "
+                                       << expected.size() << difference;
 }
 
 }  // namespace vpc::test

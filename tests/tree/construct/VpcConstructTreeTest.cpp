@@ -69,26 +69,6 @@ TEST_F(ConstructTreeTest, NodeFilesHoldWhatTheNodesHaveWritten) {
     EXPECT_EQ(tree.PointsAdded(), 7U);
 }
 
-TEST_F(ConstructTreeTest, GridThinningIsTheDefaultAndKeepsItsSpacing) {
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 2000; ++i)
-        points.push_back(pointAt(i % 89 / 11.2, i % 97 / 12.2, i % 101 / 101.0));
-    tree.InitializeRootNode({0, 0, 0, 8, 8, 1});
-    tree.AddPoints(points.data(), points.size());
-    ASSERT_TRUE(tree.FinishAddData());
-    const auto& levels = tree.Levels();
-    ASSERT_GT(levels.size(), 2U);
-    for (std::size_t level = 0; level + 1 < levels.size(); ++level)
-        for (const VpcConstructNode* node : levels[level]) {
-            unsigned long long below = 0;
-            for (const auto& child : node->Children()) below += child->PointsOnDisk();
-            EXPECT_EQ(node->PointsOnDisk() == 0, below == 0);
-            EXPECT_LE(node->PointsOnDisk(), below);
-        }
-    // The octree's parent spacing is thrice the child's.
-    EXPECT_EQ(tree.Root()->MinDistance(), 3.0 * levels[1].back()->MinDistance());
-}
-
 unsigned long long pointsIn(const VpcConstructTree::Level& level) {
     unsigned long long count = 0;
     for (const VpcConstructNode* node : level) count += node->PointsOnDisk();
@@ -186,24 +166,6 @@ TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
     EXPECT_TRUE(testing::internal::GetCapturedStderr().starts_with(
         "## EXCEPTION ERROR while creating VpcGrid3D of "
         "1099511627776x1099511627776x3 of size 24 : bad_alloc caught : "));
-}
-
-TEST(PointGrid, KeepsThePointNearestToEachCellsCentre) {
-    const VpcBoundingBoxAxisAligned box(0, 0, 0, 4, 2, 1);
-    VpcPointGrid3D grid(1.0, box, 1.0);
-    std::vector<VpcPoint3D> points{
-        pointAt(0.9, 0.5, 0.5),  // displaced by the next
-        pointAt(0.4, 0.5, 0.5),  // as near as the one after it, and earlier
-        pointAt(0.6, 0.5, 0.5),  pointAt(4.0, 2.0, 1.0),  // on the far corner: the last cell
-        pointAt(-3.0, 1.5, 0.5),                          // outside: the nearest cell below
-        pointAt(3.5, 0.2, 9.0)};
-    grid.FilterPoints(points);
-    std::vector<double> kept;
-    for (const VpcPoint3D& point : grid.GetFilteredPoints(points)) kept.push_back(point.x);
-    EXPECT_EQ(kept, (std::vector<double>{0.4, 3.5, -3.0, 4.0}));
-    // Cells wider than the box, or as wide: one along the axis.
-    for (const auto& [width, cells] : {std::pair(1.0, 4U), {2.6, 2U}, {2.7, 1U}, {3.0, 1U}})
-        EXPECT_EQ(VpcPointGrid3D(1.0, box, width).Count(0), cells) << width;
 }
 
 }  // namespace
