@@ -12,7 +12,7 @@ public:
     Construction(CloudShape shape, const ReferenceSettings& settings,
                  unsigned largestColour = 65535)
         : settings_(settings), cloud_(makeCloud({shape, 20000, 9, largestColour})) {
-        statistics_ = statisticsOf({cloud_}, cloud_.size(), false);
+        statistics_ = statisticsOf({cloud_}, cloud_.size());
         modelled = referenceTreeFile({cloud_}, statistics_, settings);
         for (const PointRecord& p : cloud_) {
             points_.emplace_back(p.x, p.y, p.z, p.red, p.green, p.blue, p.intensity, p.sourceIndex,

@@ -236,7 +236,7 @@ TEST_F(VpcDiskTreeTest, RefusesAFileThatDoesNotHoldTogether) {
         std::filesystem::resize_file(path(), length);
         tree = std::make_unique<VpcDiskTree>();
         ASSERT_FALSE(tree->CreateFromFile(toWx(path()))) << length;
-        expectEmpty();
+        expectRefused();
     }
     for (const auto& [position, value, fault] : cases) {
         TreeImage damaged = image;
