@@ -120,7 +120,8 @@ void ReplacementFile::Flush() {
 }
 
 void ReplacementFile::Close() {
-    if (!buffer_.empty()) Flush();
+    // Where nothing at all was written, the file is an empty one.
+    if (!buffer_.empty() || !isThere(FileTools::ToNativePath(temporary_))) Flush();
     if (file_ != nullptr && std::fclose(file_.release()) != 0) Fail();
 }
 
