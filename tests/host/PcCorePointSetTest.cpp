@@ -56,9 +56,14 @@ TEST_F(PcCorePointSetTest, RefusesOtherVersionsAndKeepsNothingLoaded) {
     EXPECT_EQ(loadError(toOd(folder.file("t.ptx"))), toWx(folder.file("t.ptx")) + text("8"));
 
     patch(0, 9);
-    for (const char* alias : {"t", "t.las", "t.VPT"})
-        EXPECT_TRUE(set.loadProjectFromFile(toOd(folder.file(alias)))) << alias;
-    EXPECT_EQ(set.getTotalNrPoints(), 3000U);
+    EXPECT_TRUE(set.loadProjectFromFile(name()));
+    // Another name is loaded where it is that of a tree file with a ".vpt" beside it.
+    const std::string tree = readBytes(folder.output());
+    for (const char* copy : {"t", "alone"}) writeBytes(folder.file(copy), tree);
+    const std::pair<const char*, bool> names[] = {{"t.las", false}, {"t", true}, {"alone", false}};
+    for (const auto& [other, isLoaded] : names)
+        EXPECT_EQ(set.loadProjectFromFile(toOd(folder.file(other))), isLoaded) << other;
+    EXPECT_EQ(set.getTotalNrPoints(), 3000U) << "a missing .vpt changes nothing";
 }
 
 TEST_F(PcCorePointSetTest, StaysWithoutFileWhenThereIsNoneOrADamagedOne) {

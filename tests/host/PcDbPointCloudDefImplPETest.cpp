@@ -56,7 +56,7 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
         std::string found;
     } cases[] = {
         {"scan.vpt", drawing, in + "/drawings/scan.vpt"},
-        {"./scan", drawing, in + "/drawings/scan"},
+        {"./scan.vpt", drawing, in + "/drawings/scan.vpt"},
         {"../scan.vpt", inOld, in + "/drawings/scan.vpt"},
         {"../../scan.vpt", inOld, in + "/scan.vpt"},
         {"old/../scan.vpt", drawing, in + "/drawings/scan.vpt"},
@@ -74,8 +74,11 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
     PcDbPointCloudDefImplPE extension;
     for (const auto& c : cases)
         EXPECT_EQ(loadedName(extension, c.fileName, c.reference), toWx(c.found)) << c.fileName;
-    const std::array<std::string, 2> missing[] = {
-        {"scan.vpt", inOld}, {"", drawing}, {in + "/no.vpt", drawing}, {"~nobody-at-all/a", ""}};
+    const std::array<std::string, 2> missing[] = {{"scan.vpt", inOld},
+                                                  {"scan", drawing},
+                                                  {"", drawing},
+                                                  {in + "/no.vpt", drawing},
+                                                  {"~nobody-at-all/a", ""}};
     for (const auto& [fileName, reference] : missing)
         EXPECT_EQ(loadedName(extension, fileName, reference), std::nullopt) << fileName;
     fs::current_path(currentBefore);
