@@ -8,6 +8,7 @@
 
 #include <sys/stat.h>
 
+#include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
 
 namespace {
@@ -60,6 +61,10 @@ void FileBufferStream::StreamClose() {
     // fclose gives the handle up even if it fails, so the handle is cleared in any case.
     if (std::fclose(file_) != 0) Fail(errno);
     file_ = nullptr;
+}
+
+void FileBufferStream::StreamStartWriteBack() {
+    if (file_ != nullptr) vpc::startWriteBack(file_);
 }
 
 unsigned long long FileBufferStream::StreamPosition() {

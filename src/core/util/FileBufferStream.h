@@ -66,6 +66,8 @@ public:
     /// Forgets an earlier failure, so that a reader can go on after a block that the file's end
     /// cut short.
     void StreamClearState() { failed_ = false; }
+    /// Asks the system to begin writing to the disk what it has got of the file, and does not wait.
+    void StreamStartWriteBack();
     /// The current position in the file; all ones when the system cannot tell it.
     unsigned long long StreamPosition();
     /// Moves the file position to `offset` bytes from the start.

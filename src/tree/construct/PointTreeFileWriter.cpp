@@ -13,6 +13,9 @@ namespace vpc {
 
 namespace {
 
+/// Points between two requests to begin the writing to the disk: some 32 MiB.
+constexpr unsigned long long pointsPerWriteBack = 600000;
+
 PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
     const auto& grid = node.ChildrenPerAxis();
     return {grid.first, grid.second, grid.third};
@@ -200,6 +203,11 @@ void PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& blo
 
 void PointTreeFileWriter::ReportNode(const VpcConstructNode& node) {
     pointsDone_ += node.PointsOnDisk();
+    // Early, so that little is left to wait for where the finished file has to be synced.
+    if (pointsDone_ >= nextWriteBack_) {
+        stream_.StreamStartWriteBack();
+        nextWriteBack_ = pointsDone_ + pointsPerWriteBack;
+    }
     if (progress_) progress_(pointsDone_, tree_.PointsAdded());
 }
 

@@ -49,6 +49,7 @@ private:
     unsigned long long firstRecord_ = 0;
     unsigned long long pointData_ = 0;
     unsigned long long pointsDone_ = 0;
+    unsigned long long nextWriteBack_ = 0;
     VpcConstructTree::Progress progress_;
     wxString fileName_;
     FileBufferStream stream_;
