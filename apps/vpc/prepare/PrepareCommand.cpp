@@ -134,7 +134,7 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         ->type_name("N");
     options
         .add_option("--max-level", options_.maxLevel,
-                    "Deepest level that is still split (0 to 60); nodes there grow past "
+                    "Deepest level that splits may reach (0 to 60); nodes there grow past "
                     "--max-points")
         ->check(CLI::Range(0ULL, deepestLevel))
         ->capture_default_str()
@@ -220,7 +220,7 @@ TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
                                                 options_.maxPoints, options_.maxLevel, display);
 }
 
-void PrepareCommand::CheckResult(const TreePrepareResult& result, const ProgressDisplay& display,
+void PrepareCommand::CheckResult(const TreePrepareResult& result, ProgressDisplay& display,
                                  VpcDataFormat format) const {
     if (result.success) return;
     const std::string unchanged = "; '" + options_.output + "' was not touched";
@@ -237,8 +237,10 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result, const Progress
         throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
     wxString message = result.message;
     message.Trim(true).Trim(false);
-    if (message.empty()) message = "the tree file could not be written; is the disk full?";
-    throw CommandError(FileTools::ToNativePath(message) + unchanged);
+    // The failure comes first, then what there was to say before it.
+    const wxString warnings = message.AfterFirst('\n');
+    if (!warnings.empty()) display.Warn(warnings);
+    throw CommandError(FileTools::ToNativePath(message.BeforeFirst('\n')) + unchanged);
 }
 
 std::string PrepareCommand::FirstIncomplete(VpcDataFormat format) const {

@@ -44,7 +44,7 @@ private:
     /// Throws CommandError for the first finding that the user has not asked to ignore.
     void Require(const std::vector<PrepareFinding>& findings) const;
     TreePrepareResult Prepare(ProgressDisplay& display) const;
-    void CheckResult(const TreePrepareResult& result, const ProgressDisplay& display,
+    void CheckResult(const TreePrepareResult& result, ProgressDisplay& display,
                      VpcDataFormat format) const;
     /// The first scan that claims points without values.
     std::string FirstIncomplete(VpcDataFormat format) const;
