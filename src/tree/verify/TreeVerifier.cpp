@@ -64,7 +64,7 @@ void TreeVerifier::Run() {
 void TreeVerifier::CheckHeader() {
     const auto fault = [this](const wxString& text) { sink_({FindingKind::Header, text}); };
     const PointTreeHeader& header = file_.Header();
-    // The header keeps the lower half of it only.
+    // PointTreeHeader keeps only the lower half of this word.
     unsigned long long treeType = 0;
     if (file_.Read(Layout::treeTypePosition, reinterpret_cast<char*>(&treeType), sizeof treeType) !=
         sizeof treeType)
