@@ -125,11 +125,12 @@ void TreeVerifier::CheckRecord(const NodeRecord& record) {
                                 record.recordPosition, record.position)});
     if (!std::isfinite(record.minimumDistance) || record.minimumDistance < 0.0)
         sink_({FindingKind::Record,
-               wxString::Format(_("%s has a minimum point distance that is no such number"),
+               wxString::Format(_("%s has a minimum point distance that is negative or not finite"),
                                 nodeName(record))});
     if (!boxHolds(record))
         sink_({FindingKind::Box,
-               wxString::Format(_("%s has a box that is not one"), nodeName(record))});
+               wxString::Format(_("%s has a box with corners in the wrong order or not finite"),
+                                nodeName(record))});
     CheckPath(record);
     CheckGrid(record);
 }
