@@ -46,7 +46,7 @@ LoadedPointSet::LoadedPointSet(const std::string& file) : file_(file) {
     } catch (const OdError& error) {
         const wxString text = StringTools::FromOdString(error.description());
         throw CommandError(FileTools::ToNativePath(text) +
-                           "; it is no tree file, or prepare it anew");
+                           "; prepare it anew if it is a tree file");
     }
     if (set_ == nullptr)
         throw CommandError("'" + file +
