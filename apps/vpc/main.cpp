@@ -54,8 +54,8 @@ public:
     }
 
 private:
-    /// Whether the argument's bytes come back from a text: a file of another name would be taken in
-    /// place of one whose name is not in the user's encoding.
+    /// Whether the argument's bytes survive the way into a text and back. They do not where a name
+    /// is not in the user's encoding, and the program would look for a file of another name.
     static bool IsReadable(const std::string& argument) {
         return FileTools::ToNativePath(FileTools::FromNativePath(argument)) == argument;
     }

@@ -37,7 +37,7 @@ std::unique_ptr<vpc::PointTreeReader> openCurrentVersion(const wxString& treeFil
         vpc::logLoadFailure(failure);
         throw wrongVersion(fileName, failure.Version());
     } catch (const vpc::IoError& failure) {
-        // The log has the reason; hosts are told what fileVptVersion tells.
+        // The log gets the reason; hosts get the version that fileVptVersion gives for such a file.
         vpc::logLoadFailure(failure);
         throw wrongVersion(fileName, 0);
     }

@@ -111,7 +111,7 @@ unsigned long long PcCoreProjectManager::updateVisiblePoints(
                                     cameraDistance, fieldWidth, fieldHeight, perspective, toTree);
     FillBuffers(toTree);
     visibleNodeManager_.updateColormapForPointsInBuffer(matrix, colorScheme, stylizationType);
-    // Never, as long as the flag is reset above.
+    // This never happens as long as the flag is reset above.
     if (drawGeometry) exportView(workingFolder_);
     return visibleNodeManager_.nrPointsInBuffer;
 }

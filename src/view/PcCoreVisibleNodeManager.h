@@ -21,7 +21,7 @@ class VpcDiskNode;
 /// The point buffers that the host draws from, and the nodes whose points are in them. It finds the
 /// point that a pick means, and it writes files that show a view.
 ///
-/// It does not own the nodes: whoever frees a tree empties the buffers first.
+/// It does not own the nodes: empty the buffers before you free their tree.
 class PcCoreVisibleNodeManager {
 public:
     static constexpr unsigned long long defaultCapacity = 5'000'000;

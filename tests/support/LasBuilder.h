@@ -26,8 +26,8 @@ struct LasBuilder {
     std::optional<int> recordLength;
     std::array<double, 3> scale{0.01, 0.01, 0.01};
     std::array<double, 3> offset{};
-    /// The counts in the header; where not given, the legacy one tells the points up to version
-    /// 1.3 and the 64-bit one from 1.4 on.
+    /// The counts in the header; where not given, the legacy one holds the number of points up to
+    /// version 1.3, and the 64-bit one from 1.4 on.
     std::optional<std::uint32_t> legacyCount;
     std::optional<std::uint64_t> count;
     /// Bytes between header and points, in the place of variable-length records.

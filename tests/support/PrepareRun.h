@@ -39,8 +39,8 @@ public:
     std::string work() const { return file("work/"); }
     std::string output() const { return file("t.vpt"); }
     std::string scan(const std::string& name) const { return file(name); }
-    /// Whether nothing of a run is left, whatever its end: no temporary file anywhere and beside
-    /// `expected` no new file.
+    /// Whether a run, however it ended, has left nothing behind: no temporary file anywhere and no
+    /// new file beside `expected`.
     bool holdsOnly(std::set<std::string> expected) const {
         expected.insert("work");
         return names() == expected;

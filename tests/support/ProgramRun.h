@@ -19,7 +19,7 @@
 
 namespace vpc::test {
 
-/// What became of a run of the program.
+/// The result of a run of the program.
 struct ProgramResult {
     /// The exit status; minus the signal's number where one ended the program.
     int status = -1;
@@ -42,7 +42,7 @@ public:
         argv.push_back(nullptr);
         child_ = fork();
         if (child_ != 0) return;
-        // Only calls that are allowed between fork and exec.
+        // Until exec only calls that are allowed after fork may follow.
         redirect(output_.file("out"), STDOUT_FILENO);
         redirect(output_.file("err"), STDERR_FILENO);
         const rlimit limit{largestFile, largestFile};
@@ -93,7 +93,7 @@ protected:
         const ProgramResult result = run(commandLine);
         EXPECT_EQ(result.status, 0) << commandLine << "\n" << result.err;
     }
-    /// Expects that a run fails and says something that has `text` in it.
+    /// Expects that a run fails and that what it prints contains `text`.
     void expectFailure(const std::string& commandLine, int status, const std::string& text,
                        rlim_t largestFile = RLIM_INFINITY) const {
         const ProgramResult result = run(commandLine, largestFile);

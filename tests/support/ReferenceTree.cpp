@@ -49,7 +49,7 @@ struct Node {
     double count() const { return static_cast<double>(points.size()); }
 };
 
-/// The points that a node hands to its parent where they are drawn.
+/// The points that a node hands to its parent when they are drawn at random.
 std::vector<PointRecord> drawn(const std::vector<PointRecord>& points, bool isKdTree) {
     std::mt19937 engine(0);
     std::uniform_real_distribution<double> draw(0, isKdTree ? 2 : 4);
@@ -60,8 +60,7 @@ std::vector<PointRecord> drawn(const std::vector<PointRecord>& points, bool isKd
     return kept;
 }
 
-/// Those points of which each is the nearest to the centre of its cell, in cells about as wide as
-/// `spacing`.
+/// For every cell the point that is nearest to its centre; cells are about as wide as `spacing`.
 std::vector<PointRecord> nearestToCells(const std::vector<PointRecord>& points, double spacing) {
     Box box;
     for (const PointRecord& point : points) box.include(point);
@@ -69,7 +68,7 @@ std::vector<PointRecord> nearestToCells(const std::vector<PointRecord>& points, 
     std::sort(sides.begin(), sides.end());
     const auto* side = std::find_if(sides.begin(), sides.end(), [](double s) { return s > 0; });
     box.addMargin((side != sides.end() ? *side : sides.back()) / 5000);
-    // By z, y and x, with the distance and the point that is the nearest so far.
+    // The cells by z, y and x, each with its nearest point so far and that point's distance.
     std::map<Doubles3, std::pair<double, const PointRecord*>> cells;
     for (const PointRecord& point : points) {
         Doubles3 key{};

@@ -15,7 +15,7 @@ struct ReferenceSettings {
     bool thinsByGrid = false;
 };
 
-/// What the readers tell of the scans beside their points.
+/// What the readers report about the scans beside their points.
 struct ReferenceStatistics {
     bool is16bitColour = false;
     std::uint16_t maxRed = 0;
@@ -24,14 +24,14 @@ struct ReferenceStatistics {
     double maxIntensity = 0;
 };
 
-/// Colour depth from the first points of the first scan, maxima from every scan. Points that are
-/// not finite do not count.
+/// Takes the colour depth from the first points of the first scan and the maxima from every scan.
+/// Points that are not finite do not count.
 ReferenceStatistics statisticsOf(const std::vector<std::vector<PointRecord>>& scans,
                                  std::size_t firstBatch);
 
-/// The bytes of the point tree file over `scans`, from a model that holds everything in memory
-/// and does one thing after the other, as slowly as that is plain. Empty when there is no point.
-/// `pointsLost` counts the points that no child took.
+/// The bytes of the point tree file over `scans`, from a model that holds everything in memory and
+/// does one thing after the other, slowly but plainly. Empty when there is no point. `pointsLost`
+/// counts the points that no child took.
 std::string referenceTreeFile(const std::vector<std::vector<PointRecord>>& scans,
                               const ReferenceStatistics& statistics,
                               const ReferenceSettings& settings,

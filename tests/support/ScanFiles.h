@@ -10,7 +10,7 @@
 namespace vpc::test {
 
 // Scans made for the tests. Each writer returns the points that a reader must deliver from its
-// file, in their order, so that what a run makes of them can be told without any reader.
+// file, in their order, so that tests know without any reader what a run makes of them.
 
 /// How the points of a made-up scan lie in space; Corner fills the cube from 0 to 100, with a dense
 /// column at its edge.

@@ -28,7 +28,7 @@ public:
         std::memcpy(memory, bytes_.data() + at_, sizeof value);
         at_ += sizeof value;
     }
-    /// A list of which the file says the length.
+    /// A list whose length stands before it in the file.
     template <class Values>
     void list(const char* name, Values& values) {
         Word count = values.size();
@@ -38,7 +38,7 @@ public:
     void operator()(const char* name, std::vector<Word>& values) { list(name, values); }
     void operator()(const char* name, std::u32string& text) { list(name, text); }
     void operator()(const char* name, std::vector<std::u32string>& texts) { list(name, texts); }
-    /// A list that has its length by its place.
+    /// A list whose length follows from what comes before it.
     template <class Values>
     void operator()(const char* name, Values& values, Word count) {
         note(name);
@@ -51,7 +51,7 @@ public:
         for (std::size_t axis = 0; axis < 3; ++axis) (*this)(name, widths[axis], counts[axis]);
     }
 
-    /// Where each of the members begins, which are told apart by their names.
+    /// Where each of the members begins; a new name begins a new member.
     std::vector<Word> positions;
 
 private:
@@ -66,7 +66,7 @@ private:
     const char* last_ = nullptr;
 };
 
-/// Turns values into words.
+/// Turns values into text.
 class Teller {
 public:
     template <class Value, class... Counts>
@@ -96,7 +96,8 @@ private:
     std::ostringstream text_;
 };
 
-/// The first member in which two of a kind differ, as a line of text; empty when none does.
+/// The first member in which two values of a kind differ, as a line of text; empty when none
+/// differs.
 template <class Kind>
 std::string firstDifference(const std::string& where, const Kind& made, const Kind& expected) {
     Teller a, b;

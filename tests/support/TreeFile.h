@@ -52,17 +52,18 @@ struct TreeNode {
     }
 };
 
-/// A point tree file with nothing of the library's own: what the tests hold against it. This is
-/// where the tests know the layout of the file from.
+/// A point tree file, read and written without the library, so that tests can check the library
+/// against it. All that the tests know about the file's layout stands here.
 class TreeFile {
 public:
     TreeFile() = default;
-    /// Reads a file; throws std::runtime_error where it ends too early or cannot be.
+    /// Reads a file; throws std::runtime_error where it ends too early or claims more than it
+    /// holds.
     explicit TreeFile(const std::string& bytes);
 
     /// The bytes of the file, after everything that follows from the nodes' paths, grids, boxes
     /// and points is set: counts, levels, cell widths, positions.
-    /// \param memberPositions  takes where every member of every node's record stands
+    /// \param memberPositions  receives the position of every member of every node's record
     std::string bytes(std::vector<std::vector<Word>>* memberPositions = nullptr);
 
     Word version = 9, treeType = 0;

@@ -17,7 +17,7 @@ class TreeImage {
 public:
     using Word = vpc::test::Word;
 
-    /// What a member of a record was written with can be found at its position.
+    /// The values of a record's members, and where these stand in the file.
     struct Node {
         Word level = 0;
         Doubles3 low{};

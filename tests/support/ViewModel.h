@@ -12,7 +12,7 @@
 
 namespace vpc::test {
 
-// What a view of a tree file has to show, by plain force and with nothing of the library's own.
+// Works out what a view of a tree file has to show, by brute force and without the library.
 
 inline double dot(const Doubles3& a, const Doubles3& b) {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];

@@ -9,11 +9,11 @@ class App;
 
 namespace vpc {
 
-/// What the program's exit status tells.
+/// The program's exit status.
 enum ExitStatus : int { exitDone = 0, exitFailed = 1, exitWrongUsage = 2, exitInterrupted = 130 };
 
-/// Ends a command: a sentence for the user, in the system's encoding, that names the file and
-/// what to do; the program prints it and exits with status 1.
+/// Ends a command that has failed. Its text is a sentence for the user, in the system's encoding,
+/// that names the file and says what to do; the program prints it and exits with status 1.
 class CommandError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -18,7 +18,7 @@ std::string_view trimmed(std::string_view text) {
 
 std::optional<double> number(std::string_view text) {
     text = trimmed(text);
-    // A sign in front is usual and not taken by from_chars.
+    // A plus sign in front is usual, but from_chars does not take it.
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
     double value = 0.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);

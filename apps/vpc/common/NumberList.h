@@ -11,7 +11,7 @@ namespace vpc {
 /// whatever the locale says.
 class NumberList {
 public:
-    /// The numbers between the commas; nothing where one of them is no finite number.
+    /// The numbers between the commas; nothing where one of them is not a finite number.
     static std::optional<std::vector<double>> Parse(std::string_view text);
     /// The same for a list of exactly `count` numbers. Throws CommandUsageError, which names
     /// `option` and shows `form`, for any other text.

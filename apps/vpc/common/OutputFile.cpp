@@ -12,7 +12,7 @@ void writeOutputFile(const std::string& path, const std::function<void(Replaceme
         write(file);
         file.Commit();
     } catch (const IoError& error) {
-        // The user knows the file by the name that he gave, not by its temporary one.
+        // The user knows the name that the command line gives, not the temporary one.
         std::string text = "'" + path + "' " + FileTools::ToNativePath(error.Problem());
         if (error.SystemReason() != 0) text += "; choose another folder or make room";
         throw CommandError(text);

@@ -42,7 +42,7 @@ std::unique_ptr<PointTreeReader> openTreeFile(const std::string& file) {
 
 std::unique_ptr<PointTreeReader> openCurrentTreeFile(const std::string& file) {
     auto tree = openTreeFile(file);
-    advising("it is no tree file, or prepare it anew", [&] { tree->RequireVersion(); });
+    advising("prepare it anew if it is a tree file", [&] { tree->RequireVersion(); });
     advising("get a complete copy or prepare it anew", [&] { tree->Header(); });
     return tree;
 }

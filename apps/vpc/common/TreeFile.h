@@ -17,7 +17,7 @@ void requireTreeFile(const std::string& file);
 /// Opens a tree file for a command, as requireTreeFile does.
 std::unique_ptr<PointTreeReader> openTreeFile(const std::string& file);
 
-/// The same, and checks its version and its header. Throws CommandError for what is no tree file of
+/// The same, and checks its version and its header. Throws CommandError unless it is a tree file of
 /// the version that the library reads.
 std::unique_ptr<PointTreeReader> openCurrentTreeFile(const std::string& file);
 

@@ -29,8 +29,8 @@ namespace vpc {
 
 namespace {
 
-/// Far deeper than any scan needs. Where points coincide every level is built, and costs memory
-/// and time.
+/// Far deeper than any scan needs. Where points coincide, every level is built and costs memory and
+/// time.
 constexpr unsigned long long deepestLevel = 60;
 
 wxString fullPath(const std::string& native) {
@@ -48,8 +48,8 @@ public:
     RunLog& operator=(const RunLog&) = delete;
 };
 
-/// A new folder of its own for one run's temporary files; it goes with all that is in it when
-/// this object does.
+/// A new folder for one run's temporary files. This object removes it at its end, with all that is
+/// in it.
 class WorkFolder {
 public:
     /// Makes the folder within `parent`. Throws CommandError where that cannot be done.
@@ -60,7 +60,8 @@ public:
                                "); name a folder that can be written with --work");
     }
     ~WorkFolder() {
-        // Mostly it is empty, and then it need not be opened: there may be no descriptor left.
+        // Mostly it is empty. Then rmdir suffices, which opens no file: there may be no descriptor
+        // left.
         if (rmdir(path_.c_str()) == 0) return;
         std::error_code ignored;  // nothing is left to be done about a folder that stays
         std::filesystem::remove_all(path_, ignored);
@@ -79,7 +80,7 @@ void log(const wxString& text) {
     VpcLogger::Instance()->Add(text, false);
 }
 
-/// What is wrong with a scan when its text has no values for some of its points.
+/// Says what is wrong with a scan whose text has no values for some of its points.
 std::string faultOfText(const std::string& scan, VpcDataFormat format,
                         unsigned long long pointsWithoutValues) {
     const unsigned long long columns = FileTools::CountTokensOnLine(fullPath(scan), 1);
@@ -92,7 +93,7 @@ std::string faultOfText(const std::string& scan, VpcDataFormat format,
            " have no values; get a complete copy, or take it as it is with --allow-incomplete";
 }
 
-/// What a finding's remedy is for who has the program's options.
+/// The remedy for a finding; names the program's options where they help.
 wxString remedyOf(const PrepareFinding& finding) {
     switch (finding.kind) {
         case PrepareFinding::Kind::LogNotWritable:

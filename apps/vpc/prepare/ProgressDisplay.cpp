@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds barInterval(100);
 constexpr std::chrono::milliseconds lineInterval(3000);
 constexpr std::size_t barWidth = 20;
 constexpr std::size_t lineWidth = 79;
-/// No forecast before this share of a run is done and has taken this long.
+/// There is no forecast before this share of a run is done and has taken this long.
 constexpr double shareToForecast = 0.03;
 constexpr double secondsToForecast = 1.0;
 

@@ -29,9 +29,9 @@ public:
 
     /// Takes the bar off the terminal.
     void Clear();
-    /// Prints a warning on standard error, once however often it is given.
+    /// Prints a warning on standard error and into the log, unless it repeats the last one.
     void Warn(const wxString& text);
-    /// Why this object ended the run, other than because the user wished it.
+    /// Why this object ended the run without the user's asking for it.
     enum class Objection { None, PointsWithoutValues, NoPoints };
     Objection Objected() const { return objection_; }
     /// Points that the scans claim and have no values for; known once they have been measured.

@@ -7,7 +7,7 @@ namespace vpc {
 
 namespace {
 
-/// What a cell's value is asked for.
+/// What a cell's value is used for.
 enum Purpose : std::uint64_t {
     hills,
     knolls,
@@ -100,7 +100,7 @@ bool SampleScene::HitHouse(SamplePoint& point, SampleRandom& random) const {
     const double offsetY = within(inBlockY, lotLength) - lotLength / 2;
     const double fromSide = halfWidth - std::abs(offsetX);
     const double fromFront = halfDepth - std::abs(offsetY);
-    // The costly question comes last.
+    // The costliest test comes last.
     if (fromSide < 0.0 || fromFront < 0.0 || !IsTown(point.x, point.y)) return false;
     const double base = Ground(point.x - offsetX, point.y - offsetY);
     const double eaves = 3.0 + 9.0 * CellValue(lotX, lotY, houseHeight);
@@ -133,7 +133,7 @@ bool SampleScene::HitTree(SamplePoint& point, SampleRandom& random) const {
     const double dy = within(point.y, treeSpacing) - centreY;
     const double share = (dx * dx + dy * dy) / (radius * radius);
     if (share >= 1.0 || here > TreeShare(point.x, point.y)) return false;
-    // Every fourth shot or so finds its way through the leaves to the ground.
+    // About every fourth shot finds its way through the leaves to the ground.
     if (random.Unit() < 0.25) return false;
     const double height = 5.0 + 13.0 * CellValue(cellX, cellY, treeHeight);
     const double depth = random.Unit();
@@ -213,7 +213,7 @@ SampleFlight::SampleFlight(unsigned long long points, std::uint64_t seed)
       side_(std::max(1.0, std::sqrt(static_cast<double>(points) / pointsPerSquareMetre))),
       strips_(static_cast<unsigned>(std::ceil(side_ / stripWidth))) {
     const double perStrip = static_cast<double>(points) / strips_;
-    // The distance of the lines is that of the points on a line.
+    // Lines are as far apart as the points on a line.
     linesPerStrip_ = rounded(std::sqrt(perStrip * strips_ / overlap));
     pointsPerLine_ = rounded(std::ceil(perStrip / static_cast<double>(linesPerStrip_)) - 0.5);
 }

@@ -15,7 +15,7 @@ struct SamplePoint {
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
-    /// Sixteen bits deep.
+    /// Colours of 16 bits.
     std::uint16_t red = 0;
     std::uint16_t green = 0;
     std::uint16_t blue = 0;
@@ -61,14 +61,15 @@ private:
     /// The share of the places for trees that have one.
     double TreeShare(double x, double y) const;
     bool IsTown(double x, double y) const;
-    /// 0 to 1, the same for a cell whenever it is asked for; `what` tells several apart.
+    /// A value from 0 to 1 that is always the same for a cell; `what` chooses one of several
+    /// values.
     double CellValue(std::int64_t cellX, std::int64_t cellY, std::uint64_t what) const;
     /// Smooth hills between 0 and 1, about `wavelength` metres apart.
     double Noise(double x, double y, double wavelength, std::uint64_t what) const;
     static void Paint(SamplePoint& point, const Colour& colour, double intensity,
                       SampleRandom& random);
 
-    /// One for everything that a cell is asked for.
+    /// One key for everything that a cell's value is used for.
     static constexpr std::size_t keyCount = 16;
     std::array<std::uint64_t, keyCount> keys_{};
 };
@@ -80,7 +81,7 @@ class SampleFlight {
 public:
     SampleFlight(unsigned long long points, std::uint64_t seed);
 
-    /// The next point; there are as many as the constructor was told.
+    /// The next point; there are as many as the constructor was given.
     SamplePoint Next();
 
     /// Of the point given last: its strip, its time in seconds, where on the scan line it is

@@ -16,7 +16,7 @@ namespace vpc {
 
 namespace {
 
-/// Called for every point: looks now and then whether the user wants to stop.
+/// Called for every point; checks now and then whether the user wants to stop.
 void checkInterrupt(unsigned long long point) {
     if (point % 65536 == 0) Interrupt::Check();
 }
@@ -84,7 +84,7 @@ void LasSampleWriter::Write(ReplacementFile& file) {
         checkInterrupt(i);
         WritePoint(file, flight.Next(), flight);
     }
-    // Now that the bounds are known, the header once more.
+    // The bounds are known now, so the header is written once more.
     file.Rewind();
     WriteHeader(file);
 }
@@ -196,8 +196,8 @@ void PtsSampleWriter::Write(ReplacementFile& file) {
 
 constexpr double areaPerPoint = 0.1;
 constexpr double pi = 3.14159265358979323846;
-/// Where the scanner stands, and how it is turned against the landscape: by the angle whose
-/// cosine and sine these are.
+/// Where the scanner stands, and the cosine and sine of the angle by which it is turned against the
+/// landscape.
 constexpr double scannerX = SampleFlight::originX + 500.0;
 constexpr double scannerY = SampleFlight::originY + 500.0;
 constexpr double tripodHeight = 1.7;

@@ -13,8 +13,8 @@ public:
     /// The most points that a LAS 1.2 header can count.
     static constexpr unsigned long long mostPointsOfLas12 = 0xffffffffULL;
 
-    /// A survey flight, as LAS 1.2 with point format 3 or LAS 1.4 with point format 7, colours
-    /// sixteen bits deep.
+    /// A survey flight, as LAS 1.2 with point format 3 or LAS 1.4 with point format 7, with 16-bit
+    /// colours.
     static std::unique_ptr<SampleWriter> Las(unsigned long long points, std::uint64_t seed,
                                              int format);
     /// A survey flight as PTS text: x y z intensity red green blue.

@@ -24,10 +24,10 @@ struct Box {
     NodeRecord::Coordinates maximum{};
 };
 
-/// What the node records tell as a whole.
+/// What all node records together say.
 struct Summary {
     std::vector<LevelTotals> levels;
-    /// The root's; at 0 where there is none.
+    /// The root's box; all zeros where there is no root.
     Box box;
 };
 

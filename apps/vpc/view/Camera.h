@@ -73,7 +73,7 @@ public:
 
     explicit CameraOptions(CLI::App& options);
 
-    /// Reads what was given. Throws CommandUsageError where that is no camera.
+    /// Reads what was given. Throws CommandUsageError where the options describe no camera.
     void Read();
     /// The viewport where none is given; before Choose.
     void SetViewport(const Viewport& viewport) {

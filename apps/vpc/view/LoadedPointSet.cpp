@@ -32,7 +32,7 @@ OdGeVector3d toVector(const VpcVector3D& v) {
 unsigned long long systemMemory() {
     const long pages = sysconf(_SC_PHYS_PAGES);
     const long pageSize = sysconf(_SC_PAGE_SIZE);
-    // A system that does not tell how much memory it has refuses no budget.
+    // Where the system does not say how much memory it has, every budget may be tried.
     if (pages <= 0 || pageSize <= 0) return std::numeric_limits<unsigned long long>::max();
     return static_cast<unsigned long long>(pages) * static_cast<unsigned long long>(pageSize);
 }
@@ -46,7 +46,7 @@ LoadedPointSet::LoadedPointSet(const std::string& file) : file_(file) {
     } catch (const OdError& error) {
         const wxString text = StringTools::FromOdString(error.description());
         throw CommandError(FileTools::ToNativePath(text) +
-                           "; it is no tree file, or prepare it anew");
+                           "; prepare it anew if it is a tree file");
     }
     if (set_ == nullptr)
         throw CommandError("'" + file +
@@ -70,7 +70,7 @@ void LoadedPointSet::SetBudget(unsigned long long points) {
     };
     if (points > systemMemory() / PointBuffers::bytesPerSlot) refuse();
     odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<int>(points));
-    // The update would go by the variable as well, but not tell when the memory does not suffice.
+    // The update would follow the variable too, but it could not report that memory is short.
     if (!Core().resizePointBuffer(static_cast<unsigned long>(points))) refuse();
 }
 
@@ -92,7 +92,8 @@ void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix
     set_->updateVisiblePoints(matrix, toPoint(camera.eye), toPoint(camera.target),
                               toVector(camera.up), camera.fieldWidth, camera.fieldHeight,
                               camera.viewport.width, camera.viewport.height, camera.perspective);
-    // A host's view goes on with the points that could be read; here they would pass for all.
+    // A host's view goes on with the points that could be read. Here the user would take them for
+    // all.
     if (Core().projectManager()->tree()->LacksPoints()) FailReading();
 }
 
@@ -125,7 +126,7 @@ std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
         if (found.isEmpty()) return std::nullopt;
         return found[0];
     }
-    // The host's interface knows no other box.
+    // The host's interface picks in no box of another size.
     OdGePoint3d found;
     unsigned short red = 0, green = 0, blue = 0;
     const bool hit = Core().projectManager()->pickPointFast(
@@ -144,7 +145,7 @@ void LoadedPointSet::WriteDiagnostics(const std::string& folder) const {
                            "); name another folder");
     const std::string path = std::filesystem::absolute(folder).string() + "/";
     Core().projectManager()->exportView(FileTools::FromNativePath(path));
-    // The export itself tells nothing, since a host's view goes on without it.
+    // The export itself reports no failure, since a host's view goes on without it.
     for (const char* name : {"CameraParameters.txt", "DataBoundaries.ply", "CameraViewFrustum.ply",
                              "InViewFrustum.ply"})
         if (!std::filesystem::exists(path + name))

@@ -23,17 +23,17 @@ public:
     GiPointSetDefinition* operator->() const { return set_; }
     GiPointSetDefinition& operator*() const { return *set_; }
 
-    /// Sets the host's variable for the points to show at most. Throws CommandError where there is
-    /// not the memory for so many.
+    /// Sets the host's variable for the most points to show. Throws CommandError where there is not
+    /// enough memory for them.
     void SetBudget(unsigned long long points);
     /// The corners of the box around all points, as `matrix` places them in the world. This and
     /// Update throw CommandError where the file cannot be read any more.
     CameraOptions::Corners Corners(const OdGeMatrix3d& matrix) const;
     /// Shows the view that a camera has of the points, which `matrix` places in the world.
     void Update(const ViewCamera& camera, const OdGeMatrix3d& matrix);
-    /// What the last view came to.
+    /// Describes the last view.
     ViewReport Report(double updateSeconds) const;
-    /// The point of the last view within a box of so many pixels around `at`.
+    /// The point of the last view that a pick finds in a box of `pixels` pixels around `at`.
     std::optional<OdGePoint3d> Pick(const ViewCamera& camera, const OdGeMatrix3d& matrix,
                                     const OdGePoint3d& at, int pixels) const;
     /// Writes the last view's values and shapes into a folder, which is made where it is missing.
@@ -41,7 +41,7 @@ public:
     void WriteDiagnostics(const std::string& folder) const;
 
 private:
-    /// What goes beyond the host's interface.
+    /// The point set with what it offers beyond the host's interface.
     PcCorePointSet& Core() const { return static_cast<PcCorePointSet&>(*set_); }
     OdString AbsoluteName() const;
     [[noreturn]] void FailReading() const;

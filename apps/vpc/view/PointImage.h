@@ -33,7 +33,7 @@ private:
     Viewport size_;
     bool perspective_;
     double targetDistance_;
-    /// Pixels for a world unit at the target's distance.
+    /// Pixels per world unit at the target's distance.
     double scale_;
     std::vector<float> depths_;
     std::vector<Colour> pixels_;

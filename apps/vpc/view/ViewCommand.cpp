@@ -16,7 +16,7 @@ namespace vpc {
 
 namespace {
 
-/// So many digits give every double back.
+/// A text with this many digits gives every double back exactly.
 constexpr int allDigits = 17;
 constexpr unsigned long long pointsBetweenChecks = 100000;
 
@@ -107,7 +107,7 @@ int ViewCommand::Run() {
 }
 
 void ViewCommand::CheckOutput(const std::string& output) const {
-    std::error_code ignored;  // the output need not be there
+    std::error_code ignored;  // the output need not exist yet
     if (!output.empty() && std::filesystem::equivalent(output, file_, ignored))
         throw CommandError("'" + output + "' is the tree file itself; choose another name");
 }

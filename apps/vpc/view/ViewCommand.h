@@ -21,7 +21,7 @@ private:
     void CheckOutput(const std::string& output) const;
     void WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const;
     void WritePoints(const LoadedPointSet& pointSet) const;
-    /// Names a written file, unless the output is to be JSON alone.
+    /// Tells the user of a written file, unless the output is JSON alone.
     void TellWritten(const std::string& file, const std::string& what) const;
 
     CameraOptions camera_;

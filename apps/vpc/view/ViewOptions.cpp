@@ -26,7 +26,7 @@ constexpr std::string_view outsidePrefix = "outside:";
 constexpr const char* circleForm = "CX,CY,R or outside:CX,CY,R";
 constexpr const char* polygonForm = "X,Y;X,Y;X,Y... or outside:X,Y;X,Y;X,Y...";
 
-/// Takes the prefix off; whether it was there.
+/// Removes the prefix; returns whether it was there.
 bool takeOutside(std::string& text) {
     if (text.compare(0, outsidePrefix.size(), outsidePrefix) != 0) return false;
     text.erase(0, outsidePrefix.size());
@@ -92,7 +92,7 @@ GiPcClipConfig ClipRegion::ToConfig(const OdGeMatrix3d& matrix) const {
 
 namespace {
 
-/// Fewer slots than this are not made.
+/// Buffers with fewer slots are never made.
 constexpr unsigned long long leastBudget = PcCoreVisibleNodeManager::smallestCapacity;
 /// The host's variable has 32 bits.
 constexpr unsigned long long mostBudget = std::numeric_limits<int>::max();
@@ -128,7 +128,7 @@ int placeOf(const std::string& word, const std::vector<std::string>& words) {
     return place;
 }
 
-/// Matrices that are written with six decimals shall pass.
+/// Large enough for matrices that are written with six decimals.
 constexpr double tolerance = 1e-5;
 
 bool isNear(double a, double b) {
@@ -148,8 +148,8 @@ bool isRigid(const OdGeMatrix3d& m) {
     return isNear(m[3][3], 1.0);
 }
 
-/// The matrix of 16 numbers, row by row; the identity of none. Throws CommandUsageError for
-/// anything that is no rotation and translation.
+/// The matrix of 16 numbers, row by row; the identity when there are none. Throws CommandUsageError
+/// unless it is a rotation and a translation.
 OdGeMatrix3d parseMatrix(const std::vector<std::string>& texts) {
     OdGeMatrix3d matrix;
     std::vector<double> values;

@@ -46,7 +46,7 @@ private:
     std::vector<VpcVector3D> vertices_;
 };
 
-/// The options that tell, beside the camera, what a view shows: how many points and in which
+/// The options that decide, beside the camera, what a view shows: how many points and in which
 /// colours, what is cut off, and where the file's coordinates lie in the world.
 class ViewOptions {
 public:

@@ -8,7 +8,7 @@
 
 namespace vpc {
 
-/// What a view update came to.
+/// What a view update has shown.
 struct ViewReport {
     unsigned long long visiblePoints = 0;
     unsigned long long visibleNodes = 0;

@@ -70,7 +70,7 @@ void NodePoints::AppendToFile() {
         stream.StreamClose();
     }
     if (!stream.IsStreamGood()) {
-        // A part of the records may be in the file: back to what it held before.
+        // Some of the records may be in the file: cut it back to what it held before.
         std::error_code ignored;
         if (HasFile()) std::filesystem::resize_file(file, writtenOut_ * recordSize, ignored);
         throw IoError(FileTools::FromNativePath(file), wxGetTranslation("cannot be written"),

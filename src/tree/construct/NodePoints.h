@@ -11,8 +11,8 @@ namespace vpc {
 /// The points of one construction node: those written out, and behind them in order the records
 /// that are still in memory.
 ///
-/// Written out is to the node's temporary file, which holds serialised point records and nothing
-/// else and is removed when this object goes; or, where the store has a budget, to pieces of the
+/// Points are written out to the node's temporary file, which holds serialised point records and
+/// nothing else and is removed with this object; or, where the store has a budget, to pieces of the
 /// store's file for all nodes.
 class NodePoints {
 public:
@@ -38,14 +38,14 @@ public:
         return slot;
     }
 
-    /// Writes the records in memory out and frees their memory. The node's file is created even
-    /// if there are none. Throws vpc::IoError when they cannot be written: then they stay in memory
+    /// Writes the records in memory out and frees their memory. The node's file is created even if
+    /// there are none. Throws vpc::IoError when they cannot be written; they then stay in memory,
     /// and what was written out before stays, too.
     void WriteOut();
 
     /// Calls `visit` with all records in order, in pieces of at most
-    /// NodePointStore::scratchRecords; it may change what it is given. Throws vpc::IoError when
-    /// what was written out cannot be read whole.
+    /// NodePointStore::scratchRecords; `visit` may change them. Throws vpc::IoError when what was
+    /// written out cannot be read whole.
     void Visit(const Visitor& visit);
 
     /// Deletes what was written out and frees the memory; no points remain.
@@ -57,7 +57,7 @@ public:
     void TakeOver(NodePoints& other);
     /// Gives the file the name Path(), if there is a file. Throws vpc::IoError when that fails.
     void RenameFile();
-    /// The same for a file of which the caller knows the name.
+    /// The same for a file whose name the caller knows.
     void RenameFileFrom(const std::string& oldPath);
 
 private:

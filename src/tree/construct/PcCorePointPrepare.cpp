@@ -22,10 +22,10 @@ namespace {
 
 /// Buffers of more points go to disk after every batch.
 constexpr unsigned long long flushThreshold = 100;
-/// Points kept in memory before they go to the temporary files, in bytes.
+/// Bytes of points that are kept in memory; what is more goes to the temporary files.
 constexpr unsigned long long pointMemory = 128ULL << 20;
 
-/// What stands for an observer where there is none.
+/// The observer of a run that nobody watches.
 class Unobserved final : public PrepareObserver {
 public:
     bool onProgress(const PrepareProgress&) override { return true; }
@@ -51,12 +51,12 @@ private:
     /// Reads all scans into the tree.
     void AddScans(VpcConstructTree& tree);
     void AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree);
-    /// Adds those points of a batch that have coordinates at which a point can lie.
+    /// Adds the points of a batch without those whose coordinates are not finite or out of bounds.
     void AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                          VpcConstructTree& tree);
     void NoteLostPoints(const VpcConstructTree& tree);
     void AddNote(const wxString& note);
-    /// What went wrong, and in the lines behind it what was worth knowing before.
+    /// The problem and, in the lines after it, the notes so far.
     wxString WithNotes(wxString problem) const;
     void Report(PrepareStage stage, unsigned long long pointsDone, unsigned long long points);
 
@@ -151,7 +151,7 @@ void PrepareRun::AddScans(VpcConstructTree& tree) {
     const std::unique_ptr<FileParentIO> reader(
         FileIoFactory::Create(format_, FileIoFactory::defaultBatchCapacity));
     for (std::size_t i = 0; i < inputFiles_.size(); ++i) AddScan(*reader, i, tree);
-    // A scan that has changed since it was measured, or cannot be opened any more.
+    // They differ when a scan has changed since it was measured, or can no longer be opened.
     if (pointsRead_ != summary_.points)
         throw std::runtime_error(FileTools::ToNativePath(wxString::Format(
             _("the scans gave %llu points at first and %llu when they were read again; nothing may "
@@ -175,7 +175,7 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
         Report(PrepareStage::AddPoints, pointsRead_, summary_.points);
     }
     reader.closeRead();
-    // Some readers begin their maxima anew with every scan; the file tells of all scans.
+    // Some readers restart their maxima with every scan; the file holds those of all scans.
     tree.maxRed = std::max<unsigned short>(tree.maxRed, reader.maxRed);
     tree.maxGreen = std::max<unsigned short>(tree.maxGreen, reader.maxGreen);
     tree.maxBlue = std::max<unsigned short>(tree.maxBlue, reader.maxBlue);

@@ -20,14 +20,14 @@ public:
     /// \param treeType         Tree_Octree or Tree_KdTree_Symmetric
     /// \param maxPointsPerNode points at which a leaf is split
     /// \param maxLevel         deepest level that a split may reach; there, leaves grow. Where many
-    ///                         points share a place all these levels are made, at a record a node:
-    ///                         more than about 60 only cost
+    ///                         points coincide all these levels are built, and every node takes a
+    ///                         record: more than about 60 levels only cost memory and time
     ///
     /// Every failure comes back as a result whose message says why; nothing is thrown but
     /// std::bad_alloc. Uses the process-wide timer: one run at a time.
     ///
-    /// vpc::PrepareChecks tells before a run what stands in its way. It is not part of the run,
-    /// whose own rules are milder: a text scan that cannot be opened is left out, with a note.
+    /// vpc::PrepareChecks finds out before a run what would make it fail. It is not part of the
+    /// run, whose own rules are milder: a text scan that cannot be opened is left out, with a note.
     [[nodiscard]] static TreePrepareResult preparePointData(
         unsigned long long headerValue, const wxString& workingFolder,
         const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,

@@ -21,14 +21,15 @@ public:
     void Write(const char* records, unsigned long long count);
     /// Takes one record, to be written with others.
     void Collect(const char* record);
-    /// Writes what Collect has taken, and the block's two words where no point came.
+    /// Writes what Collect has taken, and, where no point came, the block's two words.
     void Finish();
     /// Whether as many points came as the node counts.
     bool IsComplete() const { return written_ == node_.PointsOnDisk(); }
 
 private:
     void WriteCollected();
-    /// Moves the stream to where the next records go, which the block's two words precede.
+    /// Moves the stream to where the next records go; before the first ones it writes the block's
+    /// two words.
     void GoOn();
 
     FileBufferStream& stream_;

@@ -21,7 +21,7 @@ PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
     return {grid.first, grid.second, grid.third};
 }
 
-/// Brings the colours of 16 bits in `records` to their high bytes.
+/// Replaces the 16-bit colours in `records` by their high bytes.
 void keepHighBytes(char* records, unsigned long long count) {
     for (char* record = records; record != records + count * recordSize; record += recordSize) {
         unsigned short colour[3];

@@ -11,8 +11,8 @@ class PointBlock;
 
 /// Writes a finished construction tree as a point tree file.
 ///
-/// The nodes' point counts are known before any point is, and with them every position in the
-/// file; so each value is written once, in its place.
+/// The nodes' point counts, and with them every position in the file, are known before any point is
+/// read. So each value is written once, in its place.
 class PointTreeFileWriter {
 public:
     PointTreeFileWriter(VpcConstructTree& tree, unsigned long long hostValue);

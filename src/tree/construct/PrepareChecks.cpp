@@ -30,13 +30,13 @@ using Kind = PrepareFinding::Kind;
 
 /// The shortest line that a point of a text scan takes in practice.
 constexpr unsigned long long textBytesPerPoint = 25;
-/// Bytes on disk for every point of the scans: its record in a temporary file, and its records
-/// in the result, where the coarser levels of an octree add a third and those of a kd-tree as
-/// much again.
+/// Bytes on disk for every point of the scans: its record in a temporary file, and its records in
+/// the result. There the coarser levels add a third in an octree and as much again in a kd-tree.
 constexpr unsigned long long workBytesPerPoint = 54;
 constexpr unsigned long long octreeBytesPerPoint = 72;
 constexpr unsigned long long kdTreeBytesPerPoint = 108;
-/// A node's record and its share of the child entries, and nodes for every full leaf.
+/// The bytes of a node's record with its share of the child entries, and the nodes for every full
+/// leaf.
 constexpr unsigned long long bytesPerNode = 800;
 constexpr unsigned long long nodesPerFullLeaf = 4;
 /// More than any disk has room for; keeps the sums of bytes within their type.
@@ -63,7 +63,7 @@ bool opens(const std::string& file, const char* mode) {
     return FileHandle(std::fopen(file.c_str(), mode)) != nullptr;
 }
 
-/// The folder that a file is in, "." where its name tells none.
+/// The folder that a file is in, "." where its name has none.
 std::string folderOf(const std::string& file) {
     const std::string folder = std::filesystem::path(file).parent_path().string();
     return folder.empty() ? "." : folder;
@@ -222,7 +222,8 @@ void PrepareChecks::CheckFolder(const std::string& folder) {
     const auto status = statusOf(folder);
     if (!status || !S_ISDIR(status->st_mode))
         return Tell(Kind::NoFolder, folder, _("is no folder"), _("create it or name another one"));
-    // Rights do not tell all: the file system may be read-only, or none at all. So try it.
+    // The folder's rights do not say enough: its file system may be read-only, or take no files at
+    // all. So try it.
     std::string probe = folder + "/vpc-probe-XXXXXX";
     if (mkdtemp(probe.data()) != nullptr) {
         rmdir(probe.c_str());
@@ -254,7 +255,7 @@ void PrepareChecks::CheckRoom() {
 void PrepareChecks::RequireRoom(const std::string& folder, unsigned long long needed) {
     std::error_code error;
     const auto available = std::filesystem::space(folder, error).available;
-    // A run is not refused for a file system that does not tell how much room it has.
+    // A file system that does not say how much room it has is no reason to refuse a run.
     if (error || available >= needed) return;
     Tell(Kind::NoRoom, folder,
          wxString::Format(_("has %s free and this run needs about %s there"), bytesText(available),

@@ -9,7 +9,7 @@
 
 namespace vpc {
 
-/// One thing that stands in the way of a preparing run.
+/// One thing that may make a preparing run fail.
 struct PrepareFinding {
     /// Lets a caller treat some findings in its own way: ask for another folder, say, or go on
     /// although the disk seems to lack room.
@@ -20,7 +20,7 @@ struct PrepareFinding {
     wxString file;
     /// What is wrong with it, in translated words that may follow its name: "does not exist".
     wxString problem;
-    /// What the user can do: "check the name". Empty where the problem tells that already.
+    /// What the user can do: "check the name". Empty where the problem says that already.
     wxString remedy;
 
     /// All of it as a sentence: "'scan.las' does not exist; check the name".
@@ -28,29 +28,30 @@ struct PrepareFinding {
 };
 
 /// Looks before a preparing run for what would make it fail later: scans that are missing,
-/// incomplete or of several formats, rights and folders that are lacking, a disk without the room.
+/// incomplete or of several formats, missing rights and folders, a disk without enough room.
 ///
 /// A host may run these checks before it calls PcCorePointPrepare::preparePointData. That function
 /// does not run them itself, since its own rules are milder: the first scan's extension decides on
 /// the format of all, and a text scan that cannot be opened is left out, with a note.
 class PrepareChecks {
 public:
-    /// \param workingFolder, inputFiles, outputFile, treeType, maxPointsPerNode as they are going
-    /// to
-    ///        be given to preparePointData; a missing separator after the folder does no harm
+    /// The first five arguments are those that preparePointData is going to be given; a missing
+    /// separator after the folder does no harm.
+    ///
     /// \param logFile the file that VpcLogger is going to write meanwhile; empty for none
     PrepareChecks(const wxString& workingFolder, const std::vector<wxString>& inputFiles,
                   const wxString& outputFile, VpcTreeType treeType,
                   unsigned long long maxPointsPerNode, const wxString& logFile = wxString());
 
-    /// Everything that stands in the way, in the order output, scans, log, folders, room; of each
-    /// file the first thing that is wrong with it. To try whether they can be written, an empty
-    /// folder is made in each of the run's two folders, and the log where there is none yet; all of
-    /// this is removed again. Call it once.
+    /// Everything that may make the run fail, in the order output, scans, log, folders, room; for
+    /// each file the first thing that is wrong with it. To find out whether it can write there, it
+    /// makes an empty folder in each of the run's two folders, and the log where there is none yet,
+    /// and removes them again. Call it once.
     [[nodiscard]] std::vector<PrepareFinding> Run();
-    /// Points that the scans hold, as far as their sizes tell: exact for LAS. Known after Run.
+    /// How many points the scans hold: exact for LAS, estimated from the file's size for text.
+    /// Known after Run.
     unsigned long long EstimatedPoints() const { return points_; }
-    /// The scans' format: the first one's that has any. Known after Run.
+    /// The format of the first scan that has a known one. Known after Run.
     VpcDataFormat Format() const { return format_; }
 
 private:
@@ -59,7 +60,7 @@ private:
     /// Whether the extension names a format, and the same one as those of the other scans.
     bool HasFormat(const std::string& scan);
     bool Opens(const std::string& scan);
-    /// Adds the points of a LAS scan that its header claims and its records bear out.
+    /// Adds the points of a LAS scan: as many as its header claims and it has records for.
     void CountLasPoints(const std::string& scan, unsigned long long size);
     void CheckLog();
     void CheckFolder(const std::string& folder);

@@ -4,7 +4,7 @@
 
 #include "io/ScanSummary.h"
 
-/// What the preprocessing is doing, in the order in which it does it.
+/// The stages of preprocessing, in their order.
 enum class PrepareStage {
     MeasureScans,  ///< reading every scan once for the common bounding box
     AddPoints,     ///< reading every scan again, into the tree
@@ -15,8 +15,8 @@ enum class PrepareStage {
 /// How far a run is.
 struct PrepareProgress {
     PrepareStage stage = PrepareStage::MeasureScans;
-    /// Points done in this stage, and points in all; the latter may grow while the scans are
-    /// measured, and is 0 as long as it is not known.
+    /// Points done in this stage, and points in all. The latter may grow while the scans are
+    /// measured; it is 0 until it is known.
     unsigned long long pointsDone = 0;
     unsigned long long pointsInAll = 0;
 };
@@ -27,13 +27,13 @@ class PrepareObserver {
 public:
     virtual ~PrepareObserver() = default;
 
-    /// Told after every batch of points and every node written. False asks the run to stop: it
+    /// Called after every batch of points and every node written. False asks the run to stop: it
     /// removes its temporary files and fails with the message "Point cloud preprocessing was
     /// cancelled".
     virtual bool onProgress(const PrepareProgress& progress) = 0;
 
-    /// Told once, when every scan has been measured and before anything is built. `message` holds
-    /// what the readers had to say although they succeeded. False stops the run as above.
+    /// Called once, when every scan has been measured and before anything is built. `message` holds
+    /// the warnings of readers that succeeded. False stops the run as above.
     virtual bool onScansMeasured(const ScanSummary& summary, const wxString& message) {
         static_cast<void>(summary);
         static_cast<void>(message);

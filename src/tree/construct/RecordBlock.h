@@ -9,7 +9,7 @@ inline constexpr unsigned long long recordSize = VpcPoint3D::SerializeDiskSize()
 
 /// Some point records in memory; a node's points are a chain of such blocks.
 struct RecordBlock {
-    /// As many records as make a block about a page of memory large.
+    /// Makes a block about as large as a page of memory.
     static constexpr unsigned long long capacity = 75;
 
     RecordBlock* next = nullptr;

@@ -15,7 +15,7 @@ class SamplePattern {
 public:
     explicit SamplePattern(double keepFraction);
 
-    /// Of a node with `nodeCount` points: the points that its parent receives.
+    /// How many points of a node with `nodeCount` points its parent receives.
     unsigned long long KeptOf(unsigned long long nodeCount);
 
     /// Calls `keep(i)` in rising order for those of the points [begin, end) of a node with

@@ -11,7 +11,8 @@ namespace vpc {
 
 /// One temporary file for the points of all nodes, in pieces that are handed out and taken back.
 ///
-/// The file has no name any more once it is open: it goes with the process, however that ends.
+/// Once open, the file has no name any more, so that it disappears with the process, however that
+/// ends.
 class SpillFile {
 public:
     /// A run of bytes in the file.
@@ -20,7 +21,7 @@ public:
         unsigned long long size = 0;
     };
 
-    /// Creates the file. This, Write and Read throw vpc::IoError for what fails.
+    /// Creates the file. This, Write and Read throw vpc::IoError when they fail.
     explicit SpillFile(const std::string& path);
     ~SpillFile();
     SpillFile(const SpillFile&) = delete;

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr unsigned long long noCell = std::numeric_limits<unsigned long long>::max();
-/// The root's grid has no more cells along an axis.
+/// The most cells that the root's grid has along an axis.
 constexpr unsigned long long mostRootCells = 20;
 
 struct Coordinates {
@@ -33,7 +33,7 @@ Coordinates coordinatesOf(const char* record) {
     return c;
 }
 
-/// The whole part of `cell` where it is one of `count` cells.
+/// Sets `whole` to the number of the cell; false where it is none of the `count` cells.
 bool truncateToCell(double cell, unsigned long long count, unsigned long long& whole) {
     // Truncation is toward zero, so the first cell begins just above -1.
     if (!(cell > -1.0 && cell < static_cast<double>(count))) return false;
@@ -142,7 +142,8 @@ bool VpcConstructNode::WriteBufferPointsToDisk() {
 
 void VpcConstructNode::WriteBuffer() {
     const unsigned long long buffered = BufferedPoints();
-    // Behind the caller's back the points may stay in memory, until the store wants room.
+    // With a budget the points stay in memory until the store wants room; they count as on disk
+    // nevertheless.
     if (!tree_->store_.WritesBehind()) points_.WriteOut();
     pointsOnDisk_ += buffered;
 }
@@ -181,7 +182,7 @@ void VpcConstructNode::SetChildGrid(const Triplet& grid) {
 }
 
 void VpcConstructNode::ComputeNumberOfChildrenOct() {
-    // What children there are lie in the grid that they were made for.
+    // Children that exist already lie in the grid that they were made for.
     if (children_.empty()) SetChildGrid(SplitGridOct());
 }
 
@@ -209,7 +210,7 @@ void VpcConstructNode::CreateChildren() {
 }
 
 void VpcConstructNode::AddChild(const Triplet& cell, unsigned long long index) {
-    // The next point must not go into this node as into a leaf.
+    // This node is no leaf any more, so the next point must not go into it.
     tree_->lastLeaf_ = nullptr;
     const auto counts = countsOf(childrenPerAxis_);
     const auto cells = countsOf(cell);
@@ -243,7 +244,8 @@ void VpcConstructNode::SplitNodeKd(std::vector<VpcPoint3D>& points) {
 void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                                  unsigned long long skipped) {
     if (!children_.empty() || !tree_->BeginChange()) return;
-    // Out of the store's sight while the children ask it for room.
+    // Hides the points from the store, which must not write them out when the children ask it for
+    // room.
     vpc::NodePoints own(tree_->store_, points_.Path());
     own.TakeOver(points_);
     pointsOnDisk_ = 0;
@@ -360,7 +362,7 @@ void VpcConstructNode::PlanParentLOD(vpc::SamplePattern& pattern) {
 }
 
 void VpcConstructNode::SubsampleRandom(std::vector<VpcPoint3D>& in, std::vector<VpcPoint3D>& out) {
-    // A sampler of its own for every node, from the same seed: runs repeat.
+    // Every node has its own sampler with the same seed, so that runs repeat.
     VpcRandomSampler sampler(tree_->KeepFraction(), tree_->seedFromDevice_, 0);
     for (const VpcPoint3D& point : in)
         if (sampler.KeepNext()) out.push_back(point);

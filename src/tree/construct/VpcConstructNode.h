@@ -22,7 +22,7 @@ class VpcConstructTree;
 /// tree's finishing then pushes the leaves down to the deepest level and fills the levels above
 /// with thinned copies; from then on the node takes no points and gets no children.
 ///
-/// A temporary file that fails where no result could tell throws vpc::IoError.
+/// When a temporary file fails, functions that cannot return the failure throw vpc::IoError.
 class VpcConstructNode {
 public:
     using Triplet = VpcTriplet<unsigned long long>;
@@ -43,9 +43,9 @@ public:
     // --- While points are added ---------------------------------------------------------------
 
     /// Gives the point to the leaf below this node whose box contains it. A point that no child's
-    /// box contains, or that comes to a finished tree, is dropped and counted by the tree.
+    /// box contains is dropped, as is every point in a finished tree; the tree counts them.
     void AddPoint(const VpcPoint3D& point);
-    /// The leaf below this node that takes a point at (x, y, z): null where no child does. A leaf
+    /// The leaf below this node that takes a point at (x, y, z); null where no child does. A leaf
     /// takes every point itself.
     VpcConstructNode* FindLeaf(double x, double y, double z);
     /// Minimum inclusive, maximum exclusive: neighbours share no point.
@@ -54,10 +54,10 @@ public:
                minimum_[2] <= z && z < maximum_[2];
     }
 
-    /// Appends the buffered points to the node's file, which is created if need be, and frees
-    /// their memory. False when the file cannot be written; the points then stay in the buffer.
-    /// While points are added that may be ignored: the next call writes them, and the last one is
-    /// the finishing's, which tells.
+    /// Appends the buffered points to the node's file, which is created if need be, and frees their
+    /// memory. False when the file cannot be written; the points then stay in the buffer. While
+    /// points are added a caller may ignore that: the next call tries again, and the finishing
+    /// makes the last call and reports its failure.
     bool WriteBufferPointsToDisk();
     /// Writes the buffers of this node and all nodes below that hold more than `threshold` points,
     /// as far as they can be written.
@@ -65,11 +65,11 @@ public:
 
     /// Turns this leaf into a parent: its points move on to new children.
     void SplitNode();
-    // What SplitNode does, but `points` stand for the points on disk, which the caller has taken
-    // from the node and which go. The buffered points follow them. Points on disk that are more
-    // than those given are lost, and counted by the tree.
+    // These split like SplitNode but take `points` in place of the points on disk, which the caller
+    // has read and which are removed. The buffered points follow them. If there are more points on
+    // disk than were given, the surplus is lost, and the tree counts it.
 
-    /// Splits into a grid: the root after the tree's dimension ratios, other nodes 2 x 2 x 2.
+    /// Splits into a grid: the root by the tree's dimension ratios, other nodes into 2 x 2 x 2.
     void SplitNodeOct(std::vector<VpcPoint3D>& points);
     /// Splits into two halves across the longest side.
     void SplitNodeKd(std::vector<VpcPoint3D>& points);
@@ -111,8 +111,7 @@ public:
     /// The points on disk, in their order; what is only in the buffer is not among them. Samples
     /// that the node will get while the tree file is written are taken from the nodes below.
     [[nodiscard]] std::vector<VpcPoint3D> GetPointsFromDisk();
-    /// Visits the records of the points on disk in order, in large pieces. What it is given,
-    /// `visit` may change.
+    /// Visits the records of the points on disk in order, in large pieces. `visit` may change them.
     void VisitRecords(const std::function<void(char* records, unsigned long long count)>& visit);
     /// Deletes the node's file and frees its memory. The counts stay.
     void RemoveDiskFile();
@@ -130,9 +129,9 @@ public:
     const std::vector<std::unique_ptr<VpcConstructNode>>& Children() const { return children_; }
     const Triplet& ChildrenPerAxis() const { return childrenPerAxis_; }
     const Triple& CellSize() const { return cellSize_; }
-    /// The steps from the root (whose own is 0, 0, 0) down to this node.
+    /// The cells on the path from the root, whose own is 0, 0, 0, down to this node.
     std::vector<Triplet> NodeId() const;
-    /// The children grids that those steps are taken in; the root's own is 1, 1, 1.
+    /// The grids that those cells belong to; the root's own is 1, 1, 1.
     std::vector<Triplet> GridPath() const;
     unsigned long long PointsOnDisk() const { return pointsOnDisk_; }
     /// Points in the buffer and on disk.
@@ -148,7 +147,7 @@ private:
         // Points on disk are counted before they are sampled, and after their file is gone.
         return points_.Count() > pointsOnDisk_ ? points_.Count() - pointsOnDisk_ : 0;
     }
-    /// WriteBufferPointsToDisk for those who pass the failure on.
+    /// WriteBufferPointsToDisk for callers that pass the failure on: throws vpc::IoError.
     void WriteBuffer();
     /// Appends a point to this leaf, and splits the leaf when that fills it.
     void StoreInLeaf(const VpcPoint3D& point) {
@@ -165,7 +164,7 @@ private:
     Triplet SplitGridKd() const;
     void SetChildGrid(const Triplet& grid);
     void CreateChildren();
-    /// Gives `points` to new children, and behind them the node's own but for the first `skipped`.
+    /// Gives new children `points` and then the node's own points without the first `skipped`.
     void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                    unsigned long long skipped);
     void AddChild(const Triplet& cell, unsigned long long index);
@@ -185,7 +184,7 @@ private:
     Triplet step_;
     Triplet parentGrid_;
     unsigned level_;
-    /// The leaf was full once and could not split: it grows.
+    /// The leaf was full and could not split, so it grows.
     bool cannotSplit_ = false;
     /// The tree looks at this node's buffer at its next flush.
     bool awaitsFlush_ = false;

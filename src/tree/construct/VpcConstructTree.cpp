@@ -36,7 +36,7 @@ void VpcConstructTree::setSubsampleType(VpcSubsampleType type, bool seedFromDevi
 void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     constexpr double margin = 0.0001;
     box.AddMargin(margin);
-    // A second root starts anew: the lists must not lead to nodes that go with the first.
+    // A second root replaces the first, whose nodes are freed with it: no list may still hold them.
     levels_.clear();
     endNodes_.clear();
     awaitingFlush_.clear();
@@ -203,8 +203,8 @@ vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
 }
 
 bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue) {
-    // The nodes' points are used up by the writing, and before the finishing there are none: what
-    // would be written is an empty tree, over a good file perhaps.
+    // Writing uses up the nodes' points, and before the tree is finished there are none in its
+    // levels. Either way it would write an empty tree, perhaps over a good file.
     if (stage_ == Stage::Written) return Refuse(wxGetTranslation("The tree has been written"));
     if (stage_ != Stage::Finished) return Refuse(wxGetTranslation("The tree is not finished"));
     stage_ = Stage::Written;

@@ -18,13 +18,13 @@
 /// tree file.
 ///
 /// Order of calls: InitializeRootNode, AddPoints as often as there are batches, FinishAddData,
-/// CreateDiskTreeFile, once. The temporary files go with the tree at the latest. A temporary file
-/// that fails where no result could tell makes a call throw vpc::IoError; a call that returns false
-/// leaves its reason in FailureReason.
+/// CreateDiskTreeFile, once. The temporary files are removed with the tree at the latest. When a
+/// temporary file fails, functions that cannot return the failure throw vpc::IoError; a function
+/// that returns false leaves its reason in FailureReason.
 class VpcConstructTree {
 public:
     using Level = std::vector<VpcConstructNode*>;
-    /// Told the points written so far and the points in all; throws to end the work.
+    /// Called with the points written so far and the points in all; it may throw to end the work.
     using Progress = std::function<void(unsigned long long pointsDone, unsigned long long points)>;
 
     /// \param workingFolder    prefix of the temporary files' names: ends with a separator
@@ -50,11 +50,11 @@ public:
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
     /// Sets the grid of the root's split from the aspect of its extents.
     void InitializeDimensionRatios(double dx, double dy, double dz);
-    /// Adds `count` points; see UntakenPoints for those that found no node. Once the tree is
-    /// finished, and before it has a root, none does.
+    /// Adds `count` points; UntakenPoints counts those that find no node. Before the tree has a
+    /// root and once it is finished, none does.
     void AddPoints(const VpcPoint3D* points, unsigned long long count);
     /// Writes all buffers of more than `threshold` points, as far as they can be written; returns
-    /// true. With point memory it is the memory's fill that decides, and this does nothing.
+    /// true. Does nothing with point memory, which is written when it is full.
     bool FlushBuffersToDisk(unsigned long long threshold);
     /// Ends the adding: leaves go to the deepest level, parents get their samples. False when
     /// there are no points or a temporary file fails. Does nothing in a finished tree.
@@ -64,7 +64,7 @@ public:
     /// Lists the leaves that hold points and brings them to the deepest level. Points that come
     /// after it make it necessary again. False as with FinishAddData.
     [[nodiscard]] bool BuildEndNodeList();
-    /// Fills the levels above the deepest; takes the step before, too, where that is still to do.
+    /// Fills the levels above the deepest, after BuildEndNodeList's work where that is still to do.
     /// True for a tree without points, which stays unfinished.
     [[nodiscard]] bool PopulateParentNodes();
     /// The largest point count among the nodes of the deepest level.
@@ -91,7 +91,7 @@ public:
     // --- What it holds --------------------------------------------------------------------------
 
     /// Why the last call that can fail returned false: a sentence, with the system's reason where
-    /// there is one. Empty when it returned true, and where there were just no points.
+    /// there is one. Empty when it returned true, and where there were merely no points.
     const wxString& FailureReason() const { return failureReason_; }
     const wxString& TreeId() const { return treeId_; }
     VpcTreeType TreeType() const { return treeType_; }
@@ -102,7 +102,7 @@ public:
     const std::vector<wxString>& SourceNames() const { return sourceNames_; }
     double MinimumPointDistance() const { return minimumPointDistance_; }
     unsigned long long PointsAdded() const { return pointsAdded_; }
-    /// Points that were given to AddPoints and lay in no child's box.
+    /// Points that were given to the tree and are in none of its nodes.
     unsigned long long UntakenPoints() const { return untakenPoints_; }
     unsigned long long LeafCount() const { return leafCount_; }
     unsigned long long FilledLeafCount() const { return filledLeafCount_; }
@@ -110,8 +110,8 @@ public:
     /// The probability with which random thinning keeps a point.
     double KeepFraction() const;
     /// True when the parents' samples are taken while the tree file is written, in one pass over
-    /// the points in place of three. Which points those are is known beforehand, so their numbers
-    /// are; until then the parents hold no points.
+    /// the points in place of three. Which points are samples, and so how many, is known
+    /// beforehand; until the writing the parents hold none.
     bool SamplesWhileWriting() const { return samplesWhileWriting_; }
     /// Which points a node hands to its parent, while SamplesWhileWriting.
     vpc::SamplePattern& SamplePatternOfTree();
@@ -131,11 +131,12 @@ private:
 
     enum class Stage { Adding, EndNodesListed, Finished, Written };
 
-    /// To be called before a point or a node comes to the tree: false when none may any more.
+    /// Call this before a point or a node is added to the tree; false when none may be added any
+    /// more.
     [[nodiscard]] bool BeginChange();
     /// Does `work` and returns what it returns, or false when it throws vpc::IoError.
     [[nodiscard]] bool Succeeds(const std::function<bool()>& work);
-    /// Notes why a call returns false, which is what this returns.
+    /// Notes why a call returns false, and returns false for it.
     [[nodiscard]] bool Refuse(const wxString& reason);
     void RegisterNode(VpcConstructNode& node);
     void AwaitFlush(VpcConstructNode& node);

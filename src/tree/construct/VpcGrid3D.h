@@ -13,7 +13,7 @@ template <class Cell>
 class VpcGrid3D {
 public:
     /// A grid of nx * ny * nz cells. Throws std::bad_alloc, after a line on standard error, when
-    /// there is not the memory for them.
+    /// there is not enough memory for them.
     VpcGrid3D(const VpcBoundingBoxAxisAligned& box, unsigned long long nx, unsigned long long ny,
               unsigned long long nz)
         : counts_{nx, ny, nz},
@@ -39,7 +39,8 @@ private:
         try {
             cells_.resize(CellCount());
         } catch (const std::exception& e) {
-            // Also what std::vector throws for a size beyond every memory.
+            // Not only std::bad_alloc: for a size beyond all memory std::vector throws
+            // std::length_error.
             std::fprintf(stderr,
                          "## EXCEPTION ERROR while creating VpcGrid3D of %llux%llux%llu of size "
                          "%zu : bad_alloc caught : %s\n",

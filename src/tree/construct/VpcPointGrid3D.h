@@ -9,9 +9,9 @@
 /// Thins points by keeping, in every cell of a grid, the point nearest to the cell's centre.
 class VpcPointGrid3D {
 public:
-    /// A grid over `box` whose cells are about `cellSize` wide, at least one an axis.
+    /// A grid over `box` whose cells are about `cellSize` wide, at least one along each axis.
     VpcPointGrid3D(double minDistance, const VpcBoundingBoxAxisAligned& box, double cellSize);
-    /// A grid with the given number of cells an axis.
+    /// A grid with the given number of cells along each axis.
     VpcPointGrid3D(double minDistance, const VpcBoundingBoxAxisAligned& box, unsigned long long nx,
                    unsigned long long ny, unsigned long long nz);
 

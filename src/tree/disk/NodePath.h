@@ -4,9 +4,9 @@
 
 namespace vpc {
 
-/// A node's list of triplets, one a level from the root down to the node. It holds the last one
-/// only and has the others from the parent's list: a tree of many nodes would otherwise consist of
-/// such lists for the most part.
+/// A node's list of triplets, one for each level from the root down to the node. It holds only the
+/// last one and takes the others from the parent's list: otherwise such lists would be most of the
+/// memory that a tree of many nodes takes.
 class NodePath {
 public:
     using Triplet = VpcTriplet<unsigned long long>;

@@ -8,7 +8,7 @@
 
 namespace vpc {
 
-/// Writes the text summary of a loaded tree: what every node's record told, and the totals of
+/// Writes the text summary of a loaded tree: the values of every node's record, and the totals of
 /// every level.
 class TreeSummaryWriter {
 public:

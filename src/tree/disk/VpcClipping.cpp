@@ -15,7 +15,7 @@ VpcClipping::VpcClipping(const GiPcClipConfig& config)
 }
 
 bool VpcClipping::isInside(const OdGePoint3d& p) const {
-    // It is the point as given that is projected: the second matrix takes no part in the test.
+    // The point is projected as it is given: the second matrix takes no part in the test.
     const OdGePoint2d q = p.convert2d(clipPlane);
     return clipType == 0 ? pointInCircle(q) : pointInPolygon(q);
 }

@@ -7,8 +7,8 @@
 #include "platform/OdGePoint2d.h"
 #include "platform/OdGePoint3d.h"
 
-/// A clipping region: a circle or a polygon in a plane of its own, of which points are kept whose
-/// projections into the plane are inside, or outside.
+/// A clipping region: a circle or a polygon in a plane of its own. It keeps the points whose
+/// projections into the plane are inside, or those whose projections are outside.
 class VpcClipping {
 public:
     /// Exactly one of the config's second and third flags set.
@@ -20,7 +20,7 @@ public:
     bool flag2;
     bool flag3;
     OdGePlane clipPlane;
-    /// Carried only.
+    /// Kept, but not used.
     OdGeMatrix3d matrix1;
     OdGeMatrix3d matrix2;
     /// In the plane's coordinates: the polygon's corners, or the circle's centre and a point on it.

@@ -19,7 +19,7 @@ struct Slots {
     double* sizes;
 };
 
-/// The low byte of every channel below the colour method that the slot has already.
+/// The low bytes of the record's channels, with the colour method that the slot has already.
 std::uint32_t packedColour(const char* record, std::uint32_t slot) {
     const auto channel = [record](unsigned offset) {
         return static_cast<std::uint32_t>(valueAt<std::uint16_t>(record + offset) & 0xFF);
@@ -28,8 +28,8 @@ std::uint32_t packedColour(const char* record, std::uint32_t slot) {
            channel(VpcPoint3D::recordOffsetGreen) << 8 | channel(VpcPoint3D::recordOffsetBlue);
 }
 
-/// Takes from every record what is drawn, without building the whole point. `passes` is asked for
-/// every point. Returns how many slots were filled, `room` at most.
+/// Takes from every record what is drawn, without building the whole point. Leaves out the points
+/// that `passes` refuses. Returns how many slots were filled, `room` at most.
 template <class Filter>
 unsigned long long decode(std::span<const char> records, const Slots& slots,
                           unsigned long long room, const Filter& passes) {

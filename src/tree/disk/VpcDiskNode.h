@@ -13,26 +13,26 @@
 
 class VpcDiskTree;
 
-/// A node of a loaded point tree: everything that its record tells, but not its points, which are
+/// A node of a loaded point tree. It holds all that its record says, but not its points, which are
 /// read from the file when they are asked for.
 class VpcDiskNode {
 public:
     using Triplet = VpcTriplet<unsigned long long>;
     using ChildEntry = vpc::NodeRecord::ChildEntry;
 
-    /// Becomes a VpcBoundingBoxAxisAligned where one is asked for.
+    /// The node's box; converts to VpcBoundingBoxAxisAligned.
     vpc::BoxCorners box;
-    /// Points over the square of the box's diagonal.
+    /// The points divided by the square of the box's diagonal.
     double density;
-    /// Positions in the file: of the node's record and of its point block (carried only), of its
-    /// first point, of the parent's record and point block (carried only).
+    /// Positions in the file: of the node's record, its point block and its first point, and of the
+    /// parent's record and point block. Only that of the first point is used.
     unsigned long long recordPosition;
     unsigned long long pointBlock;
     unsigned long long pointsOffset;
     unsigned long long parentRecord = 0;
     unsigned long long parentPointBlock = 0;
-    /// Positions of record and point block for every cell of the child grid; carried only. The tree
-    /// has them.
+    /// Positions of record and point block for every cell of the child grid; kept, but not used.
+    /// The tree owns them.
     std::span<const ChildEntry> childEntries;
     VpcDiskTree* tree;
     /// Null for the root.
@@ -46,7 +46,7 @@ public:
     /// Cells of the child grid along every axis.
     PointTreeLayout::ChildGrid childGrid;
     /// The split coordinates along x, then along y, then along z, as many as the grid has cells
-    /// along the axis; see SplitCoordinates. The tree has them.
+    /// along the axis; see SplitCoordinates. The tree owns them.
     std::span<const double> splitCoordinates;
     /// Points that the node stores.
     unsigned long long nrPoints;
@@ -79,8 +79,8 @@ public:
         const unsigned long long cell = ComputeNodeIndex(x, y, z);
         return cell < children.size() ? children[cell] : nullptr;
     }
-    /// The node below this one (or this one) that `path` leads to, whose steps down to this node
-    /// are taken for granted; null where it ends above this node or leads out of the tree.
+    /// The node that `path` leads to, which is this one or one below it; null where the path ends
+    /// above this node or there is no such node. Its steps down to this node are not checked.
     VpcDiskNode* GetNodeFromIndex(const VpcNodeIndex& path);
 
     /// Reads the node's points and writes those that pass the tree's sections and clippings to the

@@ -23,7 +23,7 @@ vpc::BoxCorners boxOf(const vpc::NodeRecord& record) {
     return {x0, y0, z0, x1, y1, z1};
 }
 
-/// Whether a child in this cell is where its path leads when it is appended to the children.
+/// Whether a child appended to the children now gets the place that belongs to this cell.
 bool isNextChild(const VpcDiskNode& parent, const VpcDiskNode::Triplet& cell) {
     const PointTreeLayout::ChildGrid& grid = parent.childGrid;
     return cell.first < grid.x && cell.second < grid.y && cell.third < grid.z &&

@@ -40,14 +40,13 @@ public:
     /// Loads the hierarchy. A file without levels gives a tree without root.
     ///
     /// Throws IoError when levels are loaded already, which stay; and, leaving an empty tree, when
-    /// the file cannot be read or does not hold together: sizes and positions that lead out of it,
-    /// point records of another size, nodes without a parent or in another place than their path
-    /// tells.
+    /// the file cannot be read or does not hold together: sizes and positions beyond its end, point
+    /// records of another size, nodes without a parent or in another place than their path says.
     void Load(std::unique_ptr<vpc::PointTreeReader> file);
 
     /// Sets the root's children per axis so that they are about cubes.
     void InitializeDimensionRatios(double dx, double dy, double dz);
-    /// Makes the root, with a box that is a little larger than the corners tell.
+    /// Makes the root, with a box that is a little larger than the one between the corners.
     /// \param record, block positions in the file, of the root's record and of its point block
     void InitiateRootNode(const VpcPoint3D& min, const VpcPoint3D& max, unsigned long long record,
                           unsigned long long block, unsigned long long pointsOffset,
@@ -82,7 +81,7 @@ public:
 private:
     friend class VpcDiskNode;
 
-    /// What a node does when it is built. The node belongs to the tree from then on.
+    /// Called by a node's constructor; the tree lists the node from then on.
     void AddToLevel(VpcDiskNode& node);
 
     // These throw IoError.
@@ -108,13 +107,14 @@ private:
     vpc::PointTreeHeader header_;
     VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
     wxString fileName_;
-    /// Where the nodes stay until the tree is cleared, in no order that matters.
+    /// The nodes, which must not move until the tree is cleared. Their order does not matter.
     std::forward_list<VpcDiskNode> nodes_;
     VpcDiskNode* rootNode_ = nullptr;
     std::vector<NodeList> levels_;
-    /// For FindParent, which is called for every node.
+    /// A buffer of FindParent, which is called for every node.
     VpcNodeIndex parentPath_;
-    /// The nodes' lists of numbers, which never change: far less memory than a block for each.
+    /// The nodes' lists of numbers, which never change. One resource for all takes far less memory
+    /// than a block for each list.
     std::pmr::monotonic_buffer_resource numbers_;
     std::unique_ptr<vpc::PointTreeReader> file_;
     /// Holds the point records of one node.

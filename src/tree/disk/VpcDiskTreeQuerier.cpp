@@ -55,7 +55,7 @@ unsigned long long VpcDiskTreeQuerier::getOffsetHeaderMember(unsigned long long 
                                                              offsetHeaderMemberType member) {
     const unsigned long long record = getOffsetHeaderNode(level, index);
     Layout::ChildGrid grid;
-    // A record that leads out of the file has no members, not even those that lie within it.
+    // A record that does not fit in the file has no members, not even those that would fit.
     if (record == 0 || !ReadGrid(record, level, grid)) return 0;
     return record + Layout::memberOffset(member, level, grid);
 }

@@ -21,7 +21,7 @@ class PointTreeReader;
 /// first one, because their length varies: cheap for the root, linear in the number of records
 /// for the last node. Use vpc::NodeRecordReader to visit them all.
 ///
-/// The file is not trusted: where sizes in it lead out of it, it counts as not open, or the
+/// The file is not trusted: where sizes in it go beyond its end, it counts as not open, or the
 /// question is answered with 0 or false. One querier, one thread: it moves the file's position.
 class VpcDiskTreeQuerier {
 public:
@@ -46,12 +46,13 @@ public:
     /// All 0 when the file is not open.
     const vpc::PointTreeHeader& header() const { return header_; }
 
-    /// Position of the record of node `index` of `level`. `index` is not held against the level's
-    /// count: a greater one goes on into what follows. 0 where the walk would leave the file.
+    /// Position of the record of node `index` of `level`. `index` is not checked against the
+    /// level's count: a greater one counts on into the records that follow. 0 where the walk would
+    /// leave the file.
     unsigned long long getOffsetHeaderNode(unsigned long long level, unsigned long long index);
     /// Position just after the last node record; 0 where the records do not fit in the file.
     unsigned long long getOffsetPointData();
-    /// Position of a member of a node's record; 0 where the record leads out of the file. Values
+    /// Position of a member of a node's record; 0 where the record does not fit in the file. Values
     /// below 0 give the start of the record, values above 16 the last member.
     unsigned long long getOffsetHeaderMember(unsigned long long level, unsigned long long index,
                                              offsetHeaderMemberType member);
@@ -59,7 +60,7 @@ public:
     unsigned long long getOffsetPointBlock(unsigned long long level, unsigned long long index);
     /// Position of the member that holds the position of the node's point list.
     unsigned long long getOffsetPointList(unsigned long long level, unsigned long long index);
-    /// The node's point count as its record says; 0 where the record leads out of the file.
+    /// The node's point count as its record says; 0 where the record does not fit in the file.
     unsigned long long nodeNrPoints(unsigned long long level, unsigned long long index);
     /// The node's box. False, and nothing assigned, when there is no such record to be read.
     bool nodeExtents(unsigned long long level, unsigned long long index, OdGePoint3d& min,

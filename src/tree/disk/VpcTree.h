@@ -25,7 +25,8 @@ public:
     void SetSectionPlanes(const SectionPlanes& sections, const VpcTransform3D& toTree);
     /// Takes all section planes away.
     void ClearSectionPlanes() { sections_.clear(); }
-    /// Whether the point lies on or before every plane, on the side that its normal points to.
+    /// Whether the point is on no plane's far side, the one that the plane's normal points away
+    /// from.
     bool verifyPointWrtSections(const VpcPoint3D& p) const {
         return verifyPointWrtSections(p.x, p.y, p.z);
     }

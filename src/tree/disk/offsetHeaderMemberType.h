@@ -12,11 +12,11 @@ enum offsetHeaderMemberType : int {
     OffsetHeaderChildrenX = 7,          ///< children per axis
     OffsetHeaderChildrenY = 8,          ///< children per axis
     OffsetHeaderChildrenZ = 9,          ///< children per axis
-    OffsetHeaderCellWidths = 10,        ///< cell widths, one a cell and axis
+    OffsetHeaderCellWidths = 10,        ///< cell widths, one for every cell along an axis
     OffsetHeaderRecordPosition = 11,    ///< where this record stands
     OffsetHeaderPointBlock = 12,        ///< where the node's point block stands
     OffsetHeaderPointList = 13,         ///< where the node's first point stands
     OffsetHeaderParentRecord = 14,      ///< where the parent's record stands; 0 for the root
     OffsetHeaderParentPointBlock = 15,  ///< where the parent's point block stands; 0 for the root
-    OffsetHeaderChildEntries = 16       ///< two positions a child
+    OffsetHeaderChildEntries = 16       ///< two positions for every child
 };

@@ -6,8 +6,8 @@ namespace vpc {
 
 class PointTreeReader;
 
-/// Shows any range of a tree file in memory and reads the file in large blocks: made for a pass
-/// through the file from front to back. Holds one block, or one range where that is larger.
+/// Shows any range of a tree file in memory. It reads the file in large blocks, which suits a pass
+/// from front to back, and holds one block, or one range where that is larger.
 class FileWindow {
 public:
     /// \param file must outlive the window

@@ -18,8 +18,8 @@ struct LevelTotals {
     /// Bytes of the level's node records.
     unsigned long long recordBytes = 0;
 
-    /// The sums of every level of the file, in one pass over its records, each of which `visit`
-    /// sees too. Throws IoError where the header or the records lead out of the file.
+    /// Counts every level of the file in one pass over its records and calls `visit` with each
+    /// record. Throws IoError where the header or the records do not fit in the file.
     static std::vector<LevelTotals> Count(
         PointTreeReader& file, const std::function<void(const NodeRecord&)>& visit = nullptr);
 };

@@ -7,7 +7,7 @@ namespace vpc {
 /// Writes into the log why a point tree file is not loaded.
 void logLoadFailure(const IoError& failure);
 
-/// Runs `load`. Where it throws IoError, the log gets a line that says why.
+/// Runs `load`. Where it throws IoError, writes into the log why.
 /// \return whether it ended without IoError
 template <class Load>
 [[nodiscard]] bool loadOrLog(const Load& load) {

@@ -16,7 +16,8 @@ struct NodeRecord {
         unsigned long long pointBlock = 0;
     };
 
-    /// Where in the file the record is: the level and the place in it, and the bytes it takes.
+    /// Where the record stands in the file: its level, its place within the level, its first byte
+    /// and its size.
     unsigned long long level = 0;
     unsigned long long index = 0;
     unsigned long long position = 0;
@@ -24,7 +25,8 @@ struct NodeRecord {
 
     unsigned long long levelWord = 0;
     double minimumDistance = 0.0;
-    /// Child triplet of every step from the root down to this node, and the grid it was taken in.
+    /// The cell of every node on the path from the root down to this node, and the grid that each
+    /// of these cells belongs to.
     std::vector<Triplet> indexPath;
     std::vector<Triplet> gridPath;
     Coordinates boxMinimum{};

@@ -43,7 +43,7 @@ Layout::ChildGrid gridAt(const char* bytes) {
     return grid;
 }
 
-/// Takes the members apart; the grid is known already, since it tells where the others stand.
+/// Reads the other members. The caller has set the grid, on which their positions depend.
 void parse(const char* bytes, NodeRecord& record) {
     Cursor cursor(bytes);
     cursor.Take(record.levelWord);

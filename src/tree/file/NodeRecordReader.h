@@ -29,7 +29,7 @@ private:
     const PointTreeHeader& header_;
     FileWindow window_;
     unsigned long long position_;
-    /// Level and place in it of the next record.
+    /// The level of the next record, and its place within the level.
     unsigned long long level_ = 0;
     unsigned long long index_ = 0;
 };

@@ -65,7 +65,7 @@ private:
         header_.sourceNameBytes = header_.fileSize - Layout::sourceNamesPosition - left;
     }
 
-    /// \param left the file's bytes from the stream's position on
+    /// \param left bytes from the stream's position to the end of the file
     void ReadSourceName(unsigned long long& left) {
         if (left < Layout::wordSize) Refuse(_("ends within its source names"));
         const unsigned long long length = stream_.StreamReadUint64();
@@ -96,7 +96,7 @@ private:
         header_.firstNodeRecord = Layout::firstNodeRecordPosition(names, header_.levels);
     }
 
-    /// \param left the file's bytes that the nodes of the levels above have left
+    /// \param left bytes of the file that the levels above leave for further node records
     void ReadNodeCount(unsigned long long level, unsigned long long& left) {
         const unsigned long long nodes = stream_.StreamReadUint64();
         const unsigned long long smallest = Layout::recordSize(level, {});

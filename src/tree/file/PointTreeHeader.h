@@ -13,7 +13,7 @@ namespace vpc {
 class PointTreeReader;
 
 /// The fixed header of a point tree file and the node counts that follow it, as they stand in the
-/// file: values are carried, not judged, except where a size would lead out of the file.
+/// file: values are not judged, except that everything that they count must fit in the file.
 struct PointTreeHeader {
     unsigned long long version = 0;
     /// 0 for the octree, 1 for the kd-tree; a VpcTreeType unless the file is damaged.
@@ -38,16 +38,16 @@ struct PointTreeHeader {
     unsigned long long sourceNameBytes = 0;
     unsigned long long levels = 0;
     unsigned long long pointRecordSize = 0;
-    /// Where the first node record stands, as the sizes before it tell.
+    /// Where the first node record stands, added up from the sizes before it.
     unsigned long long firstNodeRecord = 0;
     /// Node records of each level, level 0 first.
     std::vector<unsigned long long> nodeCounts;
     /// The length of the file.
     unsigned long long fileSize = 0;
 
-    /// Reads the header of `file`, which `stream` has open. Every count is held against the file's
-    /// length before it is used, so a damaged file costs neither memory nor time. Throws IoError
-    /// where the header does not fit in the file or cannot be read.
+    /// Reads the header of `file`, which `stream` has open. Every count is checked against the
+    /// file's length before it is used, so a damaged file costs neither memory nor time. Throws
+    /// IoError where the header does not fit in the file or cannot be read.
     static PointTreeHeader Read(FileBufferStream& stream, const PointTreeReader& file);
 };
 

@@ -14,7 +14,7 @@ using Position = unsigned long long;
 
 /// The only version that is written and accepted.
 inline constexpr unsigned long long version = 9;
-/// What the file's name ends with, after a dot: readers put it in the place of any other one.
+/// The extension of the file's name. Readers put it in place of any other one.
 inline constexpr const char* extension = "vpt";
 /// Size of a count, a position or a coordinate.
 inline constexpr Position wordSize = 8;
@@ -119,15 +119,15 @@ constexpr Position parentBlockOffset(unsigned long long level, const ChildGrid& 
 constexpr Position childEntriesOffset(unsigned long long level, const ChildGrid& grid) {
     return parentBlockOffset(level, grid) + wordSize;
 }
-/// One entry a child: the position of its record and the position of its point block.
+/// Size of a child's entry: the position of its record and the position of its point block.
 inline constexpr Position childEntrySize = 2 * wordSize;
 
 constexpr Position recordSize(unsigned long long level, const ChildGrid& grid) {
     return childEntriesOffset(level, grid) + childEntrySize * grid.cells();
 }
 
-/// Whether a record with this children grid ends within `available` bytes from its start. Asks
-/// without overflow, so that a grid from a damaged file can be held against the file's length
+/// Whether a record with this children grid ends within `available` bytes from its start. This
+/// cannot overflow, so that a grid from a damaged file can be checked against the file's length
 /// before it is computed with. `level` comes from a list of counts that fitted in the file.
 constexpr bool recordFits(unsigned long long level, const ChildGrid& grid, Position available) {
     const Position fixed = recordSize(level, {});

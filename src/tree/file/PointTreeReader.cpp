@@ -15,7 +15,7 @@ namespace vpc {
 
 namespace {
 
-/// A version that is no int must not be cut down to one that looks right.
+/// A version too large for an int must not be cut down to one that looks right.
 int forMessage(unsigned long long version) {
     constexpr unsigned long long greatest = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(version, greatest));

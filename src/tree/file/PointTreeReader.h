@@ -14,15 +14,15 @@ namespace vpc {
 
 struct NodeRecord;
 
-/// What stands in the way of a point tree file of another version than this library's.
+/// Thrown for a point tree file of another version than this library reads.
 class WrongTreeVersion : public IoError {
 public:
     WrongTreeVersion(const wxString& file, unsigned long long version);
 
     /// The version of the file.
     unsigned long long Version() const { return version_; }
-    /// The translated sentence without the file's name, as it follows a name directly: with a blank
-    /// at its start.
+    /// The translated sentence without the file's name. It begins with a blank, so that it can
+    /// follow the name directly.
     static wxString Text(unsigned long long version);
 
 private:
@@ -54,8 +54,8 @@ public:
     /// Throws WrongTreeVersion unless the version is the one that this library reads.
     void RequireVersion() const;
 
-    /// The header, which the first call reads. Throws IoError where sizes in it lead out of the
-    /// file.
+    /// The header, which the first call reads. Throws IoError where what it counts does not fit in
+    /// the file.
     const PointTreeHeader& Header();
     /// Throws IoError where the points in this file have records of another size than VpcPoint3D
     /// reads, or where Header does.

@@ -15,8 +15,8 @@ enum class FindingKind {
     Box,         ///< the box of a node
     Path,        ///< the path from the root to a node
     Grid,        ///< the grid of a node's children
-    ParentLink,  ///< what a node tells of its parent
-    ChildLink,   ///< what a node tells of its children
+    ParentLink,  ///< what a node says about its parent
+    ChildLink,   ///< what a node says about its children
     PointCount,  ///< the number of points of a node
     PointBlock,  ///< a point block
     Point        ///< a point
@@ -29,7 +29,7 @@ struct Finding {
     wxString text;
 };
 
-/// Is given every finding as it turns up. What it throws ends the check.
+/// Called with every finding as it turns up. An exception that it throws ends the check.
 using FindingSink = std::function<void(const Finding&)>;
 
 /// The kind in a word or two.

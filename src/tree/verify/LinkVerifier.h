@@ -8,16 +8,16 @@
 
 namespace vpc {
 
-/// Checks the links between the nodes of neighbouring levels, in both directions, and what a node
-/// owes to its parent: its place in the parent's grid, its box, its share of the points.
-/// Is shown every record in file order.
+/// Checks the links between the nodes of neighbouring levels, in both directions, and that a node
+/// fits its parent: its place in the parent's grid, its box, its share of the points. Call Add with
+/// every record in file order.
 class LinkVerifier {
 public:
     /// \param sink must outlive the verifier
     explicit LinkVerifier(const FindingSink& sink) : sink_(sink) {}
 
     void Add(const NodeRecord& record);
-    /// To be called after the last record.
+    /// Call this after the last record.
     void Finish();
     /// Points of the fullest node of the level added last.
     unsigned long long LargestNodeOfLevel() const;

@@ -9,17 +9,17 @@ namespace vpc {
 
 /// Checks the point blocks: that each stands right behind the one before it, where its record says
 /// it does, that it repeats the record's level and count, and that its points lie in the node's
-/// box. Is shown every record in file order.
+/// box. Call Add with every record in file order.
 class PointBlockVerifier {
 public:
     /// \param file, sink must outlive the verifier
-    /// \param pointData where the first block is to be
+    /// \param pointData where the first block should begin
     PointBlockVerifier(PointTreeReader& file, unsigned long long pointData,
                        const FindingSink& sink);
 
     /// Throws IoError where the file cannot be read.
     void Add(const NodeRecord& record);
-    /// To be called after the last record: the file must end where the last block does.
+    /// Call this after the last record: the file must end where the last block does.
     void Finish();
 
 private:
@@ -30,8 +30,9 @@ private:
     PointTreeReader& file_;
     FileWindow window_;
     const FindingSink& sink_;
-    /// Where the next block is to be; and, after a block out of its place, where it would be if
-    /// that block was right and the count before it wrong (0: no such doubt).
+    /// Where the next block should begin. After a block that is out of its place there is a second
+    /// such position: the one that is right if that block is right and the count before it wrong. 0
+    /// while there is none.
     unsigned long long expected_;
     unsigned long long alternative_ = 0;
 };

@@ -64,7 +64,7 @@ void TreeVerifier::Run() {
 void TreeVerifier::CheckHeader() {
     const auto fault = [this](const wxString& text) { sink_({FindingKind::Header, text}); };
     const PointTreeHeader& header = file_.Header();
-    // The header keeps the lower half of it only.
+    // PointTreeHeader keeps only the lower half of this word.
     unsigned long long treeType = 0;
     if (file_.Read(Layout::treeTypePosition, reinterpret_cast<char*>(&treeType), sizeof treeType) !=
         sizeof treeType)
@@ -125,11 +125,12 @@ void TreeVerifier::CheckRecord(const NodeRecord& record) {
                                 record.recordPosition, record.position)});
     if (!std::isfinite(record.minimumDistance) || record.minimumDistance < 0.0)
         sink_({FindingKind::Record,
-               wxString::Format(_("%s has a minimum point distance that is no such number"),
+               wxString::Format(_("%s has a minimum point distance that is negative or not finite"),
                                 nodeName(record))});
     if (!boxHolds(record))
         sink_({FindingKind::Box,
-               wxString::Format(_("%s has a box that is not one"), nodeName(record))});
+               wxString::Format(_("%s has a box with corners in the wrong order or not finite"),
+                                nodeName(record))});
     CheckPath(record);
     CheckGrid(record);
 }

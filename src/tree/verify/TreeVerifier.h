@@ -9,16 +9,16 @@ namespace vpc {
 
 /// Checks everything in a point tree file that can be checked from the file alone, against the
 /// layout and not against the code that wrote it. Whatever a VpcDiskTree refuses to load is a fault
-/// here; and so is a value that contradicts another one although the tree would load. Goes through
-/// the file from front to back, with the links of two levels in memory and never all points of a
+/// here; and so is a value that contradicts another one although the tree would load. It reads the
+/// file from front to back and keeps the links of two levels in memory, but never all points of a
 /// node.
 class TreeVerifier {
 public:
     /// \param file must outlive the verifier
     TreeVerifier(PointTreeReader& file, FindingSink sink);
 
-    /// Gives every fault to the sink; a failure to read the file is one of them. Ends early where
-    /// the rest can no longer be told apart.
+    /// Gives every fault to the sink; a failure to read the file is one of them. Stops early where
+    /// it cannot make out the rest of the file.
     void Run();
 
 private:
