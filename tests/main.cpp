@@ -15,6 +15,8 @@ void adoptEnvironmentLocale() {
     } catch (const std::runtime_error&) {
         // The environment names a locale that is not installed: stay with the classic one.
     }
+    // The system's reasons stay in the language in which the tests expect them.
+    std::setlocale(LC_MESSAGES, "C");
 }
 
 }  // namespace
