@@ -215,7 +215,9 @@ void PrepareChecks::CheckLog() {
     if ((status && !S_ISREG(status->st_mode)) || !opens(log_, "ab"))
         return Tell(Kind::LogNotWritable, log_, _("cannot be written as the log"),
                     _("choose another name"));
-    if (!status) unlink(log_.c_str());
+    // Through a link it is the file at its end that was made.
+    std::error_code ignored;
+    if (!status) unlink(std::filesystem::canonical(log_, ignored).c_str());
 }
 
 void PrepareChecks::CheckFolder(const std::string& folder) {

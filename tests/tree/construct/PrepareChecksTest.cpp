@@ -37,6 +37,9 @@ protected:
 TEST_F(PrepareChecksTest, FindsNothingWhereAllIsWellAndLeavesNothingBehind) {
     EXPECT_THAT(findings({"a.pts"}, "o.vpt", "", "log"), testing::IsEmpty());
     EXPECT_EQ(folder.names(), std::set<std::string>{"a.pts"});
+    fs::create_symlink("new", folder.file("log"));
+    EXPECT_THAT(findings({"a.pts"}, "o.vpt", "", "log"), testing::IsEmpty());
+    EXPECT_EQ(folder.names(), (std::set<std::string>{"a.pts", "log"}));
 }
 
 TEST_F(PrepareChecksTest, TellsOfEverythingThatStandsInTheWay) {
