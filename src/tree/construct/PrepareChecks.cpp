@@ -18,6 +18,8 @@
 #include "core/util/DisplayText.h"
 #include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
+#include "core/util/ReplacementFile.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
 #include "tree/file/PointTreeLayout.h"
@@ -115,6 +117,12 @@ void PrepareChecks::CheckOutput() {
                     _("cannot be the output: tree files are named '.vpt', in small letters, "
                       "because readers look for that extension"),
                     _("name it so"));
+    try {
+        const wxString target = ReplacementFile::FollowLinks(FileTools::FromNativePath(output_));
+        outputFolder_ = folderOf(FileTools::ToNativePath(target));
+    } catch (const IoError& failure) {
+        return Tell(Kind::Output, output_, failure.Problem(), _("choose another output name"));
+    }
     const auto status = statusOf(output_);
     if (status && !S_ISREG(status->st_mode))
         return Tell(Kind::Output, output_, _("is there already and is no regular file"),
