@@ -28,6 +28,7 @@ set(vpc_headers
   core/geometry/VpcPoint3D.h
   core/geometry/VpcTransform3D.h
   core/geometry/VpcVector3D.h
+  core/util/IoError.h
   core/util/VpcDefinitions.h
   host/GiPcColorSchemeMap.h
   host/OPMPointCloudProperties.h
@@ -44,8 +45,13 @@ set(vpc_headers
   tree/construct/TreePrepareResult.h
   tree/disk/VpcDiskTreeQuerier.h
   tree/disk/offsetHeaderMemberType.h
+  tree/file/NodeRecord.h
   tree/file/PointTreeHeader.h
   tree/file/PointTreeLayout.h
+  tree/file/PointTreeReader.h
+  tree/verify/Finding.h
+  tree/verify/LinkVerifier.h
+  tree/verify/TreeVerifier.h
   view/CameraView.h
   view/PcCoreProjectManager.h
   view/PcCoreVisibleNodeManager.h

@@ -2,6 +2,7 @@
 
 #include "io/FileIoFactory.h"
 #include "support/ReaderTools.h"
+#include "support/TreeImage.h"
 #include "support/ViewedTest.h"
 
 namespace vpc::test {
@@ -75,6 +76,13 @@ TEST_F(ExportCommandTest, RefusesWhatCannotBe) {
     const std::string whole = read("t.vpt");
     write("t.vpt", whole.substr(0, whole.size() - 1));
     expectFailure(from + "o.pts", 1, "ends before the points of node");
+    // Each of two nodes has room for its points, both together have not.
+    TreeImage crowded({});
+    for (const std::size_t n : {1U, 2U})
+        for (const auto& [member, value] : {std::pair(6U, Word{20}), {13U, 0}})
+            crowded.patch(crowded.nodes[n].members[member], value);
+    write("t.vpt", crowded.bytes);
+    expectFailure(from + "o.pts --level 1", 1, "claims more points than it has room for");
     write("t.vpt", whole);
     write("o.pts", "older");
     expectFailure(from + "o.pts", 1, "'o.pts' cannot be written", 20000);

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -87,6 +88,7 @@ TEST_F(PcCorePointSetTest, SaysInTheLogWhyALoadFails) {
     const auto ofVersion8 = [&] { return '\10' + whole.substr(1); };
     const std::tuple<const char*, std::string, const char*> cases[] = {
         {"none.vpt", "", "does not exist as a file"},
+        {"folder.vpt", "", "does not exist as a file"},
         {"60.vpt", whole.substr(0, 60), "is too short for a point tree file (60 bytes)"},
         {"130.vpt", whole.substr(0, 130), "is too short for a point tree file (130 bytes)"},
         {"200.vpt", whole.substr(0, 200), "nodes in level 0, more than it has room for"},
@@ -99,6 +101,7 @@ TEST_F(PcCorePointSetTest, SaysInTheLogWhyALoadFails) {
         return readBytes(folder.file("log.txt"));
     };
     PcCoreProjectManager manager;
+    std::filesystem::create_directory(folder.file("folder.vpt"));
     for (const auto& [file, bytes, why] : cases) {
         const std::string path = folder.file(file);
         if (!bytes.empty()) writeBytes(path, bytes);

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <limits>
+#include <memory>
 #include <system_error>
 
 #include "core/util/DisplayText.h"
@@ -12,6 +13,7 @@
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
 #include "tree/disk/VpcDiskTree.h"
+#include "tree/file/PointTreeReader.h"
 #include "view/PcCoreProjectManager.h"
 #include "view/PointBuffers.h"
 #include "vpc/common/Command.h"
@@ -48,10 +50,7 @@ LoadedPointSet::LoadedPointSet(const std::string& file) : file_(file) {
         throw CommandError(FileTools::ToNativePath(text) +
                            "; prepare it anew if it is a tree file");
     }
-    if (set_ == nullptr)
-        throw CommandError("'" + file +
-                           "' cannot be loaded: it is damaged or cannot be read; see vpc verify, "
-                           "and get a complete copy or prepare it anew");
+    if (set_ == nullptr) FailLoading();
 }
 
 LoadedPointSet::~LoadedPointSet() {
@@ -60,6 +59,14 @@ LoadedPointSet::~LoadedPointSet() {
 
 OdString LoadedPointSet::AbsoluteName() const {
     return hostString(std::filesystem::absolute(file_).string());
+}
+
+void LoadedPointSet::FailLoading() const {
+    // The host's interface tells no reason, so the file is asked once more.
+    advising("see vpc verify, and get a complete copy or prepare it anew", [&] {
+        VpcDiskTree().Load(std::make_unique<PointTreeReader>(FileTools::FromNativePath(file_)));
+    });
+    throw CommandError("'" + file_ + "' could not be loaded and now can be; run the command again");
 }
 
 void LoadedPointSet::SetBudget(unsigned long long points) {

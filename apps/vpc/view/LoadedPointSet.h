@@ -44,6 +44,7 @@ private:
     /// The point set with what it offers beyond the host's interface.
     PcCorePointSet& Core() const { return static_cast<PcCorePointSet&>(*set_); }
     OdString AbsoluteName() const;
+    [[noreturn]] void FailLoading() const;
     [[noreturn]] void FailReading() const;
 
     std::string file_;

@@ -40,18 +40,6 @@ private:
     int number_;
 };
 
-/// Where the links lead that begin at `path`, whether or not there is a file at their end.
-fs::path followLinks(fs::path path) {
-    for (int links = 0; links < mostLinks; ++links) {
-        std::error_code error;
-        const fs::path next = fs::read_symlink(path, error);
-        if (error) return path;
-        path = path.parent_path() / next;
-    }
-    throw IoError(FileTools::FromNativePath(path.string()), wxGetTranslation("cannot be written"),
-                  ELOOP);
-}
-
 fs::path folderOf(const fs::path& path) {
     const fs::path folder = path.parent_path();
     return folder.empty() ? fs::path(".") : folder;
@@ -71,15 +59,26 @@ void requireReplaceable(const fs::path& path) {
 
 }  // namespace
 
+wxString ReplacementFile::FollowLinks(const wxString& target) {
+    fs::path path = FileTools::ToNativePath(target);
+    for (int links = 0; links < mostLinks; ++links) {
+        std::error_code error;
+        const fs::path next = fs::read_symlink(path, error);
+        if (error) return FileTools::FromNativePath(path.string());
+        path = path.parent_path() / next;
+    }
+    throw IoError(target, wxGetTranslation("cannot be written"), ELOOP);
+}
+
 ReplacementFile::ReplacementFile(const wxString& target)
     : ReplacementFile(target, StringTools::createGUID()) {
 }
 
-ReplacementFile::ReplacementFile(const wxString& target, const wxString& uniqueName) {
-    const fs::path path = followLinks(FileTools::ToNativePath(target));
+ReplacementFile::ReplacementFile(const wxString& target, const wxString& uniqueName)
+    : target_(FollowLinks(target)) {
+    const fs::path path = FileTools::ToNativePath(target_);
     requireReplaceable(path);
     const std::string name = FileTools::ToNativePath(uniqueName) + ".tmp";
-    target_ = FileTools::FromNativePath(path.string());
     temporary_ = FileTools::FromNativePath((path.parent_path() / name).string());
 }
 

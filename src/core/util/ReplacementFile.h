@@ -29,6 +29,10 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
+    /// The name that a file with this target gets: where the links lead that begin at `target`,
+    /// whether or not there is a file at their end. Throws where they lead in a circle.
+    static wxString FollowLinks(const wxString& target);
+
     /// The name under which the file is written.
     const wxString& TemporaryName() const { return temporary_; }
 

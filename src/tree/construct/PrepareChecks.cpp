@@ -18,6 +18,8 @@
 #include "core/util/DisplayText.h"
 #include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
+#include "core/util/ReplacementFile.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
 #include "tree/file/PointTreeLayout.h"
@@ -115,6 +117,12 @@ void PrepareChecks::CheckOutput() {
                     _("cannot be the output: tree files are named '.vpt', in small letters, "
                       "because readers look for that extension"),
                     _("name it so"));
+    try {
+        const wxString target = ReplacementFile::FollowLinks(FileTools::FromNativePath(output_));
+        outputFolder_ = folderOf(FileTools::ToNativePath(target));
+    } catch (const IoError& failure) {
+        return Tell(Kind::Output, output_, failure.Problem(), _("choose another output name"));
+    }
     const auto status = statusOf(output_);
     if (status && !S_ISREG(status->st_mode))
         return Tell(Kind::Output, output_, _("is there already and is no regular file"),
@@ -215,7 +223,9 @@ void PrepareChecks::CheckLog() {
     if ((status && !S_ISREG(status->st_mode)) || !opens(log_, "ab"))
         return Tell(Kind::LogNotWritable, log_, _("cannot be written as the log"),
                     _("choose another name"));
-    if (!status) unlink(log_.c_str());
+    // Through a link it is the file at its end that was made.
+    std::error_code ignored;
+    if (!status) unlink(std::filesystem::canonical(log_, ignored).c_str());
 }
 
 void PrepareChecks::CheckFolder(const std::string& folder) {

@@ -69,7 +69,7 @@ void VpcDiskTree::LoadHeader() {
     header_ = file_->Header();
     vptVersion = header_.version;
     file_->RequirePointRecords();
-    if (header_.largestNodeCount > file_->Size() / VpcPoint3D::SerializeDiskSize())
+    if (header_.largestNodeCount > file_->RoomForPoints())
         Refuse(wxString::Format(_("claims a node of %llu points, more than it has room for"),
                                 header_.largestNodeCount));
     if (header_.levels > 0 && header_.nodeCounts.front() != 1)
@@ -80,12 +80,10 @@ void VpcDiskTree::LoadNodes() {
     vpc::NodeRecordReader reader(*file_);
     vpc::NodeRecord record;
     unsigned long long mostPoints = 0;
-    // Nodes whose points overlap would add up to more than any file of this size holds.
-    unsigned long long room = file_->Size() / VpcPoint3D::SerializeDiskSize();
+    unsigned long long room = file_->RoomForPoints();
     while (reader.Next(record)) {
+        file_->RequirePoints(record, room);
         LoadNode(record);
-        if (record.points > room) Refuse(_("claims more points than it has room for"));
-        room -= record.points;
         mostPoints = std::max(mostPoints, record.points);
     }
     levels_.resize(header_.levels);
@@ -95,7 +93,6 @@ void VpcDiskTree::LoadNodes() {
 }
 
 void VpcDiskTree::LoadNode(const vpc::NodeRecord& record) {
-    file_->RequirePoints(record);
     if (record.level == 0) {
         const auto& [x0, y0, z0] = record.boxMinimum;
         const auto& [x1, y1, z1] = record.boxMaximum;

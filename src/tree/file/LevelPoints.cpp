@@ -7,9 +7,7 @@ namespace vpc {
 
 namespace {
 
-void readPoints(PointTreeReader& file, FileWindow& blocks, const NodeRecord& record,
-                std::vector<VpcPoint3D>& points) {
-    file.RequirePoints(record);
+void readPoints(FileWindow& blocks, const NodeRecord& record, std::vector<VpcPoint3D>& points) {
     const char* const bytes =
         blocks.Bytes(record.pointList, record.points * VpcPoint3D::recordSize);
     for (unsigned long long i = 0; i < record.points; ++i)
@@ -25,10 +23,12 @@ std::vector<VpcPoint3D> LevelPoints::Read(PointTreeReader& file, unsigned long l
     FileWindow blocks(file);
     std::vector<VpcPoint3D> points;
     NodeRecord record;
+    unsigned long long room = file.RoomForPoints();
     while (records.Next(record) && record.level <= level) {
         if (record.level < level || record.points == 0) continue;
         if (beforeNode) beforeNode();
-        readPoints(file, blocks, record, points);
+        file.RequirePoints(record, room);
+        readPoints(blocks, record, points);
     }
     return points;
 }

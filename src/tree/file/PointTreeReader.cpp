@@ -1,7 +1,6 @@
 #include "tree/file/PointTreeReader.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <limits>
 
 #include <wx/translation.h>
@@ -34,9 +33,8 @@ wxString WrongTreeVersion::Text(unsigned long long version) {
 
 PointTreeReader::PointTreeReader(const wxString& fileName)
     : fileName_(fileName), stream_(std::make_unique<FileBufferStream>()) {
-    errno = 0;
     if (!stream_->StreamOpen(fileName, FileModeRead, false))
-        throw IoError(fileName, _("cannot be opened"), errno);
+        throw IoError(fileName, _("cannot be opened"), stream_->SystemError());
     size_ = stream_->StreamSize();
     version_ = stream_->StreamReadAtUint64(PointTreeLayout::versionPosition);
     if (stream_->HasSystemError()) FailReading();
@@ -73,13 +71,20 @@ void PointTreeReader::RequirePointRecords() {
                                        size, expected));
 }
 
-void PointTreeReader::RequirePoints(const NodeRecord& record) const {
+unsigned long long PointTreeReader::RoomForPoints() const {
+    return size_ / VpcPoint3D::SerializeDiskSize();
+}
+
+void PointTreeReader::RequirePoints(const NodeRecord& record, unsigned long long& room) const {
     const bool fit = record.pointList <= size_ &&
                      record.points <= (size_ - record.pointList) / VpcPoint3D::SerializeDiskSize();
     if (!fit)
         throw IoError(fileName_,
                       wxString::Format(_("ends before the points of node %llu of level %llu"),
                                        record.index, record.level));
+    if (record.points > room)
+        throw IoError(fileName_, _("claims more points than it has room for"));
+    room -= record.points;
 }
 
 unsigned long long PointTreeReader::Read(unsigned long long position, char* target,
@@ -93,7 +98,7 @@ unsigned long long PointTreeReader::Read(unsigned long long position, char* targ
 }
 
 void PointTreeReader::FailReading() const {
-    throw IoError(fileName_, _("cannot be read"), stream_->HasSystemError() ? errno : 0);
+    throw IoError(fileName_, _("cannot be read"), stream_->SystemError());
 }
 
 }  // namespace vpc

@@ -60,8 +60,12 @@ public:
     /// Throws IoError where the points in this file have records of another size than VpcPoint3D
     /// reads, or where Header does.
     void RequirePointRecords();
-    /// Throws IoError where the points that the record claims do not lie within the file.
-    void RequirePoints(const NodeRecord& record) const;
+    /// How many points the file has room for.
+    unsigned long long RoomForPoints() const;
+    /// Throws IoError where the points that the record claims do not lie within the file, or are
+    /// more than `room`. Takes them from `room`, which begins as RoomForPoints: nodes whose points
+    /// overlap would add up to more than any file of this size holds.
+    void RequirePoints(const NodeRecord& record, unsigned long long& room) const;
 
     /// Reads up to `count` bytes at `position` into `target`.
     /// \return how many could be read: fewer than `count` where the file ends or its disk fails

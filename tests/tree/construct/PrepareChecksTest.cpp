@@ -26,8 +26,9 @@ protected:
                              0, log.empty() ? wxString() : toWx(folder.file(log)));
         std::vector<std::pair<Kind, std::string>> found;
         for (const PrepareFinding& finding : checks.Run())
-            found.emplace_back(finding.kind,
-                               fs::relative(finding.file.utf8_string(), folder.path()).string());
+            found.emplace_back(
+                finding.kind,
+                fs::path(finding.file.utf8_string()).lexically_relative(folder.path()).string());
         return found;
     }
 
@@ -37,6 +38,9 @@ protected:
 TEST_F(PrepareChecksTest, FindsNothingWhereAllIsWellAndLeavesNothingBehind) {
     EXPECT_THAT(findings({"a.pts"}, "o.vpt", "", "log"), testing::IsEmpty());
     EXPECT_EQ(folder.names(), std::set<std::string>{"a.pts"});
+    fs::create_symlink("new", folder.file("log"));
+    EXPECT_THAT(findings({"a.pts"}, "o.vpt", "", "log"), testing::IsEmpty());
+    EXPECT_EQ(folder.names(), (std::set<std::string>{"a.pts", "log"}));
 }
 
 TEST_F(PrepareChecksTest, TellsOfEverythingThatStandsInTheWay) {
@@ -46,6 +50,13 @@ TEST_F(PrepareChecksTest, TellsOfEverythingThatStandsInTheWay) {
         {Kind::Output, "no/o.txt"}, {Kind::Scan, "none.pts"}, {Kind::Scan, "empty.ptx"},
         {Kind::Scan, "b.las"},      {Kind::Log, "a.pts"},     {Kind::NoFolder, "no"},
         {Kind::NoFolder, "b.las"}};
+    // The file goes to where its link leads.
+    fs::create_symlink("none/o.vpt", folder.file("link.vpt"));
+    fs::create_symlink("loop.vpt", folder.file("loop.vpt"));
+    EXPECT_THAT(findings({"a.pts"}, "link.vpt"),
+                testing::ElementsAre(std::pair(Kind::NoFolder, std::string("none"))));
+    EXPECT_THAT(findings({"a.pts"}, "loop.vpt"),
+                testing::ElementsAre(std::pair(Kind::Output, std::string("loop.vpt"))));
     EXPECT_EQ(findings({"none.pts", "a.pts", "empty.ptx", "b.las"}, "no/o.txt", "b.las", "a.pts"),
               expected);
 }
