@@ -125,40 +125,6 @@ TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
     }
 }
 
-// With point memory the samples are taken only while the tree file is written.
-TEST(ConstructTree, ShowsTheSamplesOfALevelBeforeTheyAreWritten) {
-    const vpc::test::PrepareFolder folder;
-    const wxString prefix = vpc::test::toWx(folder.file(""));
-    VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 5, false, 1U << 20U);
-    tree.setSubsampleType(Subsample_Random, false);
-    tree.InitializeRootNode({0, 0, 0, 8, 8, 8});
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 500; ++i) points.push_back(pointAt(i % 8, i % 7, i % 8 + i * 0.001));
-    tree.AddPoints(points.data(), points.size());
-    ASSERT_TRUE(tree.FinishAddData());
-    std::vector<std::vector<double>> shown;
-    for (std::size_t level = 0; level < tree.Levels().size(); ++level) {
-        unsigned long long count = 0;
-        EXPECT_TRUE(tree.WriteNodePointsTreeAtLevel(level, prefix, count));
-        EXPECT_EQ(count, pointsIn(tree.Levels()[level]));
-        auto& heights = shown.emplace_back();
-        for (VpcConstructNode* node : tree.Levels()[level])
-            for (const VpcPoint3D& point : node->GetPointsFromDisk()) heights.push_back(point.z);
-    }
-    EXPECT_THAT(vpc::test::readBytes(folder.file("Level-0-Node-000.ply")),
-                testing::HasSubstr("vertex " + std::to_string(shown[0].size()) + "\n"));
-    unsigned long long count = 0;
-    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix + "none/", count));
-    EXPECT_TRUE(tree.FailureReason().EndsWith("cannot be written (No such file or directory)"));
-    ASSERT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0));
-    for (std::size_t level = 0; level < shown.size(); ++level) {
-        std::vector<double> heights;
-        for (const auto& point : folder.tree().pointsOf(level)) heights.push_back(point.z);
-        EXPECT_EQ(heights, shown[level]);
-    }
-    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix, count)) << "the points are gone";
-}
-
 TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
     testing::internal::CaptureStderr();
     EXPECT_THROW(VpcPointGrid3D(1.0, {0, 0, 0, 1, 1, 1}, 1ULL << 40, 1ULL << 40, 3),
