@@ -157,6 +157,18 @@ TEST_F(FailedRun, StopsWhereTheObserverSaysSo) {
     expectNothingChanged({"a.las"});
 }
 
+TEST_F(FailedRun, EndsWhenAScanVanishesBetweenItsPasses) {
+    const std::string a = smallScan(), b = folder_.file("b.las");
+    std::filesystem::copy_file(a, b);
+    Observer observer;
+    observer.stage = PrepareStage::AddPoints, observer.call = 1;
+    observer.act = [&] { return std::filesystem::remove(b); };
+    const auto result = prepare({a, b}, folder_.work(), folder_.output(), {}, &observer);
+    EXPECT_NE(result.message.find("gave 500000 points at first and 250000 when"), wxString::npos);
+    EXPECT_TRUE(result.message.EndsWith("b.las cannot be opened (No such file or directory)"));
+    expectNothingChanged({"a.las"});
+}
+
 TEST_F(FailedRun, TellsWhatWasThrownAtIt) {
     const std::string scan = smallScan(100);
     const auto messageOf = [&](std::function<bool()> thrower) {

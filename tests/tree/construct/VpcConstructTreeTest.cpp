@@ -125,6 +125,45 @@ TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
     }
 }
 
+TEST(ConstructTree, IsWrittenOnceAndFinishedOnly) {
+    for (const unsigned long long memory : {0ULL, 1ULL << 20}) {
+        const vpc::test::PrepareFolder folder;
+        VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 8, false, memory);
+        const VpcPoint3D point(0.5, 0.5, 0.5);
+        tree.AddPoints(&point, 1);
+        tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, 1, 1, 1));
+        for (int i = 0; i < 50; ++i) {
+            const VpcPoint3D p(0.02 * i, 0.5, 0.1);
+            tree.AddPoints(&p, 1);
+        }
+        const wxString output = vpc::test::toWx(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(std::filesystem::exists(folder.output()));
+        EXPECT_EQ(tree.FailureReason(), "The tree is not finished");
+        // The steps of the finishing and the finishing itself: whichever comes last does nothing.
+        ASSERT_TRUE(tree.BuildEndNodeList() && tree.PopulateParentNodes());
+        ASSERT_TRUE(tree.PopulateParentNodes() && tree.BuildEndNodeList() && tree.FinishAddData());
+        tree.setSubsampleType(Subsample_Random, false);
+        tree.AddPoints(&point, 1);
+        tree.Root()->AddPoint(point);
+        VpcConstructNode* leaf = tree.EndNodes().front();
+        leaf->SplitNode();
+        EXPECT_EQ(leaf->DropNodeLevel(), leaf);
+        EXPECT_EQ(tree.UntakenPoints(), 3U);
+        const auto largest = tree.actualMaxPointsPerNode();
+        ASSERT_TRUE(tree.CreateDiskTreeFile(output, 0)) << tree.FailureReason();
+        const std::string written = vpc::test::readBytes(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(tree.FinishAddData());
+        EXPECT_EQ(tree.FailureReason(), "The tree has been written");
+        EXPECT_EQ(vpc::test::readBytes(folder.output()), written);
+        const vpc::test::TreeFile file(written);
+        EXPECT_EQ(file.pointsOf(file.levels.size() - 1).size(), 50U);
+        EXPECT_TRUE(largest != 0 && tree.actualMaxPointsPerNode() == largest);
+        EXPECT_EQ(tree.Root()->PointsInAll(), file.levels[0][0].pointCount);
+    }
+}
+
 TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {
     testing::internal::CaptureStderr();
     EXPECT_THROW(VpcPointGrid3D(1.0, {0, 0, 0, 1, 1, 1}, 1ULL << 40, 1ULL << 40, 3),
