@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <limits>
 #include <optional>
 
@@ -10,14 +9,12 @@
 #include "platform/OdError.h"
 #include "platform/TreePreparePars.h"
 #include "support/ViewFixture.h"
-#include "tree/disk/VpcDiskTree.h"
 
 namespace vpc::test {
 
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
 class PcCorePointSetTest : public ViewTest {
 protected:
@@ -84,38 +81,19 @@ TEST_F(PcCorePointSetTest, StaysWithoutFileWhenThereIsNoneOrADamagedOne) {
 
 TEST_F(PcCorePointSetTest, SaysInTheLogWhyALoadFails) {
     const std::string whole = readBytes(folder.output());
-    const auto ofVersion8 = [&] { return '\10' + whole.substr(1); };
     const std::tuple<const char*, std::string, const char*> cases[] = {
         {"none.vpt", "", "does not exist as a file"},
-        {"60.vpt", whole.substr(0, 60), "is too short for a point tree file (60 bytes)"},
         {"130.vpt", whole.substr(0, 130), "is too short for a point tree file (130 bytes)"},
-        {"200.vpt", whole.substr(0, 200), "nodes in level 0, more than it has room for"},
-        {"points.vpt", whole.substr(0, whole.size() - 1), "ends before the points of node"},
-        {"8.vpt", ofVersion8(), " vpt version is 8 but software expects version 9"}};
-    const auto logOf = [&](const std::function<void()>& load) {
-        VpcLogger::Instance()->Open(toWx(folder.file("log.txt")));
-        load();
-        VpcLogger::Instance()->Close();
-        return readBytes(folder.file("log.txt"));
-    };
-    PcCoreProjectManager manager;
+        {"8.vpt", '\10' + whole.substr(1), " vpt version is 8 but software expects version 9"}};
     for (const auto& [file, bytes, why] : cases) {
         const std::string path = folder.file(file);
         if (!bytes.empty()) writeBytes(path, bytes);
-        const std::string expected = std::string("The point tree file ") + path;
-        const std::string sets = logOf([&] { loadError(toOd(path)); });
-        EXPECT_THAT(sets, testing::AllOf(HasSubstr(expected + ' '), HasSubstr(why))) << file;
-        const std::string managers =
-            logOf([&] { EXPECT_FALSE(manager.loadProjectFromFile(toWx(path))); });
-        EXPECT_THAT(managers, HasSubstr(expected + ' ')) << file;
-        EXPECT_THAT(managers, HasSubstr(bytes.empty() ? "cannot be opened (" : why)) << file;
+        VpcLogger::Instance()->Open(toWx(folder.file("log.txt")));
+        loadError(toOd(path));
+        VpcLogger::Instance()->Close();
+        EXPECT_THAT(readBytes(folder.file("log.txt")),
+                    testing::AllOf(HasSubstr("The point tree file " + path + ' '), HasSubstr(why)));
     }
-    EXPECT_THAT(logOf([&] { set.loadProjectFromFile(name()); }), Not(HasSubstr("point tree file")));
-    EXPECT_THAT(logOf([&] {
-                    VpcDiskTree& loaded = *project().tree();
-                    EXPECT_FALSE(loaded.CreateFromFile(toWx(folder.output())));
-                }),
-                HasSubstr("holds a file already"));
 }
 
 TEST_F(ViewTest, APointSetAnswersWithNothingBeforeALoad) {

@@ -8,12 +8,6 @@ using namespace vpc::test;
 
 namespace {
 
-std::vector<VpcPoint3D> corners(int count) {
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < count; ++i) points.emplace_back(i, -i, 0.5 * i);
-    return points;
-}
-
 class PlyIOTest : public testing::Test {
 protected:
     std::string written() const { return readBytes(file); }
@@ -47,23 +41,6 @@ TEST_F(PlyIOTest, WritesVerticesWithColoursAndEdges) {
               "-0.250000\t1000000.000000\t0.000000\t0\t0\t0\n0 1\n1 0\n");
 }
 
-TEST_F(PlyIOTest, WritesFacesAsTrianglesOfTheirFirstThree) {
-    const std::string head =
-        "ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\n"
-        "property float z\nelement face 2\nproperty list uchar int vertex_index\nend_header\n"
-        "0.000000\t0.000000\t0.000000\n";
-    EXPECT_TRUE(PlyIO::WriteVerticesFaces(corners(1), {{4, 5, 6, 7}, {1, 2}}, name));
-    EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
-    EXPECT_TRUE(PlyIO::WriteVerticesTriangles(corners(1), {{4, 5, 6}, {1, 2, 2}}, name));
-    EXPECT_EQ(written(), head + "3 4 5 6\n3 1 2 2\n");
-    EXPECT_TRUE(PlyIO::WriteCuboid(corners(8), name));
-    EXPECT_EQ(body(8),
-              "3 0 1 2,3 0 2 3,3 0 3 7,3 0 4 7,3 3 2 6,3 3 6 7,3 1 2 6,3 1 5 6,3 0 1 5,3 0 4 5,"
-              "3 4 5 6,3 4 6 7,");
-    EXPECT_TRUE(PlyIO::WritePlaneSegments({corners(2), corners(5), corners(3)}, name));
-    EXPECT_EQ(body(10), "3 2 3 4,3 2 4 5,3 2 5 6,3 7 8 9,");
-}
-
 TEST_F(PlyIOTest, WritesTheEdgesOfBoxesAndOfAFrustum) {
     EXPECT_TRUE(
         PlyIO::WriteAxisAlignedBoundingBoxes({{0, 0, 0, 1, 2, 3}, {5, 5, 5, 6, 6, 6}}, name));
@@ -80,13 +57,6 @@ TEST_F(PlyIOTest, WritesTheEdgesOfBoxesAndOfAFrustum) {
     EXPECT_EQ(body(0), vertices + vertexLine(VpcPoint3D(1, 2, 10)) +
                            vertexLine(VpcPoint3D(1, 2, 0)) +
                            "0 1,0 2,1 3,2 3,0 4,1 5,2 6,3 7,4 5,4 6,5 7,6 7,8 9,");
-}
-
-TEST_F(PlyIOTest, MergesMeshesByMovingTheirIndices) {
-    const auto mesh = PlyIO::MergeVerticesFacesList(
-        {{corners(3), {{0, 1, 2}}}, {{}, {}}, {corners(4), {{0, 1, 2, 3}, {3, 2, 1}}}});
-    EXPECT_EQ(mesh.second, (PlyIO::Faces{{0, 1, 2}, {3, 4, 5, 6}, {6, 5, 4}}));
-    EXPECT_TRUE(mesh.first.size() == 7 && mesh.first[5] == corners(3)[2]);
 }
 
 TEST_F(PlyIOTest, ReadsVerticesBack) {

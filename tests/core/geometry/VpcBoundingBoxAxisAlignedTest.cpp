@@ -70,25 +70,4 @@ TEST(VpcBoundingBoxAxisAligned, ContainsPoints) {
     }
 }
 
-TEST(VpcBoundingBoxAxisAligned, IntersectsRays) {
-    // One leaves from a side, one touches an edge, and the last passes: it leaves the y slab at 1,
-    // before it enters the x slab at 2.
-    const std::tuple<VpcPoint3D, VpcVector3D, bool, double> cases[] = {
-        {{-1, 0.5, 0.5}, {0.5, 0, 0}, true, 2},     {{2, 0.5, 0.5}, {1, 0, 0}, false, -1},
-        {{1, 0.5, 0.5}, {1, 0, 0}, true, -1},       {{-1, 1, 0.5}, {1, -1, 0}, true, 1},
-        {{0.5, 0.5, 0.25}, {0, 0, 1}, true, -0.25}, {{-1, -1, -1}, {1, 1, 1}, true, 1},
-        {{-2, 0, 0.5}, {1, 1, 0}, false, 1}};
-    for (const auto& [origin, direction, hit, expected] : cases) {
-        double t = 99;
-        EXPECT_EQ(Box(0, 0, 0, 1, 1, 1).Intersect(VpcLine3D(origin, direction), t), hit) << origin;
-        EXPECT_EQ(t, expected) << origin;
-    }
-}
-
-TEST(VpcBoundingBoxAxisAligned, OrdersProjectedPointsByXThenY) {
-    const VpcPoint3D left(0, 9, 0), low(1, 2, 0), high(1, 3, 0);
-    EXPECT_TRUE(sortProjPoints(left, low) && sortProjPoints(low, high));
-    EXPECT_FALSE(sortProjPoints(low, left) || sortProjPoints(high, low));
-}
-
 }  // namespace

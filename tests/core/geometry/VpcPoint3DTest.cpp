@@ -1,20 +1,14 @@
 #include "core/geometry/VpcPoint3D.h"
 
-#include <cmath>
-#include <limits>
-#include <sstream>
 #include <string>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
 #include "core/util/FileBufferStream.h"
-#include "support/LocaleGuard.h"
 #include "support/PointRecord.h"
 
 namespace {
-
-// --- Coordinates ---------------------------------------------------------------------------------
 
 TEST(VpcCoordinate3D, ComparesRoundedToThePrecision) {
     const auto equal = [](double a, double b) {
@@ -27,41 +21,6 @@ TEST(VpcCoordinate3D, ComparesRoundedToThePrecision) {
     EXPECT_TRUE(c.compareCoord(0.5, 1.4) && c.compareCoord(-0.5, -1.4)) << "away from zero";
     EXPECT_FALSE(c.compareCoord(0.4, 0.5));
 }
-
-TEST(VpcCoordinate3D, EveryConstructionButNoAssignmentResetsThePrecision) {
-    VpcPoint3D point;
-    VpcVector3D vector;
-    const auto resets = [](const auto& construct) {
-        VpcCoordinate3D::changePrecision(0.5);
-        construct();
-        return VpcCoordinate3D::sRoundFactor == 999999999.9999999;
-    };
-    EXPECT_TRUE(resets([] { VpcPoint3D(1, 2, 3); }) && resets([&] { VpcPoint3D copy(point); }));
-    EXPECT_TRUE(resets([&] { VpcVector3D copy(vector); }));
-    const VpcPoint3D otherPoint;
-    const VpcVector3D otherVector;
-    VpcCoordinate3D(1, 2, 3, 0.25);
-    point = otherPoint;
-    vector = otherVector;
-    EXPECT_EQ(VpcCoordinate3D::sRoundFactor, 4.0);
-}
-
-TEST(VpcCoordinate3D, HashesBitsWithBothZerosAlike) {
-    const auto hash = [](double x, double y, double z) {
-        return VpcCoordinate3D(x, y, z, 1e-9).ToHash();
-    };
-    // The mixing step with value 0 only multiplies the seed and adds: three times by hand.
-    const unsigned long long m = 0xc6a4a7935bd1e995ULL;
-    const unsigned long long c = 0xe6546b64ULL;
-    EXPECT_EQ(hash(0, 0, 0), (c * m + c) * m + c);
-    EXPECT_EQ(hash(0.0, -0.0, 0.0), hash(0, 0, 0));
-    EXPECT_NE(hash(1, 2, 3), hash(3, 2, 1));
-    // The smallest double has the bits of 1: k = m, k ^= k >> 47, k *= m, onto a seed of 0.
-    const unsigned long long first = (m ^ (m >> 47)) * m * m + c;
-    EXPECT_EQ(hash(std::numeric_limits<double>::denorm_min(), 0, 0), (first * m + c) * m + c);
-}
-
-// --- Points --------------------------------------------------------------------------------------
 
 /// Everything but the transient indices, as a record made by hand holds it.
 std::string recordOf(const VpcPoint3D& p) {
@@ -102,21 +61,6 @@ TEST(VpcPoint3D, SerializesRecordsOneAfterAnother) {
     VpcPoint3D back;
     EXPECT_EQ(back.DeSerialize(stream), 54U);
     EXPECT_EQ(recordOf(back), recordOf(p));
-}
-
-TEST(VpcPoint3D, TextHasADecimalPointInEveryLocale) {
-    for (const char* name : {"C", "de_DE.UTF-8"}) {
-        const vpc::test::LocaleGuard locale(name);
-        if (!locale.isSet()) continue;
-        EXPECT_EQ(VpcPoint3D(1, 2, 3).ToString(true), " ( 1.000000, 2.000000, 3.000000 ) ");
-        EXPECT_EQ(VpcVector3D(1234567, 0.1, -2.5).ToString(false), "1.23457e+06 0.1 -2.5");
-        std::ostringstream narrow;
-        narrow << VpcPoint3D(-0.5, 1234567.8901234, 1e-7) << '|' << VpcVector3D(1, 2, 3);
-        EXPECT_EQ(narrow.str(), "-0.500000\t1234567.890123\t0.000000|1 2 3");
-    }
-    const double infinity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(VpcVector3D(std::nan(""), -infinity, 3).ToString(true), " ( 0, 0, 3 ) ");
-    EXPECT_EQ(VpcPoint3D(1e308, 0, 0).ToString(false).length(), 309 + 7 + 2 * 9);
 }
 
 }  // namespace

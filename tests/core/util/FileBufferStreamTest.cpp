@@ -130,26 +130,6 @@ TEST_F(FileBufferStreamTest, WorksPastFourGibibytes) {
     EXPECT_EQ(stream.BufferReadUint64(), 42U);
 }
 
-TEST_F(FileBufferStreamTest, CursorValuesTakeTheirSize) {
-    std::array<char, 24> block{};
-    {
-        FileBufferStream writer;
-        writer.CreateInternalBuffer(100);
-        writer.AttachExternalBuffer(block.data(), block.size());
-        writer.BufferWriteChar('c');
-        writer.BufferWriteBool(true);
-        writer.BufferWriteInt16(-2);
-        writer.BufferWriteInt32(-3);
-        writer.BufferWriteUint64(~0ULL);
-        writer.BufferWriteDouble(0.1);
-    }
-    EXPECT_EQ(std::string(block.data(), 8), "c\1\xFE\xFF\xFD\xFF\xFF\xFF") << "still there";
-    stream.AttachExternalBuffer(block.data(), block.size());
-    stream.bufferCursor += 8;
-    EXPECT_EQ(stream.BufferReadUint64(), ~0ULL);
-    EXPECT_EQ(stream.BufferReadDouble(), 0.1);
-}
-
 TEST_F(FileBufferStreamTest, BlockReadsFillTheBufferWhichOnlyGrows) {
     std::string bytes(120, '\0');
     std::iota(bytes.begin(), bytes.end(), '\0');

@@ -1,7 +1,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
-#include <ctime>
 #include <limits>
 #include <regex>
 #include <string>
@@ -10,7 +9,6 @@
 #include <wx/datetime.h>
 
 #include "core/util/StringTools.h"
-#include "core/util/VpcDefinitions.h"
 #include "core/util/VpcLogger.h"
 #include "core/util/VpcTimer.h"
 #include "support/TempFolder.h"
@@ -39,23 +37,6 @@ TEST(StringTools, SplitsTextAndMakesUpNames) {
     EXPECT_EQ(StringTools::Split("a,,b", ","), (Tokens{"a", "", "b"}));
     EXPECT_EQ(StringTools::Split("a  b", " "), (Tokens{"a", "b"}));
     EXPECT_NE(StringTools::createGUID(), StringTools::createGUID());
-}
-
-TEST(VpcDefinitions, NamesValuesAsTheirEnumerators) {
-    wxString names;
-    for (int i = 0; i < 9; ++i)
-        names += VpcDefinitions::GetVpcColorScheme(static_cast<VpcColorScheme>(i)).substr(16);
-    for (int i = 0; i < 5; ++i)
-        names +=
-            VpcDefinitions::GetVpcStylizationType(static_cast<VpcStylizationType>(i)).substr(16);
-    for (int i = 0; i < 5; ++i)
-        names += VpcDefinitions::GetStringVpcDataFormat(static_cast<VpcDataFormat>(i)).substr(10);
-    for (int i = 0; i < 3; ++i)
-        names += VpcDefinitions::GetStringVpcTreeType(static_cast<VpcTreeType>(i)).substr(4);
-    EXPECT_EQ(names,
-              "ScanColorsSpectrumEarthHydroGrayRedsGreensBluesScanColors"
-              "SCANCOLORSELEVATIONINTENSITYNONESCANCOLORS"
-              "_Unknown_LAS_PTS_PTX_Unknown_Octree_KdTree_Symmetric_Octree");
 }
 
 // --- Time ----------------------------------------------------------------------------------------
