@@ -79,22 +79,6 @@ TEST_F(ViewCommandTest, ReportsWhatTheViewCameTo) {
     EXPECT_THAT(words, HasSubstr("of " + std::to_string(pointsOf.size()) + " (0 is the"));
 }
 
-TEST_F(ViewCommandTest, DrawsTheWholeCloudIntoThePicture) {
-    for (const std::string projection : {"--perspective", "--parallel"}) {
-        const ProgramResult result =
-            run("view t.vpt --image o.png --size 300x200 --stylization elevation " + projection);
-        EXPECT_EQ(result.out, "o.png: 300 x 200 pixels of 4000 points\n") << result.err;
-        Picture picture(read("o.png"));
-        EXPECT_GT(picture.count(picture.at(0, 0), true), 1500U) << "there are points";
-        // The rim is empty, and close to it there are points.
-        EXPECT_TRUE(picture.left > 0 && picture.right < 299);
-        EXPECT_TRUE(picture.top > 0 && picture.bottom < 199);
-        EXPECT_TRUE(picture.right - picture.left > 260 || picture.bottom - picture.top > 160);
-        EXPECT_NEAR(picture.middleColumn(), 150, 15);
-        EXPECT_NEAR(picture.middleRow(), 100, 15);
-    }
-}
-
 /// A scan of three points: the size of each is its distance from the scanner, which stands at
 /// (100, 200, 0). The red one is behind the blue one as seen from above, and larger.
 class ViewPictureTest : public ViewedTest {

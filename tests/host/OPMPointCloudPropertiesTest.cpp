@@ -84,22 +84,22 @@ TEST_F(OPMPointCloudPropertiesTest, ListsItsPropertiesInOrder) {
 }
 
 TEST_F(OPMPointCloudPropertiesTest, ReadsTheEntity) {
-    const OPMVariant expected[] = {none,
-                                   text(L"Point Cloud Entity"),
-                                   text(L"Nave"),
-                                   number(0),
-                                   number(0),
-                                   OPMVariant(1.0),
-                                   OPMVariant(2.0),
-                                   OPMVariant(3.0),
-                                   OPMVariant(0.5),
-                                   OPMVariant(4.0),
-                                   text(L"/scans/nave.vpt"),
-                                   OPMVariant(true),
-                                   OPMVariant(false),
-                                   OPMVariant(false),
-                                   OPMVariant(false)};
-    for (int id = 0; id < 15; ++id) EXPECT_EQ(value(id), expected[id]) << id;
+    const std::pair<int, OPMVariant> expected[] = {{0, none},
+                                                   {1, text(L"Point Cloud Entity")},
+                                                   {2, text(L"Nave")},
+                                                   {3, number(0)},
+                                                   {4, number(0)},
+                                                   {5, OPMVariant(1.0)},
+                                                   {6, OPMVariant(2.0)},
+                                                   {7, OPMVariant(3.0)},
+                                                   {8, OPMVariant(0.5)},
+                                                   {9, OPMVariant(4.0)},
+                                                   {10, text(L"/scans/nave.vpt")},
+                                                   {11, OPMVariant(true)},
+                                                   {12, OPMVariant(false)},
+                                                   {13, OPMVariant(false)},
+                                                   {14, OPMVariant(false)}};
+    for (const auto& [id, read] : expected) EXPECT_EQ(value(id), read) << id;
     for (const int id : {-1, 19, 1000}) EXPECT_EQ(value(id), none) << id;
 }
 

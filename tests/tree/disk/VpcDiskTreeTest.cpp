@@ -133,25 +133,6 @@ TEST_F(VpcDiskTreeTest, LoadsEveryNodeAsItStandsInTheFile) {
     EXPECT_FALSE(tree->CreateFromFile(toWx(path()))) << "loads once";
 }
 
-TEST_F(VpcDiskTreeTest, DecodesPointsWithTheLowByteOfEachColourAndASizeOfAtLeast1) {
-    TreeImage image({});
-    const double sizes[5][2] = {{0.5, 1}, {-1, 1}, {2.5, 2.5}, {1e300, 1e300}, {std::nan(""), 1}};
-    for (std::size_t i = 0; i < 5; ++i) {
-        const PointRecord p{
-            1.0 * static_cast<double>(i), 2.5, -3, 0x1FF, 0x280, 0xFF01, 0, sizes[i][0]};
-        p.bytes().copy(&image.bytes[image.nodes[3].block + 16 + 54 * i], 54);
-    }
-    ASSERT_TRUE(load(image.bytes));
-    Buffers buffers(7);
-    ASSERT_EQ(buffers.add(*tree->GetLevels()[2][0], 1, 7), 5U);
-    EXPECT_TRUE(buffers.isUntouched(0) && buffers.isUntouched(6));
-    for (std::size_t i = 0; i < 5; ++i) {
-        EXPECT_EQ(buffers.coords[i + 1], OdGePoint3d(static_cast<double>(i), 2.5, -3));
-        EXPECT_EQ(buffers.colours[i + 1].color(), 0xC3FF8001U);
-        EXPECT_EQ(buffers.sizes[i + 1], sizes[i][1]);
-    }
-}
-
 TEST_F(VpcDiskTreeTest, WritesNoMorePointsThanThereIsRoomFor) {
     TreeImage image({});
     ASSERT_TRUE(load(image.bytes));
