@@ -84,23 +84,15 @@ TEST_F(OPMPointCloudPropertiesTest, ListsItsPropertiesInOrder) {
 }
 
 TEST_F(OPMPointCloudPropertiesTest, ReadsTheEntity) {
-    const std::pair<int, OPMVariant> expected[] = {{0, none},
-                                                   {1, text(L"Point Cloud Entity")},
-                                                   {2, text(L"Nave")},
-                                                   {3, number(0)},
-                                                   {4, number(0)},
-                                                   {5, OPMVariant(1.0)},
-                                                   {6, OPMVariant(2.0)},
-                                                   {7, OPMVariant(3.0)},
-                                                   {8, OPMVariant(0.5)},
-                                                   {9, OPMVariant(4.0)},
-                                                   {10, text(L"/scans/nave.vpt")},
-                                                   {11, OPMVariant(true)},
-                                                   {12, OPMVariant(false)},
-                                                   {13, OPMVariant(false)},
-                                                   {14, OPMVariant(false)}};
-    for (const auto& [id, read] : expected) EXPECT_EQ(value(id), read) << id;
-    for (const int id : {-1, 19, 1000}) EXPECT_EQ(value(id), none) << id;
+    EXPECT_EQ(value(1), text(L"Point Cloud Entity"));
+    EXPECT_EQ(value(2), text(L"Nave"));
+    for (const int choice : {3, 4}) EXPECT_EQ(value(choice), number(0));
+    int id = 5;
+    for (const double expected : {1.0, 2.0, 3.0, 0.5, 4.0})
+        EXPECT_EQ(value(id++), OPMVariant(expected)) << id;
+    EXPECT_EQ(value(10), text(L"/scans/nave.vpt"));
+    for (int flag = 11; flag < 15; ++flag) EXPECT_EQ(value(flag), OPMVariant(flag == 11)) << flag;
+    for (const int other : {-1, 0, 19, 1000}) EXPECT_EQ(value(other), none) << other;
 }
 
 TEST_F(OPMPointCloudPropertiesTest, EditsAreReadBack) {

@@ -6,7 +6,6 @@
 #include "support/ViewFixture.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
-#include "view/NodeHeap.h"
 
 namespace vpc::test {
 namespace {
