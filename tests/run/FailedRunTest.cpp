@@ -251,10 +251,8 @@ TEST_F(FailedRun, CannotDoWithoutItsFolders) {
         const auto result = prepare({scan}, folder_.file(work), folder_.file(output));
         return (result.success ? "" : "failed: ") + result.message.utf8_string();
     };
-    const std::string none = " (No such file or directory)";
-    EXPECT_EQ(message("work/", "none/t.vpt"),
-              "failed: " + folder_.file("none/t.vpt") + " cannot be written" + none);
-    EXPECT_THAT(message("none/", "t.vpt"), testing::EndsWith("--points cannot be created" + none));
+    EXPECT_THAT(message("none/", "t.vpt"),
+                testing::EndsWith("--points cannot be created (No such file or directory)"));
     EXPECT_THAT(message("work/", "folder.vpt"), HasSubstr("folder.vpt is no regular file"));
     // With no separator at its end the working folder is the beginning of temporary files' names.
     EXPECT_THAT(message("missing/work", "t.vpt"), HasSubstr("missing/work"));

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "core/geometry/VpcInterval.h"
-#include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPlaneDef.h"
 #include "core/geometry/VpcSimplePointTools.h"
 #include "core/geometry/VpcTransform3D.h"
@@ -14,24 +12,6 @@ namespace {
 
 using std::numbers::pi;
 using vpc::test::joined;
-
-TEST(VpcInterval, KeepsItsBoundsInOrder) {
-    const auto after = [](auto change) {
-        VpcInterval interval(5, 2);
-        change(interval);
-        return joined(interval.min, interval.max);
-    };
-    EXPECT_EQ(after([](VpcInterval& i) { i.ReplaceMin(7); }), "5 7");
-    EXPECT_EQ(after([](VpcInterval& i) { i.ReplaceMax(1); }), "1 2");
-    EXPECT_EQ(after([](VpcInterval& i) { i.AddBoundary(-1); }), "2 5");
-    const VpcInterval low(0, 1), next(1, 2), across(0.5, 2);
-    EXPECT_TRUE(low.OverlapsHalfOpen(across) && across.OverlapsHalfOpen(low));
-    EXPECT_FALSE(low.OverlapsHalfOpen(next) || next.OverlapsHalfOpen(low));
-    EXPECT_TRUE(low.OverlapsClosed(next) && !low.OverlapsClosed({2, 3}));
-    // Where both begin together it is the other interval whose end counts.
-    EXPECT_FALSE(VpcInterval(0, 2).OverlapsHalfOpen({0, 0}));
-    EXPECT_EQ(VpcNumMathTools::RescaleRange(2, 1, 5, 10, 30), 15);
-}
 
 TEST(VpcPlaneDef, HasItsNormalAndItsDistance) {
     const VpcPlaneDef plane(VpcPoint3D(9, 4, -7), VpcVector3D(0, 5, 0));
