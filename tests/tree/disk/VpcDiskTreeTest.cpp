@@ -153,8 +153,7 @@ TEST_F(VpcDiskTreeTest, WritesNoMorePointsThanThereIsRoomFor) {
 
 TEST_F(VpcDiskTreeTest, DecodesOnlyTheRecordsThatAFileCutShortStillHas) {
     const vpc::test::PrepareFolder work;
-    vpc::test::writePts(work.scan("a.pts"), 7, {vpc::test::makeCloud({})});
-    vpc::test::prepare({work.scan("a.pts")}, work.work(), work.output(), {77, true, 300, 6});
+    work.prepareTree({vpc::test::makeCloud({})}, {77, true, 300, 6});
     const std::string whole = vpc::test::readBytes(work.output());
     for (const auto& [bytes, points] :
          std::vector<std::pair<Word, Word>>{{54 * 90, 90}, {54 * 80 + 53, 80}, {53, 0}, {0, 0}}) {
