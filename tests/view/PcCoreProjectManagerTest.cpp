@@ -6,6 +6,7 @@
 #include "support/ViewFixture.h"
 #include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
+#include "view/NodeHeap.h"
 
 namespace vpc::test {
 namespace {
@@ -208,6 +209,17 @@ TEST_F(PcCoreProjectManagerTest, TheDynamicSelectionRefinesAsFarAsTheBudgetAllow
         }
     }
     EXPECT_GT(sizes.size(), 5U);
+}
+
+TEST_F(PcCoreProjectManagerTest, TheNodeHeapGivesTheSparsestFirst) {
+    std::vector<VpcDiskNode*> heap;
+    for (VpcDiskNode* const node : project().tree()->GetLevels().back()) PushNode(heap, node);
+    const std::size_t size = heap.size();
+    for (const int none : {-1, static_cast<int>(size)}) PopNode(heap, none);
+    std::vector<double> densities;
+    for (; !heap.empty(); PopNode(heap, 0)) densities.push_back(heap.front()->density);
+    EXPECT_EQ(densities.size(), size);
+    EXPECT_TRUE(std::is_sorted(densities.begin(), densities.end()));
 }
 
 TEST_F(PcCoreProjectManagerTest, AViewWithoutExtentSelectsNothing) {

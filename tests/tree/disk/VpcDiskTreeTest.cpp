@@ -135,6 +135,7 @@ TEST_F(VpcDiskTreeTest, LoadsEveryNodeAsItStandsInTheFile) {
 
 TEST_F(VpcDiskTreeTest, WritesNoMorePointsThanThereIsRoomFor) {
     TreeImage image({});
+    image.patch(image.nodes[3].block + 16 + 24, std::array<std::uint16_t, 3>{0x1FF, 0x280, 0xFF01});
     ASSERT_TRUE(load(image.bytes));
     VpcDiskNode& node = *tree->GetLevels()[2][0];
     const Word unlimited = std::numeric_limits<Word>::max();
@@ -145,6 +146,7 @@ TEST_F(VpcDiskTreeTest, WritesNoMorePointsThanThereIsRoomFor) {
     for (const auto& [firstSlot, maxCount, capacity, written] : cases) {
         Buffers buffers(20);
         EXPECT_EQ(buffers.add(node, firstSlot, maxCount, capacity), written);
+        EXPECT_TRUE(written == 0 || buffers.colours[firstSlot].color() == 0xC3FF8001U);
         for (std::size_t slot = 0; slot < buffers.coords.size(); ++slot)
             EXPECT_EQ(buffers.isUntouched(slot), slot < firstSlot || slot >= firstSlot + written)
                 << firstSlot << ", slot " << slot;
