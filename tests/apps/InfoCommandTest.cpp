@@ -47,16 +47,9 @@ TEST_F(InfoCommandTest, TellsEverything) {
 TEST_F(InfoCommandTest, RefusesWhatItCannotRead) {
     expectFailure("info none.vpt", 1, "'none.vpt' cannot be read");
     expectFailure("info t.las", 1, "not named '.vpt'");
-    const auto expect = [&](const char* text) {
-        write("t.vpt", image.bytes);
-        expectFailure("info t.vpt", 1, text);
-    };
     image.patch(image.nodes[3].members[9], 1ULL << 60);
-    expect("ends within the record of node 0 of level 2");
-    image.bytes.resize(130);
-    expect("'t.vpt' is too short for a point tree file (130 bytes); get a complete copy");
-    image.patch(0, 8ULL);
-    expect("version is 8 but");
+    write("t.vpt", image.bytes);
+    expectFailure("info t.vpt", 1, "ends within the record of node 0 of level 2");
 }
 
 }  // namespace

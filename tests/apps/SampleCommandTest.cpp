@@ -40,13 +40,5 @@ TEST_F(SampleCommandTest, IsTheSameForTheSameSeed) {
     }
 }
 
-TEST_F(SampleCommandTest, ASignalLeavesNothing) {
-    ProgramRun endless("sample a.pts --points 2000000000", folder.path());
-    ASSERT_TRUE(ProgramRun::waitUntil([&] { return !folder.holdsOnly({}); }));
-    endless.send(SIGINT);
-    EXPECT_EQ(endless.wait().status, 130);
-    EXPECT_TRUE(folder.holdsOnly({}));
-}
-
 }  // namespace
 }  // namespace vpc::test

@@ -84,23 +84,15 @@ TEST_F(OPMPointCloudPropertiesTest, ListsItsPropertiesInOrder) {
 }
 
 TEST_F(OPMPointCloudPropertiesTest, ReadsTheEntity) {
-    const OPMVariant expected[] = {none,
-                                   text(L"Point Cloud Entity"),
-                                   text(L"Nave"),
-                                   number(0),
-                                   number(0),
-                                   OPMVariant(1.0),
-                                   OPMVariant(2.0),
-                                   OPMVariant(3.0),
-                                   OPMVariant(0.5),
-                                   OPMVariant(4.0),
-                                   text(L"/scans/nave.vpt"),
-                                   OPMVariant(true),
-                                   OPMVariant(false),
-                                   OPMVariant(false),
-                                   OPMVariant(false)};
-    for (int id = 0; id < 15; ++id) EXPECT_EQ(value(id), expected[id]) << id;
-    for (const int id : {-1, 19, 1000}) EXPECT_EQ(value(id), none) << id;
+    EXPECT_EQ(value(1), text(L"Point Cloud Entity"));
+    EXPECT_EQ(value(2), text(L"Nave"));
+    for (const int choice : {3, 4}) EXPECT_EQ(value(choice), number(0));
+    int id = 5;
+    for (const double expected : {1.0, 2.0, 3.0, 0.5, 4.0})
+        EXPECT_EQ(value(id++), OPMVariant(expected)) << id;
+    EXPECT_EQ(value(10), text(L"/scans/nave.vpt"));
+    for (int flag = 11; flag < 15; ++flag) EXPECT_EQ(value(flag), OPMVariant(flag == 11)) << flag;
+    for (const int other : {-1, 0, 19, 1000}) EXPECT_EQ(value(other), none) << other;
 }
 
 TEST_F(OPMPointCloudPropertiesTest, EditsAreReadBack) {

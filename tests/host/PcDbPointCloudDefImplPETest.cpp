@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdio>
 #include <memory>
-#include <optional>
 
 #include <gmock/gmock.h>
 
@@ -22,13 +21,13 @@ namespace fs = std::filesystem;
 using PcDbPointCloudDefImplPETest = ViewTest;
 using VpcPluginTest = ViewTest;
 
-/// The name of the file that loading ended at; nothing where none was loaded.
-std::optional<wxString> loadedName(PcDbPointCloudDefPE& extension, const std::string& fileName,
-                                   const std::string& referencePath) {
+/// The name of the file that loading ended at; empty where none was loaded.
+wxString loadedName(PcDbPointCloudDefPE& extension, const std::string& fileName,
+                    const std::string& referencePath) {
     PcDbPointCloudDef definition;
     auto* set = static_cast<PcCorePointSet*>(
         extension.loadProject(&definition, toOd(fileName), toOd(referencePath)));
-    if (set == nullptr) return std::nullopt;
+    if (set == nullptr) return {};
     const wxString name = StringTools::FromOdString(set->fileName());
     extension.cleanPointSet(set);
     return name;
@@ -56,8 +55,6 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
         std::string found;
     } cases[] = {
         {"scan.vpt", drawing, in + "/drawings/scan.vpt"},
-        {"./scan.vpt", drawing, in + "/drawings/scan.vpt"},
-        {"../scan.vpt", inOld, in + "/drawings/scan.vpt"},
         {"../../scan.vpt", inOld, in + "/scan.vpt"},
         {"old/../scan.vpt", drawing, in + "/drawings/scan.vpt"},
         {".hidden.vpt", drawing, in + "/drawings/.hidden.vpt"},
@@ -68,19 +65,16 @@ TEST_F(PcDbPointCloudDefImplPETest, FindsFilesBesideTheReference) {
         {"drawings/scan.vpt", "", in + "/drawings/scan.vpt"},
         {"scan.vpt", "drawings/a.drawing", "drawings/scan.vpt"},
         // Used as they stand.
-        {in + "/scan.vpt", drawing, in + "/scan.vpt"},
         {in + "/drawings/../scan.vpt", drawing, in + "/drawings/../scan.vpt"},
-    };
+        // Not there.
+        {"scan.vpt", inOld, ""},
+        {"scan", drawing, ""},
+        {"", drawing, ""},
+        {in + "/no.vpt", drawing, ""},
+        {"~nobody-at-all/a", "", ""}};
     PcDbPointCloudDefImplPE extension;
     for (const auto& c : cases)
         EXPECT_EQ(loadedName(extension, c.fileName, c.reference), toWx(c.found)) << c.fileName;
-    const std::array<std::string, 2> missing[] = {{"scan.vpt", inOld},
-                                                  {"scan", drawing},
-                                                  {"", drawing},
-                                                  {in + "/no.vpt", drawing},
-                                                  {"~nobody-at-all/a", ""}};
-    for (const auto& [fileName, reference] : missing)
-        EXPECT_EQ(loadedName(extension, fileName, reference), std::nullopt) << fileName;
     fs::current_path(currentBefore);
     setenv("HOME", home.c_str(), 1);
 }

@@ -25,18 +25,6 @@ protected:
     ScanSummary summary;
 };
 
-TEST_F(FileIoFactoryTest, TellsFormatsByTheirExtension) {
-    const std::pair<const char*, VpcDataFormat> cases[] = {
-        {"scan.las", DataFormat_LAS},     {"scan.LAS", DataFormat_LAS},
-        {"scan.Las", DataFormat_Unknown}, {"/a.las/b.pts", DataFormat_PTS},
-        {"b.las.PTS", DataFormat_PTS},    {"a.ptx", DataFormat_PTX},
-        {"a.PTX", DataFormat_PTX},        {"a.pTX", DataFormat_Unknown},
-        {"/a.las/b", DataFormat_Unknown}};
-    for (const auto& [name, format] : cases)
-        EXPECT_EQ(FileIoFactory::GetDataFormat(name), format) << name;
-    EXPECT_EQ(FileIoFactory::Create(DataFormat_Unknown, 5), nullptr);
-}
-
 TEST_F(FileIoFactoryTest, ColoursAre16BitFrom256On) {
     for (const std::string green : {"255", "256"}) {
         const wxString file = write("a.pts", "1\n0 0 0 900 0 " + green + " 0\n");

@@ -136,17 +136,4 @@ TEST_F(LasIOTest, AFileWithoutPointsStillFillsTheFirstElement) {
     EXPECT_EQ(describe(reader.pointBuffer[0]), "inf 0 0 / 0 0 0 / 0 / -1 / 1");
 }
 
-TEST_F(LasIOTest, CoordinatesThatAreNotFiniteAreCountedAndKeptOut) {
-    file.points.assign(6, {7, 0, 50, 0, 9});
-    file.points[0] = {0, 0, 50};
-    file.scale = {std::numeric_limits<double>::max(), 1, 1};
-    EXPECT_EQ(read(file).points.size(), 6u);
-    EXPECT_EQ(reader.nonFinitePoints, 5u);
-    EXPECT_EQ(extentOf(reader), "0 0 50 - 0 0 50");
-    EXPECT_EQ(reader.maxRed, 0);
-    file.offset[1] = std::nan("");
-    read(file);
-    EXPECT_EQ(joined(reader.nonFinitePoints, extentOf(reader)), "6 " + emptyExtent);
-}
-
 }  // namespace

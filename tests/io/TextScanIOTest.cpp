@@ -122,12 +122,6 @@ TEST_F(PtsIOTest, WritesColoursOrElevation) {
     EXPECT_EQ(readBytes(file),
               "2\n1.5 -1e-07 0 0 0 0 127.5\n123456.789 1e+20 10 255 131.484375 0 0\n");
     PtsIO::Write({low}, toWx(folder.path() / "none" / "a.pts"), false);
-    // More text than the writer and the scanner hold at once.
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 60000; ++i) points.emplace_back(i * 0.25, -i, 1e6 + i * 0.5);
-    PtsIO::Write(points, toWx(file), false);
-    PtsIO whole(7000);
-    EXPECT_TRUE(readAll(whole, file).points == points);
 }
 
 // --- PTX -----------------------------------------------------------------------------------------

@@ -97,29 +97,38 @@ TEST(SpilledTree, CanBeThinnedAnewEveryTime) {
                 bytesOf(modelled, modelled.levels.size() - 1));
 }
 
+// With point memory drawn samples are taken only while the tree file is written, and must be shown
+// all the same.
 TEST(SpilledTree, WritesTheNodesOfALevelForInspection) {
-    const Construction construction(CloudShape::Clusters, {1, true, 150, 8, true}, 255);
-    const TreeFile modelled(construction.modelled);
-    const auto tree = construction.tree(0);
-    const TempFolder folder;
-    for (std::size_t level = 0; level <= modelled.levels.size(); ++level) {
-        Word points = 1000, expected = 1000;
-        EXPECT_TRUE(tree->WriteNodePointsTreeAtLevel(level, toWx(folder.file("")), points));
+    for (const bool thinsByGrid : {true, false}) {
+        const Construction construction(CloudShape::Clusters, {1, true, 150, 8, thinsByGrid}, 255);
+        const TreeFile modelled(construction.modelled);
+        const auto tree = construction.tree(thinsByGrid ? 0 : 1U << 20U);
+        const TempFolder folder;
+        const wxString prefix = toWx(folder.file(""));
         // There is one level fewer than are asked for.
-        const std::size_t nodes =
-            level < modelled.levels.size() ? modelled.levels[level].size() : 0;
-        for (std::size_t n = 0; n < nodes; ++n) {
-            std::vector<VpcPoint3D> vertices;
-            for (const PointRecord& p : modelled.levels[level][n].points)
-                vertices.emplace_back(p.x, p.y, p.z, p.red, p.green, p.blue);
-            expected += vertices.size();
-            PlyIO::WriteVertices(vertices, toWx(folder.file("expected")));
-            const std::string name = "Level-" + std::to_string(level) + "-Node-" +
-                                     std::to_string(1000 + n).substr(1) + ".ply";
-            EXPECT_EQ(readBytes(folder.file(name)),
-                      vertices.empty() ? "" : readBytes(folder.file("expected")));
+        for (std::size_t level = 0; level <= modelled.levels.size(); ++level) {
+            Word points = 1000, expected = 1000;
+            EXPECT_TRUE(tree->WriteNodePointsTreeAtLevel(level, prefix, points));
+            const std::size_t nodes =
+                level < modelled.levels.size() ? modelled.levels[level].size() : 0;
+            for (std::size_t n = 0; n < nodes; ++n) {
+                std::vector<VpcPoint3D> vertices;
+                for (const PointRecord& p : modelled.levels[level][n].points)
+                    vertices.emplace_back(p.x, p.y, p.z, p.red, p.green, p.blue);
+                expected += vertices.size();
+                PlyIO::WriteVertices(vertices, toWx(folder.file("expected")));
+                const std::string name = "Level-" + std::to_string(level) + "-Node-" +
+                                         std::to_string(1000 + n).substr(1) + ".ply";
+                EXPECT_EQ(readBytes(folder.file(name)),
+                          vertices.empty() ? "" : readBytes(folder.file("expected")));
+            }
+            EXPECT_EQ(points, expected);
         }
-        EXPECT_EQ(points, expected);
+        Word points = 0;
+        EXPECT_FALSE(tree->WriteNodePointsTreeAtLevel(0, prefix + "none/", points));
+        EXPECT_TRUE(isTree(construction.written(tree), construction.modelled));
+        EXPECT_FALSE(tree->WriteNodePointsTreeAtLevel(0, prefix, points)) << "they are gone";
     }
 }
 

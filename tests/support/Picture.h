@@ -32,13 +32,12 @@ public:
     const Colour& at(std::size_t column, std::size_t row) const {
         return pixels_.at(row * width + column);
     }
-    /// How many pixels have that colour, or with `others` any other one; `left` to `bottom` become
-    /// the box around them.
-    std::size_t count(const Colour& colour, bool others = false) {
+    /// How many pixels have that colour; `left` to `bottom` become the box around them.
+    std::size_t count(const Colour& colour) {
         left = width, right = 0, top = height, bottom = 0;
         std::size_t found = 0;
         for (std::size_t i = 0; i < pixels_.size(); ++i) {
-            if ((pixels_[i] == colour) == others) continue;
+            if (pixels_[i] != colour) continue;
             ++found;
             left = std::min(left, i % width), right = std::max(right, i % width);
             top = std::min(top, i / width), bottom = std::max(bottom, i / width);

@@ -22,7 +22,8 @@ struct PointRecord {
     static constexpr std::size_t size = 54;
 
     double coordinate(std::size_t axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
-    bool isFinite() const { return std::isfinite(x) && std::isfinite(y) && std::isfinite(z); }
+    /// Whether the point has a place that a tree can hold.
+    bool isFinite() const { return std::abs(x) < 1e65 && std::abs(y) < 1e65 && std::abs(z) < 1e65; }
     void narrowColours() {
         red = static_cast<std::uint16_t>(red >> 8);
         green = static_cast<std::uint16_t>(green >> 8);

@@ -92,13 +92,6 @@ TEST_F(PcCoreVisibleNodeManagerTest, ResizesToEmptyBuffers) {
     load(1500);
     PcCoreVisibleNodeManager& manager = buffers();
     EXPECT_EQ(manager.capacity, 5'000'000U);
-    const OdGePoint3d* const before = manager.coordinates();
-    ASSERT_EQ(update(overview), 1500U);
-    for (const Word unchanged : {0U, 50U, 5'000'000U}) {
-        EXPECT_TRUE(manager.resizePointBuffer(unchanged));
-        EXPECT_EQ(manager.coordinates(), before);
-        EXPECT_EQ(manager.nrPointsInBuffer, 1500U);
-    }
     // No such memory: the wanted capacity is told, and the old buffers go on working.
     ASSERT_TRUE(manager.resizePointBuffer(100));
     std::vector<Word> refused = {~0ULL, ~0ULL / 24};

@@ -46,17 +46,6 @@ TEST_F(ReplacementFileTest, FollowsLinksAlsoToNamesThatDoNotExistYet) {
     EXPECT_EQ(Files(), 6U) << "nothing temporary is left";
 }
 
-TEST_F(ReplacementFileTest, LeavesEverythingAsItWasWithoutACommit) {
-    writeBytes(folder.file("old"), "older");
-    {
-        vpc::ReplacementFile file(toWx(folder.file("old")));
-        file.Write(std::string(3U << 20U, 'x'));
-        EXPECT_EQ(Files(), 2U);
-    }
-    EXPECT_EQ(readBytes(folder.file("old")), "older");
-    EXPECT_EQ(Files(), 1U);
-}
-
 /// The sentence of the failure that `work` ends with.
 template <class Work>
 std::string failureOf(const Work& work) {

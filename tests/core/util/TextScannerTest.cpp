@@ -111,15 +111,4 @@ TEST(TextScanner, AgreesWithFscanfAtTheBorderOfABlock) {
             compareWithFscanf(std::string(border - before, ' ') + item + " 5 6", "ffd");
 }
 
-TEST(TextScanner, DoesNotDependOnTheProcessLocale) {
-    const vpc::test::LocaleGuard locale("de_DE.UTF-8");
-    if (!locale.isSet()) GTEST_SKIP() << "no such locale";
-    // The second number is long enough for the general conversion.
-    const vpc::FileHandle file = openText("1.5 " + std::string(300, '0') + "2.25 3,5");
-    Scanner scanner(file.get());
-    std::array<double, 4> values{};
-    EXPECT_EQ(scanner.ScanDoubles(values.data(), 4), 3U);
-    EXPECT_EQ(values, (std::array{1.5, 2.25, 3.0, 0.0}));
-}
-
 }  // namespace

@@ -1,8 +1,7 @@
 #include "tree/construct/VpcConstructTree.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -24,55 +23,6 @@ TEST(DimensionRatios, DivideTheRootIntoAboutCubes) {
         {1, 1.50015, 1, {1, 2, 1}}, {1.50005, 1, 1.2, {2, 2, 2}}, {1.50005, 1.2, 1, {2, 1, 1}}};
     for (const auto& [x, y, z, ratios] : cases)
         EXPECT_TRUE(vpc::dimensionRatios(x, y, z) == ratios) << x << ' ' << y << ' ' << z;
-}
-
-class ConstructTreeTest : public testing::Test {
-protected:
-    using NodeFileList = std::vector<std::pair<std::string, std::uintmax_t>>;
-
-    /// Names in the working folder, without the tree's id, with their sizes in records.
-    NodeFileList nodeFiles() const {
-        NodeFileList files;
-        for (const auto& entry : std::filesystem::directory_iterator(folder.work()))
-            files.emplace_back(entry.path().filename().string().substr(tree.TreeId().length()),
-                               entry.file_size() / vpc::recordSize);
-        std::sort(files.begin(), files.end());
-        return files;
-    }
-
-    const vpc::test::PrepareFolder folder;
-    VpcConstructTree tree{vpc::test::toWx(folder.work()), Tree_Octree, 10, 5, false};
-};
-
-TEST_F(ConstructTreeTest, NodeFilesHoldWhatTheNodesHaveWritten) {
-    tree.InitializeRootNode({0, 0, 0, 8, 8, 8});
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 10; ++i)
-        points.push_back(pointAt(i % 2 == 0 ? 1.0 : 7.0, 1, 0.5 + i / 20.0));
-    tree.AddPoints(points.data(), 4);
-    tree.FlushBuffersToDisk(4);
-    EXPECT_EQ(nodeFiles(), NodeFileList{});
-    tree.AddPoints(&points[4], 1);  // half of the node's capacity is in the buffer
-    EXPECT_EQ(nodeFiles(), (NodeFileList{{"--0", 5}}));
-    tree.AddPoints(&points[5], 2);
-    tree.FlushBuffersToDisk(1);
-    EXPECT_EQ(nodeFiles(), (NodeFileList{{"--0", 7}}));
-    tree.AddPoints(&points[7], 3);  // the tenth point splits the root: five points a child
-    EXPECT_EQ(nodeFiles(), (NodeFileList{{"--0-0", 5}, {"--0-1", 5}}));
-    EXPECT_EQ(tree.Root()->Children()[1]->GetPointsFromDisk().at(2).z, points[5].z);
-
-    tree.InitializeRootNode({0, 0, 0, 8, 8, 8});  // a second root starts anew
-    tree.AddPoints(points.data(), 7);
-    tree.FlushBuffersToDisk(0);
-    EXPECT_EQ(nodeFiles(), (NodeFileList{{"--0", 7}}));
-    ASSERT_TRUE(tree.FinishAddData());
-    EXPECT_EQ(tree.PointsAdded(), 7U);
-}
-
-unsigned long long pointsIn(const VpcConstructTree::Level& level) {
-    unsigned long long count = 0;
-    for (const VpcConstructNode* node : level) count += node->PointsOnDisk();
-    return count;
 }
 
 // The tree remembers the leaf of the last point, and it may have become a parent since.
@@ -117,46 +67,52 @@ TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
             EXPECT_FALSE(leaf->Children().empty());
             tree.AddPoints(points.data(), 2);
             ASSERT_TRUE(tree.FinishAddData()) << tree.FailureReason();
-            EXPECT_EQ(pointsIn(tree.Levels().back()), name == std::string("AddPoint") ? 53U : 47U);
             EXPECT_EQ(tree.UntakenPoints(), 0U);
-            EXPECT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0))
-                << tree.FailureReason();
+            ASSERT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0));
+            const vpc::test::TreeFile file = folder.tree();
+            EXPECT_EQ(file.pointsOf(file.levels.size() - 1).size(),
+                      name == std::string("AddPoint") ? 53U : 47U);
         }
     }
 }
 
-// With point memory the samples are taken only while the tree file is written.
-TEST(ConstructTree, ShowsTheSamplesOfALevelBeforeTheyAreWritten) {
-    const vpc::test::PrepareFolder folder;
-    const wxString prefix = vpc::test::toWx(folder.file(""));
-    VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 5, false, 1U << 20U);
-    tree.setSubsampleType(Subsample_Random, false);
-    tree.InitializeRootNode({0, 0, 0, 8, 8, 8});
-    std::vector<VpcPoint3D> points;
-    for (int i = 0; i < 500; ++i) points.push_back(pointAt(i % 8, i % 7, i % 8 + i * 0.001));
-    tree.AddPoints(points.data(), points.size());
-    ASSERT_TRUE(tree.FinishAddData());
-    std::vector<std::vector<double>> shown;
-    for (std::size_t level = 0; level < tree.Levels().size(); ++level) {
-        unsigned long long count = 0;
-        EXPECT_TRUE(tree.WriteNodePointsTreeAtLevel(level, prefix, count));
-        EXPECT_EQ(count, pointsIn(tree.Levels()[level]));
-        auto& heights = shown.emplace_back();
-        for (VpcConstructNode* node : tree.Levels()[level])
-            for (const VpcPoint3D& point : node->GetPointsFromDisk()) heights.push_back(point.z);
+TEST(ConstructTree, IsWrittenOnceAndFinishedOnly) {
+    for (const unsigned long long memory : {0ULL, 1ULL << 20}) {
+        const vpc::test::PrepareFolder folder;
+        VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 10, 8, false, memory);
+        const VpcPoint3D point(0.5, 0.5, 0.5);
+        tree.AddPoints(&point, 1);
+        tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, 1, 1, 1));
+        for (int i = 0; i < 50; ++i) {
+            const VpcPoint3D p(0.02 * i, 0.5, 0.1);
+            tree.AddPoints(&p, 1);
+        }
+        const wxString output = vpc::test::toWx(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(std::filesystem::exists(folder.output()));
+        EXPECT_EQ(tree.FailureReason(), "The tree is not finished");
+        // The steps of the finishing and the finishing itself: whichever comes last does nothing.
+        ASSERT_TRUE(tree.BuildEndNodeList() && tree.PopulateParentNodes());
+        ASSERT_TRUE(tree.PopulateParentNodes() && tree.BuildEndNodeList() && tree.FinishAddData());
+        tree.setSubsampleType(Subsample_Random, false);
+        tree.AddPoints(&point, 1);
+        tree.Root()->AddPoint(point);
+        VpcConstructNode* leaf = tree.EndNodes().front();
+        leaf->SplitNode();
+        EXPECT_EQ(leaf->DropNodeLevel(), leaf);
+        EXPECT_EQ(tree.UntakenPoints(), 3U);
+        const auto largest = tree.actualMaxPointsPerNode();
+        ASSERT_TRUE(tree.CreateDiskTreeFile(output, 0)) << tree.FailureReason();
+        const std::string written = vpc::test::readBytes(folder.output());
+        EXPECT_FALSE(tree.CreateDiskTreeFile(output, 0));
+        EXPECT_FALSE(tree.FinishAddData());
+        EXPECT_EQ(tree.FailureReason(), "The tree has been written");
+        EXPECT_EQ(vpc::test::readBytes(folder.output()), written);
+        const vpc::test::TreeFile file(written);
+        EXPECT_EQ(file.pointsOf(file.levels.size() - 1).size(), 50U);
+        EXPECT_TRUE(largest != 0 && tree.actualMaxPointsPerNode() == largest);
+        EXPECT_EQ(tree.Root()->PointsInAll(), file.levels[0][0].pointCount);
     }
-    EXPECT_THAT(vpc::test::readBytes(folder.file("Level-0-Node-000.ply")),
-                testing::HasSubstr("vertex " + std::to_string(shown[0].size()) + "\n"));
-    unsigned long long count = 0;
-    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix + "none/", count));
-    EXPECT_TRUE(tree.FailureReason().EndsWith("cannot be written (No such file or directory)"));
-    ASSERT_TRUE(tree.CreateDiskTreeFile(vpc::test::toWx(folder.output()), 0));
-    for (std::size_t level = 0; level < shown.size(); ++level) {
-        std::vector<double> heights;
-        for (const auto& point : folder.tree().pointsOf(level)) heights.push_back(point.z);
-        EXPECT_EQ(heights, shown[level]);
-    }
-    EXPECT_FALSE(tree.WriteNodePointsTreeAtLevel(0, prefix, count)) << "the points are gone";
 }
 
 TEST(PointGrid, RefusesAGridBeyondMemoryAloud) {

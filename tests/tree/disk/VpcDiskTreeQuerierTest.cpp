@@ -58,18 +58,4 @@ TEST_F(VpcDiskTreeQuerierTest, FindsEveryMemberOfTheHeaderAndOfEveryNode) {
     }
 }
 
-TEST_F(VpcDiskTreeQuerierTest, TruncationsAndOverflowsLeadNowhere) {
-    write(image.bytes);
-    for (std::size_t length = image.bytes.size(); length-- > 0;) {
-        std::filesystem::resize_file(folder.file("tree.vpt"), length);
-        VpcDiskTreeQuerier querier(name());
-        EXPECT_EQ(querier.getOffsetPointData(), length < image.pointData() ? 0 : image.pointData());
-        EXPECT_EQ(querier.isOpen(), querier.fault().empty());
-        EXPECT_LE(querier.getOffsetHeaderMember(2, 0, OffsetHeaderChildEntries), length);
-    }
-    image.patch(image.nodes[0].members[8], 1ULL << 63);  // a product that overflows
-    write(image.bytes);
-    EXPECT_EQ(VpcDiskTreeQuerier(name()).getOffsetHeaderNode(1, 0), 0U);
-}
-
 }  // namespace
