@@ -59,8 +59,8 @@ unsigned long long wholeFields(unsigned long long bytes, int colourOffset) {
     };
     for (const unsigned long long end : {4ULL, 8ULL, 12ULL, plainRecordBytes}) count(end);
     if (colourOffset == 0) return whole;
-    for (const int channel : {2, 4, 6})
-        count(static_cast<unsigned long long>(colourOffset + channel));
+    for (const unsigned long long channel : {2ULL, 4ULL, 6ULL})
+        count(static_cast<unsigned long long>(colourOffset) + channel);
     return whole;
 }
 

@@ -35,7 +35,7 @@ Viewport Viewport::Parse(const std::string& text, const std::string& option) {
 
 namespace {
 /// Below this sine two directions count as the same one.
-constexpr double parallel = 1e-9;
+constexpr double parallelSine = 1e-9;
 }  // namespace
 
 CameraAxes::CameraAxes(const ViewCamera& camera)
@@ -56,7 +56,7 @@ VpcVector3D CameraAxes::UprightTo(const VpcVector3D& direction, const VpcVector3
     for (VpcVector3D candidate : {up, VpcVector3D(0, 1, 0), VpcVector3D(1, 0, 0)}) {
         candidate.Normalize();
         VpcVector3D upright = candidate - unit * candidate.Dot(unit);
-        if (!(upright.Magnitude() > parallel)) continue;
+        if (!(upright.Magnitude() > parallelSine)) continue;
         upright.Normalize();
         return upright;
     }
