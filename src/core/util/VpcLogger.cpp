@@ -1,5 +1,8 @@
 #include "core/util/VpcLogger.h"
 
+#include <cstddef>
+#include <new>
+
 #include <fcntl.h>
 
 #include <wx/log.h>
@@ -8,8 +11,10 @@
 #include "core/util/VpcTimer.h"
 
 VpcLogger* VpcLogger::Instance() {
-    // Never destroyed, so that code that runs while the process ends can still log.
-    static VpcLogger* const logger = new VpcLogger;  // NOLINT
+    // Never destroyed, so that whatever ends last may still log; and in static memory, of which
+    // nothing is left when a host unloads the plug-in.
+    alignas(VpcLogger) static std::byte memory[sizeof(VpcLogger)];
+    static VpcLogger* const logger = new (memory) VpcLogger;  // NOLINT
     return logger;
 }
 
