@@ -65,7 +65,7 @@ Pass measure(const wxString& file) {
     VpcBoundingBoxAxisAligned box;
     ScanSummary summary;
     wxString message;
-    FileIoFactory::DetermineIs16bitColor({file}, format, message);
+    static_cast<void>(FileIoFactory::DetermineIs16bitColor({file}, format, message));
     if (!FileIoFactory::DetermineMultipleBoundingBox({file}, format, box, message, &summary))
         return {};
     Pass pass{summary.points, summary.nonFinitePoints};
