@@ -13,8 +13,8 @@ namespace vpc {
 
 namespace {
 
-/// Points between two requests to begin the writing to the disk: some 32 MiB.
-constexpr unsigned long long pointsPerWriteBack = 600000;
+/// Points between two requests to begin the writing to the disk: some 128 MiB.
+constexpr unsigned long long pointsPerWriteBack = 2400000;
 
 PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
     const auto& grid = node.ChildrenPerAxis();
