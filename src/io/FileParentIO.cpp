@@ -25,6 +25,7 @@ FileParentIO::FileParentIO(unsigned long long capacity)
     : batchCapacity(capacity), points_(capacity) {
     pointBuffer = points_.data();
     EmptyExtent();
+    grid.reset();
 }
 
 void FileParentIO::EmptyExtent() {
@@ -35,6 +36,7 @@ void FileParentIO::EmptyExtent() {
 
 void FileParentIO::InitializeExtent(double x, double y, double z) {
     EmptyExtent();
+    grid.reset();
     if (VpcNumMathTools::AreCoordinates(x, y, z)) extentMin = extentMax = {x, y, z};
 }
 
@@ -57,6 +59,7 @@ void FileParentIO::BeginFile(const wxString& path) {
     errorMessage.clear();
     fileBytes_ = sizeOfFile(path);
     EmptyExtent();
+    grid.reset();
     nonFinitePoints = pointsWithoutValues = missingRecords = impossibleCount = 0;
 }
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <wx/string.h>
 
+#include "core/geometry/CoordinateGrid.h"
 #include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPoint3D.h"
 
@@ -111,6 +113,9 @@ public:
     /// The extent of the points read from the current file; the empty box where there are none.
     Corner extentMin;
     Corner extentMax;
+
+    /// The grid that the current file's coordinates lie on; none where the format has none.
+    std::optional<vpc::CoordinateGrid> grid;
 
     /// Points delivered from the current file that have a coordinate that is not finite.
     unsigned long long nonFinitePoints = 0;

@@ -191,6 +191,7 @@ VpcPoint3D* LasIO::initializeRead(wxString path) {
         fileBytes > offsetToPointData ? fileBytes - offsetToPointData : 0;
     blockBytes_ = std::min(bytesPerBatch, pointBytes);
     stream.CreateInternalBuffer(blockBytes_);
+    grid = vpc::CoordinateGrid{{scale.x, scale.y, scale.z}, {offset.x, offset.y, offset.z}};
     numberOfBatches = BatchesOf(numberOfPoints);
     pointsRead = 0;
     pointsRemaining = numberOfPoints;

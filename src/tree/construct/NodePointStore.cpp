@@ -1,19 +1,22 @@
 #include "tree/construct/NodePointStore.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "tree/construct/NodeFile.h"
 #include "tree/construct/NodePoints.h"
+#include "tree/construct/SpilledPoints.h"
 
 namespace vpc {
 
 namespace {
 
 constexpr unsigned long long blocksPerSlab = 256;
+/// A smaller budget would leave no room for the nodes of one split.
+constexpr unsigned long long fewestBlocks = 16;
 
 unsigned long long blocksWithin(unsigned long long budget) {
-    if (budget == 0) return 0;
-    // Below one slab there is nothing to gain, and a node needs a block of its own.
-    return std::max(budget / sizeof(RecordBlock), blocksPerSlab);
+    return budget == 0 ? 0 : std::max(budget / RecordBlock::size, fewestBlocks);
 }
 
 }  // namespace
@@ -25,14 +28,20 @@ NodePointStore::NodePointStore(unsigned long long budget, const std::string& spi
 
 NodePointStore::~NodePointStore() = default;
 
+std::unique_ptr<RestingPoints> NodePointStore::MakeRestingPoints(const std::string& path) {
+    if (WritesBehind()) return std::make_unique<SpilledPoints>(*this);
+    return std::make_unique<NodeFile>(*this, path);
+}
+
 RecordBlock* NodePointStore::Acquire(NodePoints& user) {
-    if (WritesBehind() && blocksInUse_ >= blockLimit_) WriteOutOldest();
+    if (WritesBehind() && blocksInUse_ >= blockLimit_) MakeRoom();
     if (free_ == nullptr) AddSlab();
     RecordBlock* block = free_;
     free_ = block->next;
     block->next = nullptr;
     ++blocksInUse_;
-    MoveToBack(user);
+    Unlink(user);
+    Enlist(user);
     return block;
 }
 
@@ -40,18 +49,6 @@ void NodePointStore::Release(RecordBlock* first, RecordBlock* last, unsigned lon
     last->next = free_;
     free_ = first;
     blocksInUse_ -= count;
-}
-
-void NodePointStore::Forget(NodePoints& user) {
-    if (user.listed_) Unlink(user);
-}
-
-NodePointStore::Scratch NodePointStore::TakeScratch() {
-    if (scratches_.empty())
-        return std::make_unique_for_overwrite<char[]>(scratchRecords * recordSize);
-    Scratch scratch = std::move(scratches_.back());
-    scratches_.pop_back();
-    return scratch;
 }
 
 void NodePointStore::AddSlab() {
@@ -62,26 +59,60 @@ void NodePointStore::AddSlab() {
     }
 }
 
-void NodePointStore::MoveToBack(NodePoints& user) {
-    if (newest_ == &user) return;
-    if (user.listed_) Unlink(user);
+void NodePointStore::Enlist(NodePoints& user) {
+    if (user.listed_) return;
     user.listed_ = true;
     user.older_ = newest_;
     user.newer_ = nullptr;
     (newest_ != nullptr ? newest_->newer_ : oldest_) = &user;
     newest_ = &user;
+    ++holders_;
+}
+
+void NodePointStore::Forget(NodePoints& user) {
+    Unlink(user);
+    user.countWhenSeen_ = 0;
 }
 
 void NodePointStore::Unlink(NodePoints& user) {
+    if (!user.listed_) return;
     (user.older_ != nullptr ? user.older_->newer_ : oldest_) = user.newer_;
     (user.newer_ != nullptr ? user.newer_->older_ : newest_) = user.older_;
     user.older_ = user.newer_ = nullptr;
     user.listed_ = false;
+    --holders_;
 }
 
-void NodePointStore::WriteOutOldest() {
+void NodePointStore::MakeRoom() {
+    // A scanner leaves a region for good: the node that has waited longest is finished. Points in
+    // random order keep all nodes growing: there the large ones are worth a write. So a small node
+    // that has grown since it was seen here last waits once more.
+    constexpr int mostSeen = 64;
+    NodePoints* largest = nullptr;
+    for (int seen = 0; seen < mostSeen && oldest_ != nullptr; ++seen) {
+        NodePoints& node = *oldest_;
+        if (node.blocks_ >= blocksWorthWriting || node.Count() == node.countWhenSeen_)
+            return node.WriteOut();
+        if (largest == nullptr || node.blocks_ > largest->blocks_) largest = &node;
+        node.countWhenSeen_ = node.Count();
+        Unlink(node);
+        Enlist(node);
+    }
     // Where no node is listed the blocks in use are those of a node that is being split.
-    if (oldest_ != nullptr) oldest_->WriteOut();
+    if (largest != nullptr) largest->WriteOut();
+}
+
+ScratchLoan::ScratchLoan(NodePointStore& store) : store_(store) {
+    if (store.scratches_.empty()) {
+        scratch_ = std::make_unique_for_overwrite<RecordBlock[]>(blocks);
+    } else {
+        scratch_ = std::move(store.scratches_.back());
+        store.scratches_.pop_back();
+    }
+}
+
+ScratchLoan::~ScratchLoan() {
+    store_.scratches_.push_back(std::move(scratch_));
 }
 
 }  // namespace vpc

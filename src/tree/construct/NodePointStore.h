@@ -5,23 +5,23 @@
 #include <string>
 #include <vector>
 
+#include "tree/construct/PointPacker.h"
 #include "tree/construct/RecordBlock.h"
 #include "tree/construct/SpillFile.h"
 
 namespace vpc {
 
 class NodePoints;
+class RestingPoints;
 
 /// The memory behind all nodes' points, shared by the nodes of one construction tree.
 ///
-/// Without a budget a node's buffered points go to the node's own file as soon as the node says
-/// so. With a budget the store keeps points in memory until they fill it and only then writes out
-/// the node that has waited longest, whole, to one file for all nodes: a few large writes in place
-/// of many small ones to thousands of files, whose making and removing would cost more than the
-/// writing.
+/// Without a budget, points leave memory when their node says so, to a file of the node's own. With
+/// a budget they stay until they fill it. Then the store writes all points of one node to the file
+/// for all nodes: few large writes in place of many small ones.
 class NodePointStore {
 public:
-    /// \param budget    bytes of points to keep in memory; 0 keeps none that a node wants written
+    /// \param budget    bytes of points to keep in memory; 0 leaves that to the nodes
     /// \param spillPath where to put the file for all nodes; not used without a budget. Throws
     ///                  vpc::IoError when it cannot be created
     NodePointStore(unsigned long long budget, const std::string& spillPath);
@@ -29,41 +29,75 @@ public:
     NodePointStore(const NodePointStore&) = delete;
     NodePointStore& operator=(const NodePointStore&) = delete;
 
-    /// True when the store, not the nodes, decides when points go to their files.
+    /// True when the store, not the nodes, decides when points leave memory.
     bool WritesBehind() const { return blockLimit_ != 0; }
+    /// The place for the points of a node that leave memory.
+    ///
+    /// \param path the file for that node, where there is no budget
+    std::unique_ptr<RestingPoints> MakeRestingPoints(const std::string& path);
+    /// True when so many nodes share the memory that each has only a thin share of it. Points that
+    /// go on to further nodes are then written over and over, a few at a time.
+    bool IsThinlySpread() const {
+        return WritesBehind() && holders_ * blocksWorthWriting > blockLimit_;
+    }
+    /// The most points, in blocks, that are worth reading back into memory at once.
+    unsigned long long BlocksToLoad() const { return blockLimit_ / 2; }
 
-    /// A block for `user`, taken from a node that was used less recently when the budget is spent.
-    /// Throws vpc::IoError when that node's points cannot be written.
+    /// A block for `user`. When the budget is spent, a node's points are written for it, perhaps
+    /// those of `user`. Throws vpc::IoError when they cannot be written.
     [[nodiscard]] RecordBlock* Acquire(NodePoints& user);
     /// Takes back a chain of blocks, of which `last` is the last one.
     void Release(RecordBlock* first, RecordBlock* last, unsigned long long count);
-    /// `user` holds no blocks any more.
+    /// `user` holds blocks that may be written out from now on, if it was not known to.
+    void Enlist(NodePoints& user);
+    /// The points of `user` are not to be written out any more.
     void Forget(NodePoints& user);
 
     /// The file for all nodes; only with a budget.
     SpillFile& Spill() { return *spill_; }
-
-    /// Space for `scratchRecords` records, to move points between memory and file in one piece.
-    static constexpr unsigned long long scratchRecords = 16384;
-    using Scratch = std::unique_ptr<char[]>;
-    Scratch TakeScratch();
-    void ReturnScratch(Scratch scratch) { scratches_.push_back(std::move(scratch)); }
+    PointPacker& Packer() { return packer_; }
+    const PointPacker& Packer() const { return packer_; }
 
 private:
+    friend class ScratchLoan;
+
+    /// A node with as many blocks is written out at once; one with fewer only when it has not
+    /// grown for long.
+    static constexpr unsigned long long blocksWorthWriting = 8;
+
     void AddSlab();
-    void MoveToBack(NodePoints& user);
     void Unlink(NodePoints& user);
-    void WriteOutOldest();
+    void MakeRoom();
 
     unsigned long long blockLimit_;
     std::optional<SpillFile> spill_;
+    PointPacker packer_;
     unsigned long long blocksInUse_ = 0;
     RecordBlock* free_ = nullptr;
     std::vector<std::unique_ptr<RecordBlock[]>> slabs_;
-    std::vector<Scratch> scratches_;
+    std::vector<std::unique_ptr<RecordBlock[]>> scratches_;
     /// The nodes that hold blocks, the one that asked for a block longest ago first.
     NodePoints* oldest_ = nullptr;
     NodePoints* newest_ = nullptr;
+    unsigned long long holders_ = 0;
+};
+
+/// Lends some blocks for reading, and gives them back to the store to be lent again: they are
+/// taken all the time, several at once where nodes are split within one another.
+class ScratchLoan {
+public:
+    static constexpr unsigned long long blocks = 64;
+
+    explicit ScratchLoan(NodePointStore& store);
+    ~ScratchLoan();
+    ScratchLoan(const ScratchLoan&) = delete;
+    ScratchLoan& operator=(const ScratchLoan&) = delete;
+
+    RecordBlock* Blocks() const { return scratch_.get(); }
+
+private:
+    NodePointStore& store_;
+    std::unique_ptr<RecordBlock[]> scratch_;
 };
 
 }  // namespace vpc

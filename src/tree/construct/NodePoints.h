@@ -1,90 +1,108 @@
 #pragma once
 
-#include <functional>
+#include <cstdint>
+#include <limits>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include "tree/construct/NodePointStore.h"
+#include "tree/construct/RestingPoints.h"
 
 namespace vpc {
 
-/// The points of one construction node: those written out, and behind them in order the records
-/// that are still in memory.
-///
-/// Points are written out to the node's temporary file, which holds serialised point records and
-/// nothing else and is removed with this object; or, where the store has a budget, to pieces of the
-/// store's file for all nodes.
+/// The points of one construction node: those that have left memory, and behind them in order those
+/// that are still there, packed in blocks.
 class NodePoints {
 public:
-    using Visitor = std::function<void(char* records, unsigned long long count)>;
+    using Visitor = RestingPoints::Visitor;
 
-    /// \param path the file's name as the system takes it; it is created by the first write
-    NodePoints(NodePointStore& store, std::string path);
-    ~NodePoints();
+    explicit NodePoints(NodePointStore& store) : store_(&store) {}
+    ~NodePoints() { Clear(); }
     NodePoints(const NodePoints&) = delete;
     NodePoints& operator=(const NodePoints&) = delete;
 
-    const std::string& Path() const { return path_; }
-    unsigned long long Count() const { return writtenOut_ + inMemory_; }
-    bool HasFile() const { return !file_.empty(); }
+    unsigned long long Count() const { return count_; }
+    /// How many of them have left memory.
+    unsigned long long Resting() const { return resting_; }
+    /// The blocks that all points take, roughly.
+    unsigned long long Blocks() const { return restingBlocks_ + blocks_; }
+    /// The node's own file; empty where it has none.
+    std::string File() const { return rest_ != nullptr ? rest_->File() : std::string(); }
 
-    /// Room for one more record at the end, to be filled by the caller at once.
-    char* Append() {
-        if (roomInTail_ == 0) AddBlock();
-        char* slot = cursor_;
-        cursor_ += recordSize;
-        --roomInTail_;
-        ++inMemory_;
-        return slot;
+    /// Adds a packed point, of which whole words can be read.
+    void Append(const char* record, unsigned format, unsigned size) {
+        if (room_ == 0 || format != tailFormat_ || size != tailStride_) AddBlock(format, size, 0);
+        copyPacked(Take(), record, size);
+    }
+    /// The same, with the number of its arrival, which is greater than those before it.
+    void Append(const char* record, unsigned format, unsigned size, unsigned long long arrival) {
+        using Offset = RecordBlock::ArrivalOffset;
+        const auto stride = static_cast<unsigned>(size + sizeof(Offset));
+        if (room_ == 0 || format != tailFormat_ || stride != tailStride_ ||
+            arrival - last_->firstArrival > std::numeric_limits<Offset>::max())
+            AddBlock(format, stride, arrival);
+        char* place = Take();
+        copyPacked(place, record, size);
+        const auto offset = static_cast<Offset>(arrival - last_->firstArrival);
+        std::memcpy(place + size, &offset, sizeof offset);
     }
 
-    /// Writes the records in memory out and frees their memory. The node's file is created even if
-    /// there are none. Throws vpc::IoError when they cannot be written; they then stay in memory,
-    /// and what was written out before stays, too.
-    void WriteOut();
+    /// Makes the points that are in memory rest, and frees their memory. The node's own file is
+    /// created even if there are none. Throws vpc::IoError when they cannot be written; they then
+    /// stay in memory, and those that rest already stay, too.
+    ///
+    /// \param path the node's own file, where nodes have files of their own
+    void WriteOut(const std::string& path = {});
 
-    /// Calls `visit` with all records in order, in pieces of at most
-    /// NodePointStore::scratchRecords; `visit` may change them. Throws vpc::IoError when what was
-    /// written out cannot be read whole.
+    /// Calls `visit` with all points in order. Meanwhile none of them leaves memory. Throws
+    /// vpc::IoError when those that rest cannot be read whole.
     void Visit(const Visitor& visit);
+    /// The same for the last time: on the way the room of what was visited is given back.
+    void VisitAndClear(const Visitor& visit);
 
-    /// Deletes what was written out and frees the memory; no points remain.
+    /// Removes all points.
     void Clear();
-    /// Frees the records in memory and keeps those written out.
+    /// Frees the points in memory and keeps those that rest.
     void ClearMemory();
-    /// Takes all points of `other`, which has none afterwards. The file keeps the name that it has
-    /// until it is renamed.
+    /// Takes all points of `other`, which has none afterwards. A file keeps the name that it has.
     void TakeOver(NodePoints& other);
-    /// Gives the file the name Path(), if there is a file. Throws vpc::IoError when that fails.
-    void RenameFile();
-    /// The same for a file whose name the caller knows.
-    void RenameFileFrom(const std::string& oldPath);
+    /// Renames the node's own file, if there is one, from `oldPath`. Throws vpc::IoError when that
+    /// fails.
+    void Rename(const std::string& oldPath, const std::string& newPath) {
+        if (rest_ != nullptr) rest_->Rename(oldPath, newPath);
+    }
 
 private:
     friend class NodePointStore;
 
-    void AddBlock();
-    void AppendToFile();
-    void AppendToSpill();
-    void RemoveWrittenOut();
-    void VisitFile(char* scratch, const Visitor& visit);
-    void VisitSpill(char* scratch, const Visitor& visit);
-    /// Calls `visit` with the records in memory, gathered in `scratch`.
-    void VisitMemory(char* scratch, const Visitor& visit);
+    char* Take() {
+        char* place = cursor_;
+        cursor_ += tailStride_;
+        --room_;
+        ++count_;
+        return place;
+    }
+    void AddBlock(unsigned format, unsigned stride, unsigned long long firstArrival);
+    /// Notes in the last block how many points it holds.
+    void CountTail();
+    void VisitMemory(const Visitor& visit);
 
-    NodePointStore* store_;
-    std::string path_;
-    /// The name that the file has; empty while there is none.
-    std::string file_;
-    bool listed_ = false;
-    unsigned roomInTail_ = 0;
-    unsigned long long writtenOut_ = 0;
-    unsigned long long inMemory_ = 0;
-    unsigned long long blocks_ = 0;
-    std::vector<SpillFile::Piece> pieces_;
+    // What is needed for every point comes first, to lie together.
     char* cursor_ = nullptr;
-    RecordBlock* first_ = nullptr;
+    unsigned room_ = 0;
+    unsigned tailFormat_ = 0;
+    unsigned tailStride_ = 1;
+    bool listed_ = false;
+    unsigned long long count_ = 0;
     RecordBlock* last_ = nullptr;
+    RecordBlock* first_ = nullptr;
+    unsigned long long blocks_ = 0;
+    unsigned long long resting_ = 0;
+    unsigned long long restingBlocks_ = 0;
+    /// Count() when the store last looked for points to write out.
+    unsigned long long countWhenSeen_ = 0;
+    NodePointStore* store_;
+    std::unique_ptr<RestingPoints> rest_;
     NodePoints* older_ = nullptr;
     NodePoints* newer_ = nullptr;
 };

@@ -163,6 +163,7 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
     reader.scanIndex = static_cast<int>(index);
     // A scan that fails here has no points remaining, which shows when the points are counted.
     if (reader.initializeRead(inputFiles_[index]) == nullptr) AddNote(reader.errorMessage);
+    tree.BeginScan(reader.grid);
     while (reader.pointsRemaining != 0) {
         const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
         const unsigned long long count = reader.nextPointBatch();
@@ -184,11 +185,15 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
 
 void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                                  VpcConstructTree& tree) {
-    for (const VpcPoint3D* point = points; point != points + count; ++point) {
-        if (VpcNumMathTools::AreCoordinates(point->x, point->y, point->z))
-            tree.AddPoints(point, 1);
-        else
-            ++nonFinitePoints_;
+    const auto isFinite = [](const VpcPoint3D& p) {
+        return VpcNumMathTools::AreCoordinates(p.x, p.y, p.z);
+    };
+    const VpcPoint3D* const end = points + count;
+    for (const VpcPoint3D* next = points; next != end;) {
+        const VpcPoint3D* const first = std::find_if(next, end, isFinite);
+        nonFinitePoints_ += static_cast<unsigned long long>(first - next);
+        next = std::find_if_not(first, end, isFinite);
+        tree.AddPoints(first, static_cast<unsigned long long>(next - first));
     }
 }
 

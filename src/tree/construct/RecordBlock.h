@@ -1,19 +1,58 @@
 #pragma once
 
-#include "core/geometry/VpcPoint3D.h"
+#include <cstdint>
+#include <cstring>
+
+#include "tree/construct/PointFormat.h"
 
 namespace vpc {
 
-/// Size of one serialised point, in bytes.
+/// Size of one point in the tree file, in bytes.
 inline constexpr unsigned long long recordSize = VpcPoint3D::SerializeDiskSize();
 
-/// Some point records in memory; a node's points are a chain of such blocks.
+/// Some packed points of one node and of one format, in memory as in the temporary file: a page.
+/// A node's points are a chain of such blocks.
+///
+/// Behind its fields a point may have the number of its arrival, less that of the block's first
+/// point.
 struct RecordBlock {
-    /// Makes a block about as large as a page of memory.
-    static constexpr unsigned long long capacity = 75;
+    static constexpr unsigned size = 4096;
+    using ArrivalOffset = std::uint32_t;
 
-    RecordBlock* next = nullptr;
-    char records[capacity * recordSize];
+    RecordBlock* next;
+    std::uint64_t firstArrival;
+    /// The format's number in the store.
+    std::uint32_t format;
+    std::uint16_t count;
+    /// Bytes from one point to the next.
+    std::uint16_t stride;
+    char records[size - 24];
+
+    /// Points are copied in whole words, so the last one may reach a little over its end.
+    static constexpr unsigned Capacity(unsigned stride) {
+        return static_cast<unsigned>((sizeof records - sizeof(std::uint64_t)) / stride);
+    }
+    /// Bytes in use, from the block's beginning.
+    unsigned UsedBytes() const {
+        return static_cast<unsigned>(size - sizeof records) + unsigned{count} * stride;
+    }
+    const char* Record(unsigned index) const { return records + std::size_t{index} * stride; }
+    bool HasArrivals(const PointFormat& itsFormat) const {
+        return stride != itsFormat.RecordSize();
+    }
+    unsigned long long Arrival(unsigned index, const PointFormat& itsFormat) const {
+        ArrivalOffset offset;
+        std::memcpy(&offset, Record(index) + itsFormat.RecordSize(), sizeof offset);
+        return firstArrival + offset;
+    }
 };
+static_assert(sizeof(RecordBlock) == RecordBlock::size);
+
+/// Copies a packed point, rounded up to whole words: some formats' sizes are odd, and a loop over
+/// words is faster than a call.
+inline void copyPacked(char* to, const char* from, unsigned bytes) {
+    for (unsigned done = 0; done < bytes; done += sizeof(std::uint64_t))
+        std::memcpy(to + done, from + done, sizeof(std::uint64_t));
+}
 
 }  // namespace vpc

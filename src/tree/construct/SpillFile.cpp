@@ -48,13 +48,14 @@ SpillFile::~SpillFile() {
     close(descriptor_);
 }
 
-SpillFile::Piece SpillFile::Write(std::vector<iovec>& parts) {
+unsigned long long SpillFile::Write(std::vector<iovec>& parts) {
     unsigned long long size = 0;
     for (const iovec& part : parts) size += part.iov_len;
-    const Piece piece = Allocate(size);
-    if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(piece.position)))
+    const unsigned long long position = end_;
+    if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(position)))
         Fail(wxGetTranslation("cannot be written"), errno);
-    return piece;
+    end_ += (size + alignment - 1) / alignment * alignment;
+    return position;
 }
 
 void SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
@@ -68,20 +69,16 @@ void SpillFile::Read(unsigned long long position, char* data, unsigned long long
     }
 }
 
-void SpillFile::Free(const Piece& piece) {
-    if (piece.size != 0) free_.emplace(piece.size, piece.position);
+void SpillFile::Free(unsigned long long position, unsigned long long size) {
+    const unsigned long long whole = (size + alignment - 1) / alignment * alignment;
+    if (givesBack_ && whole != 0)
+        givesBack_ =
+            fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
+                      static_cast<off_t>(position), static_cast<off_t>(whole)) == 0;
 }
 
-SpillFile::Piece SpillFile::Allocate(unsigned long long size) {
-    const auto fitting = free_.lower_bound(size);
-    if (fitting == free_.end()) {
-        end_ += size;
-        return {end_ - size, size};
-    }
-    const Piece whole{fitting->second, fitting->first};
-    free_.erase(fitting);
-    Free({whole.position + size, whole.size - size});
-    return {whole.position, size};
+void SpillFile::FailDamaged() const {
+    Fail(wxGetTranslation("does not give back what was written to it"), 0);
 }
 
 void SpillFile::Fail(const wxString& problem, int systemReason) const {

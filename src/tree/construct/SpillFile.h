@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -9,17 +8,15 @@
 
 namespace vpc {
 
-/// One temporary file for the points of all nodes, in pieces that are handed out and taken back.
+/// One temporary file for the points of all nodes, in pieces that are written once, one behind the
+/// other. The disk gets the room of a piece back as soon as the piece is freed.
 ///
 /// Once open, the file has no name any more, so that it disappears with the process, however that
 /// ends.
 class SpillFile {
 public:
-    /// A run of bytes in the file.
-    struct Piece {
-        unsigned long long position = 0;
-        unsigned long long size = 0;
-    };
+    /// Pieces begin at multiples of this, so that all of their room can be given back.
+    static constexpr unsigned long long alignment = 4096;
 
     /// Creates the file. This, Write and Read throw vpc::IoError when they fail.
     explicit SpillFile(const std::string& path);
@@ -27,22 +24,23 @@ public:
     SpillFile(const SpillFile&) = delete;
     SpillFile& operator=(const SpillFile&) = delete;
 
-    /// Writes the parts one after the other into a piece of their total size.
-    [[nodiscard]] Piece Write(std::vector<iovec>& parts);
+    /// Writes the parts one after the other, and returns where they begin.
+    [[nodiscard]] unsigned long long Write(std::vector<iovec>& parts);
     /// Reads `size` bytes from `position`.
     void Read(unsigned long long position, char* data, unsigned long long size) const;
-    /// Takes a piece back, to be handed out again.
-    void Free(const Piece& piece);
+    /// Gives the room of `size` bytes from `position` back. Where the file system cannot do that,
+    /// the file keeps its size until it is closed.
+    void Free(unsigned long long position, unsigned long long size);
+    /// Throws vpc::IoError for what the file gives back and nobody wrote.
+    [[noreturn]] void FailDamaged() const;
 
 private:
-    Piece Allocate(unsigned long long size);
     [[noreturn]] void Fail(const wxString& problem, int systemReason) const;
 
     std::string path_;
     int descriptor_;
     unsigned long long end_ = 0;
-    /// Free pieces by size.
-    std::multimap<unsigned long long, unsigned long long> free_;
+    bool givesBack_ = true;
 };
 
 }  // namespace vpc

@@ -1,124 +1,80 @@
 #include "tree/construct/VpcConstructNode.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
-#include <limits>
 #include <utility>
 
 #include <wx/translation.h>
 
-#include "core/geometry/VpcSimplePointTools.h"
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
+#include "core/util/ScopedValue.h"
+#include "tree/construct/Thinning.h"
 #include "tree/construct/VpcConstructTree.h"
-#include "tree/construct/VpcPointGrid3D.h"
-#include "tree/construct/VpcRandomSampler.h"
 
 namespace {
 
-constexpr unsigned long long noCell = std::numeric_limits<unsigned long long>::max();
 /// The most cells that the root's grid has along an axis.
 constexpr unsigned long long mostRootCells = 20;
-
-struct Coordinates {
-    double x, y, z;
-};
-
-Coordinates coordinatesOf(const char* record) {
-    static_assert(VpcPoint3D::recordOffsetX == 0 && VpcPoint3D::recordOffsetY == 8 &&
-                  VpcPoint3D::recordOffsetZ == 16);
-    Coordinates c;
-    std::memcpy(&c, record, sizeof c);
-    return c;
-}
-
-/// Sets `whole` to the number of the cell; false where it is none of the `count` cells.
-bool truncateToCell(double cell, unsigned long long count, unsigned long long& whole) {
-    // Truncation is toward zero, so the first cell begins just above -1.
-    if (!(cell > -1.0 && cell < static_cast<double>(count))) return false;
-    whole = static_cast<unsigned long long>(std::max(cell, 0.0));
-    return true;
-}
-
-std::array<unsigned long long, 3> countsOf(const VpcConstructNode::Triplet& grid) {
-    return {grid.first, grid.second, grid.third};
-}
-
-/// Where the cell begins, among `count` cells of width `cellSize` between `minimum` and `maximum`.
-/// The last cell ends where the node ends, so that rounding leaves no gap.
-double cellBoundary(double minimum, double maximum, double cellSize, unsigned long long count,
-                    unsigned long long cell) {
-    return cell == count ? maximum : minimum + static_cast<double>(cell) * cellSize;
-}
-
-/// Visits the cells of a grid, x fastest, then y, then z.
-template <class Visit>
-void forEachCell(const VpcConstructNode::Triplet& grid, const Visit& visit) {
-    for (unsigned long long iz = 0; iz < grid.third; ++iz)
-        for (unsigned long long iy = 0; iy < grid.second; ++iy)
-            for (unsigned long long ix = 0; ix < grid.first; ++ix) visit(ix, iy, iz);
-}
 
 }  // namespace
 
 VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileName,
                                    const VpcBoundingBoxAxisAligned& box, VpcConstructNode* parent,
                                    const Triplet& step, const Triplet& parentGrid)
-    : tree_(tree),
+    : cells_(box),
+      points_(tree->store_),
+      level_(parent != nullptr ? parent->level_ + 1 : 0),
+      tree_(tree),
       parent_(parent),
-      points_(tree->store_, FileTools::ToNativePath(fileName)),
-      minimum_{box.minPoint.x, box.minPoint.y, box.minPoint.z},
-      maximum_{box.maxPoint.x, box.maxPoint.y, box.maxPoint.z},
       step_(step),
       parentGrid_(parentGrid),
-      level_(parent != nullptr ? parent->level_ + 1 : 0) {
+      path_(FileTools::ToNativePath(fileName)) {
     tree_->RegisterNode(*this);
 }
 
 // --- Adding points -------------------------------------------------------------------------------
 
 void VpcConstructNode::AddPoint(const VpcPoint3D& point) {
-    VpcConstructNode* leaf = tree_->BeginChange() ? FindLeaf(point.x, point.y, point.z) : nullptr;
-    if (leaf != nullptr)
-        leaf->StoreInLeaf(point);
-    else
+    if (!tree_->BeginChange()) {
         ++tree_->untakenPoints_;
+        return;
+    }
+    ++tree_->arrivals_;
+    Place(point);
+}
+
+void VpcConstructNode::Place(const VpcPoint3D& point) {
+    VpcConstructNode* leaf = FindLeaf(point.x, point.y, point.z);
+    if (leaf == nullptr) {
+        ++tree_->untakenPoints_;
+        return;
+    }
+    const vpc::PackedPoints packed = tree_->store_.Packer().Pack(&point, 1);
+    leaf->StoreInLeaf(packed.records, packed.format, packed.recordSize);
 }
 
 VpcConstructNode* VpcConstructNode::FindLeaf(double x, double y, double z) {
+    if (children_.empty()) return this;
+    if (!Contains(x, y, z)) return nullptr;
     VpcConstructNode* node = this;
-    while (node != nullptr && !node->children_.empty()) node = node->ChildContaining(x, y, z);
+    do node = node->children_[node->cells_.CellHolding(x, y, z)].get();
+    while (!node->children_.empty());
     return node;
 }
 
-VpcConstructNode* VpcConstructNode::ChildContaining(double x, double y, double z) const {
-    const unsigned long long cell = CellOf(x, y, z);
-    if (cell < children_.size() && children_[cell]->Contains(x, y, z)) return children_[cell].get();
-    // Rounding may put a point just beside its cell: the boxes decide. No two of them overlap.
-    for (const auto& child : children_)
-        if (child->Contains(x, y, z)) return child.get();
-    return nullptr;
-}
-
-unsigned long long VpcConstructNode::CellOf(double x, double y, double z) const {
-    unsigned long long ix = 0;
-    unsigned long long iy = 0;
-    unsigned long long iz = 0;
-    if (!truncateToCell((x - minimum_[0]) / cellSize_[0], childrenPerAxis_.first, ix) ||
-        !truncateToCell((y - minimum_[1]) / cellSize_[1], childrenPerAxis_.second, iy) ||
-        !truncateToCell((z - minimum_[2]) / cellSize_[2], childrenPerAxis_.third, iz))
-        return noCell;
-    return ComputeNodeIndex(ix, iy, iz);
-}
-
 unsigned long long VpcConstructNode::ComputeNodeIndex(const VpcPoint3D& point) const {
-    return CellOf(point.x, point.y, point.z);
+    return cells_.NearCell(point.x, point.y, point.z);
 }
 
 unsigned long long VpcConstructNode::ComputeNodeIndex(unsigned long long ix, unsigned long long iy,
                                                       unsigned long long iz) const {
-    return (iz * childrenPerAxis_.second + iy) * childrenPerAxis_.first + ix;
+    return cells_.IndexOf({ix, iy, iz});
+}
+
+void VpcConstructNode::StoreInLeaf(const char* record, unsigned format, unsigned size) {
+    if (isFrozen_) return points_.Append(record, format, size, tree_->arrivals_);
+    points_.Append(record, format, size);
+    LeafHasGrown();
 }
 
 void VpcConstructNode::LeafHasGrown() {
@@ -130,7 +86,12 @@ void VpcConstructNode::LeafHasGrown() {
     cannotSplit_ = level_ >= tree_->maxLevel_ || !CanSplit();
     if (cannotSplit_) return;
     if (!tree_->store_.WritesBehind()) WriteBufferPointsToDisk();
-    SplitNode();
+    // A split reads back what has left memory, and it leaves memory again soon where each node has
+    // but a small share of it.
+    if (points_.Resting() != 0 && tree_->mayFreeze_ && tree_->store_.IsThinlySpread())
+        Freeze();
+    else
+        SplitNode();
 }
 
 bool VpcConstructNode::WriteBufferPointsToDisk() {
@@ -144,7 +105,7 @@ void VpcConstructNode::WriteBuffer() {
     const unsigned long long buffered = BufferedPoints();
     // With a budget the points stay in memory until the store wants room; they count as on disk
     // nevertheless.
-    if (!tree_->store_.WritesBehind()) points_.WriteOut();
+    if (!tree_->store_.WritesBehind()) points_.WriteOut(path_);
     pointsOnDisk_ += buffered;
 }
 
@@ -174,59 +135,27 @@ VpcConstructNode::Triplet VpcConstructNode::SplitGrid() const {
     return tree_->treeType_ == Tree_Octree ? SplitGridOct() : SplitGridKd();
 }
 
-void VpcConstructNode::SetChildGrid(const Triplet& grid) {
-    childrenPerAxis_ = grid;
-    cellSize_ = {Extent(0) / static_cast<double>(grid.first),
-                 Extent(1) / static_cast<double>(grid.second),
-                 Extent(2) / static_cast<double>(grid.third)};
-}
-
 void VpcConstructNode::ComputeNumberOfChildrenOct() {
     // Children that exist already lie in the grid that they were made for.
-    if (children_.empty()) SetChildGrid(SplitGridOct());
-}
-
-bool VpcConstructNode::CanSplit() const {
-    const auto counts = countsOf(SplitGrid());
-    for (unsigned axis = 0; axis < 3; ++axis) {
-        const double cellSize = Extent(axis) / static_cast<double>(counts[axis]);
-        double begin = minimum_[axis];
-        for (unsigned long long cell = 1; cell <= counts[axis]; ++cell) {
-            const double end =
-                cellBoundary(minimum_[axis], maximum_[axis], cellSize, counts[axis], cell);
-            if (!(begin < end)) return false;
-            begin = end;
-        }
-    }
-    return true;
+    if (children_.empty()) cells_.Cut(SplitGridOct());
 }
 
 void VpcConstructNode::CreateChildren() {
-    children_.reserve(childrenPerAxis_.first * childrenPerAxis_.second * childrenPerAxis_.third);
-    forEachCell(childrenPerAxis_,
-                [this](unsigned long long ix, unsigned long long iy, unsigned long long iz) {
-                    AddChild({ix, iy, iz}, ComputeNodeIndex(ix, iy, iz));
-                });
+    const Triplet counts = cells_.Counts();
+    children_.reserve(counts.first * counts.second * counts.third);
+    for (unsigned long long iz = 0; iz < counts.third; ++iz)
+        for (unsigned long long iy = 0; iy < counts.second; ++iy)
+            for (unsigned long long ix = 0; ix < counts.first; ++ix) AddChild({ix, iy, iz});
 }
 
-void VpcConstructNode::AddChild(const Triplet& cell, unsigned long long index) {
+void VpcConstructNode::AddChild(const Triplet& cell) {
     // This node is no leaf any more, so the next point must not go into it.
     tree_->lastLeaf_ = nullptr;
-    const auto counts = countsOf(childrenPerAxis_);
-    const auto cells = countsOf(cell);
-    Triple low;
-    Triple high;
-    for (unsigned axis = 0; axis < 3; ++axis) {
-        const auto boundary = [&](unsigned long long at) {
-            return cellBoundary(minimum_[axis], maximum_[axis], cellSize_[axis], counts[axis], at);
-        };
-        low[axis] = boundary(cells[axis]);
-        high[axis] = boundary(cells[axis] + 1);
-    }
-    const VpcBoundingBoxAxisAligned box(low[0], low[1], low[2], high[0], high[1], high[2]);
-    const wxString fileName = FileName() + "-" + wxString(std::to_string(index));
-    children_.push_back(
-        std::make_unique<VpcConstructNode>(tree_, fileName, box, this, cell, childrenPerAxis_));
+    wxString fileName;
+    if (!path_.empty())
+        fileName = FileName() + "-" + wxString(std::to_string(cells_.IndexOf(cell)));
+    children_.push_back(std::make_unique<VpcConstructNode>(tree_, fileName, cells_.BoxOf(cell), this,
+                                                           cell, cells_.Counts()));
 }
 
 void VpcConstructNode::SplitNode() {
@@ -244,34 +173,100 @@ void VpcConstructNode::SplitNodeKd(std::vector<VpcPoint3D>& points) {
 void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                                  unsigned long long skipped) {
     if (!children_.empty() || !tree_->BeginChange()) return;
-    // Hides the points from the store, which must not write them out when the children ask it for
-    // room.
-    vpc::NodePoints own(tree_->store_, points_.Path());
+    if (!isFrozen_) splitAt_ = tree_->arrivals_;
+    isFrozen_ = false;
+    // The children may ask for room, for which the points must not be written out meanwhile.
+    vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
     pointsOnDisk_ = 0;
-    SetChildGrid(grid);
+    cells_.Cut(grid);
     CreateChildren();
-    for (const VpcPoint3D& point : points) AddPoint(point);
+    const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
+    for (const VpcPoint3D& point : points) Place(point);
     if (points.size() < skipped) tree_->untakenPoints_ += skipped - points.size();
-    own.Visit([&](const char* records, unsigned long long count) {
-        const unsigned long long left = std::min(count, skipped);
-        skipped -= left;
-        DistributeRecords(records + left * vpc::recordSize, count - left);
-    });
+    own.VisitAndClear([&](const vpc::RecordBlock& block) { Distribute(block, skipped); });
 }
 
-void VpcConstructNode::DistributeRecords(const char* records, unsigned long long count) {
-    for (unsigned long long i = 0; i < count; ++i) {
-        const char* record = records + i * vpc::recordSize;
-        const auto [x, y, z] = coordinatesOf(record);
+void VpcConstructNode::Distribute(const vpc::RecordBlock& block, unsigned long long& skipped) {
+    const vpc::PointFormat& format = tree_->store_.Packer().Format(block.format);
+    const bool hasArrivals = block.HasArrivals(format);
+    const auto begin = static_cast<unsigned>(std::min<unsigned long long>(block.count, skipped));
+    skipped -= begin;
+    for (unsigned i = begin; i < block.count; ++i) {
+        const char* record = block.Record(i);
+        const auto [x, y, z] = format.CoordinatesOf(record);
+        if (hasArrivals) tree_->arrivals_ = block.Arrival(i, format);
         VpcConstructNode* leaf = FindLeaf(x, y, z);
-        if (leaf == nullptr) {
+        if (leaf != nullptr)
+            leaf->StoreInLeaf(record, block.format, format.RecordSize());
+        else
             ++tree_->untakenPoints_;
-            continue;
-        }
-        std::memcpy(leaf->points_.Append(), record, vpc::recordSize);
-        leaf->LeafHasGrown();
     }
+}
+
+// --- Frozen leaves -------------------------------------------------------------------------------
+
+void VpcConstructNode::Freeze() {
+    isFrozen_ = true;
+    splitAt_ = tree_->arrivals_;
+}
+
+unsigned long long VpcConstructNode::FrozenPoints() const {
+    unsigned long long points = isFrozen_ ? points_.Count() : 0;
+    for (const auto& child : children_) points += child->FrozenPoints();
+    return points;
+}
+
+void VpcConstructNode::ShapeFrozenLeaves(
+    const std::function<void(unsigned long long points)>& shaped) {
+    if (isFrozen_) {
+        const unsigned long long points = points_.Count();
+        // More points than memory takes are handed on for good. Some of the leaves that they reach
+        // may be frozen in their turn.
+        if (points_.Blocks() > tree_->store_.BlocksToLoad())
+            SplitNode();
+        else
+            return ShapeFrozenLeaf(), shaped(points);
+    }
+    for (const auto& child : children_) child->ShapeFrozenLeaves(shaped);
+}
+
+void VpcConstructNode::ShapeFrozenLeaf() {
+    const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
+    const vpc::ScopedValue mayFreeze(tree_->mayFreeze_, false);
+    cells_.Cut(SplitGrid());
+    CreateChildren();
+    unsigned long long skipped = 0;
+    points_.Visit([&](const vpc::RecordBlock& block) { Distribute(block, skipped); });
+    pointsOnDisk_ = 0;
+    for (const auto& child : children_) child->KeepCountsOnly();
+}
+
+void VpcConstructNode::KeepCountsOnly() {
+    pointsOnDisk_ = points_.Count();
+    points_.Clear();
+    for (const auto& child : children_) child->KeepCountsOnly();
+}
+
+void VpcConstructNode::SettleAll() {
+    SettlePoints();
+    for (const auto& child : children_) child->SettleAll();
+}
+
+void VpcConstructNode::SettlePoints() {
+    if (!HoldsPointsOfLeaves()) return;
+    isFrozen_ = false;
+    vpc::NodePoints own(tree_->store_);
+    own.TakeOver(points_);
+    own.VisitAndClear([this](const vpc::RecordBlock& block) {
+        const vpc::PointFormat& format = tree_->store_.Packer().Format(block.format);
+        for (unsigned i = 0; i < block.count; ++i) {
+            const auto [x, y, z] = format.CoordinatesOf(block.Record(i));
+            VpcConstructNode* leaf = FindLeaf(x, y, z);
+            if (leaf != nullptr)
+                leaf->points_.Append(block.Record(i), block.format, format.RecordSize());
+        }
+    });
 }
 
 // --- Finishing -----------------------------------------------------------------------------------
@@ -280,7 +275,7 @@ void VpcConstructNode::AddEndNodes() {
     for (const auto& child : children_) child->AddEndNodes();
     if (!children_.empty()) return;
     ++tree_->leafCount_;
-    if (points_.Count() == 0) {
+    if (PointsInAll() == 0) {
         ++tree_->emptyLeafCount_;
         return;
     }
@@ -290,19 +285,20 @@ void VpcConstructNode::AddEndNodes() {
 
 VpcConstructNode* VpcConstructNode::DropNodeLevel() {
     if (!children_.empty() || !tree_->BeginChange()) return this;
-    SetChildGrid({1, 1, 1});
-    AddChild({0, 0, 0}, 0);
+    cells_.Cut({1, 1, 1});
+    splitAt_ = tree_->arrivals_;
+    AddChild({0, 0, 0});
     VpcConstructNode* child = children_.back().get();
     child->points_.TakeOver(points_);
     child->pointsOnDisk_ = std::exchange(pointsOnDisk_, 0);
-    child->SetChildGrid({1, 1, 1});
+    child->cells_.Cut({1, 1, 1});
     if (child->BufferedPoints() != 0) tree_->AwaitFlush(*child);
     return child;
 }
 
 bool VpcConstructNode::DropFileName(const wxString& oldName) {
     return tree_->Succeeds([&] {
-        points_.RenameFileFrom(FileTools::ToNativePath(oldName));
+        points_.Rename(FileTools::ToNativePath(oldName), path_);
         return true;
     });
 }
@@ -312,32 +308,21 @@ void VpcConstructNode::ResetNodeAsParentLOD() {
     if (parent_ == nullptr) return;
     // The test is on the parent's file and the deletion on the node's own: splits leave parents
     // without a file, so the leaves' files survive this.
-    if (parent_->points_.HasFile()) RemoveDiskFile();
+    if (!parent_->points_.File().empty()) RemoveDiskFile();
     parent_->pointsOnDisk_ = 0;
 }
 
 void VpcConstructNode::UpdateMinDistances() {
     minDistance_ = ComputePointMinDistanceForLevel();
     if (parent_ == nullptr) return;
-    // The octree's factor is 3, although its cells double from level to level.
-    const double factor = tree_->treeType_ == Tree_Octree ? 3.0 : std::cbrt(3.0);
-    parent_->minDistance_ = minDistance_ * factor;
+    parent_->minDistance_ = minDistance_ * vpc::parentSpacingFactor(tree_->treeType_);
 }
 
 double VpcConstructNode::ComputePointMinDistanceForLevel() const {
     const auto levelsAboveDeepest =
         static_cast<int>(tree_->levels_.size()) - static_cast<int>(level_) - 1;
-    const double growth = tree_->treeType_ == Tree_Octree ? 2.0 : std::cbrt(2.0);
-    const double spacing = tree_->minimumPointDistance_ * std::pow(growth, levelsAboveDeepest);
-    const double shortest = std::min({Extent(0), Extent(1), Extent(2)});
-    const double wanted = std::min(shortest, spacing);
-    constexpr double mostCells = 400.0;
-    double largestCell = 0.0;
-    for (unsigned axis = 0; axis < 3; ++axis) {
-        const double cells = std::min(std::max(Extent(axis) / wanted, 1.0), mostCells);
-        largestCell = std::max(largestCell, Extent(axis) / cells);
-    }
-    return std::min(shortest, largestCell);
+    return vpc::levelSpacing(tree_->treeType_, tree_->minimumPointDistance_, levelsAboveDeepest,
+                             {Extent(0), Extent(1), Extent(2)});
 }
 
 void VpcConstructNode::PopulateParentLOD() {
@@ -362,33 +347,16 @@ void VpcConstructNode::PlanParentLOD(vpc::SamplePattern& pattern) {
 }
 
 void VpcConstructNode::SubsampleRandom(std::vector<VpcPoint3D>& in, std::vector<VpcPoint3D>& out) {
-    // Every node has its own sampler with the same seed, so that runs repeat.
-    VpcRandomSampler sampler(tree_->KeepFraction(), tree_->seedFromDevice_, 0);
-    for (const VpcPoint3D& point : in)
-        if (sampler.KeepNext()) out.push_back(point);
-    if (out.empty() && !in.empty()) out.push_back(in.front());
+    out = vpc::thinnedRandomly(in, vpc::keepFraction(tree_->treeType_), tree_->seedFromDevice_);
 }
 
 void VpcConstructNode::SubsampleGrid(std::vector<VpcPoint3D>& in, std::vector<VpcPoint3D>& out) {
-    VpcPoint3D lowest;
-    VpcPoint3D highest;
-    VpcSimplePointTools::DeterminePointsMinMaxPoints(in, lowest, highest);
-    VpcBoundingBoxAxisAligned box(lowest, highest);
-    double side = box.sortedSides.back().second;
-    for (const auto& [axis, length] : box.sortedSides) {
-        if (length <= 0.0) continue;
-        side = length;
-        break;
-    }
-    box.AddMargin(side / 5000);
-    const double spacing = parent_ != nullptr ? parent_->minDistance_ : minDistance_;
-    VpcPointGrid3D grid(spacing, box, spacing);
-    grid.FilterPoints(in);
-    out = grid.GetFilteredPoints(in);
+    out = vpc::thinnedByGrid(in, parent_ != nullptr ? parent_->minDistance_ : minDistance_);
 }
 
 void VpcConstructNode::AddPointFromChild(const VpcPoint3D& point, unsigned long long) {
-    point.ToRecord(points_.Append());
+    const vpc::PackedPoints packed = tree_->store_.Packer().Pack(&point, 1);
+    points_.Append(packed.records, packed.format, packed.recordSize);
 }
 
 std::vector<VpcPoint3D> VpcConstructNode::GetPointsFromDisk() {
@@ -415,12 +383,23 @@ std::vector<VpcPoint3D> VpcConstructNode::SamplesFromBelow() const {
 
 void VpcConstructNode::VisitRecords(
     const std::function<void(char* records, unsigned long long count)>& visit) {
+    for (VpcConstructNode* node = parent_; node != nullptr; node = node->parent_)
+        node->SettlePoints();
+    char* const records = tree_->RecordBuffer();
     unsigned long long left = pointsOnDisk_;
-    points_.Visit([&](char* records, unsigned long long count) {
-        const unsigned long long onDisk = std::min(count, left);
-        if (onDisk != 0) visit(records, onDisk);
-        left -= onDisk;
+    unsigned long long gathered = 0;
+    const auto passOn = [&] {
+        if (gathered != 0) visit(records, std::exchange(gathered, 0));
+    };
+    points_.Visit([&](const vpc::RecordBlock& block) {
+        const auto count = std::min<unsigned long long>(block.count, left);
+        if (gathered + count > VpcConstructTree::recordsInBuffer) passOn();
+        tree_->store_.Packer().Format(block.format).Unpack(
+            block.records, block.stride, count, records + gathered * vpc::recordSize);
+        gathered += count;
+        left -= count;
     });
+    passOn();
     if (left != 0) throw vpc::IoError(FileName(), wxGetTranslation("no longer holds its points"));
 }
 
@@ -431,11 +410,13 @@ void VpcConstructNode::RemoveDiskFile() {
 // --- What it holds -------------------------------------------------------------------------------
 
 wxString VpcConstructNode::FileName() const {
-    return FileTools::FromNativePath(points_.Path());
+    return FileTools::FromNativePath(path_);
 }
 
 VpcBoundingBoxAxisAligned VpcConstructNode::Box() const {
-    return {minimum_[0], minimum_[1], minimum_[2], maximum_[0], maximum_[1], maximum_[2]};
+    const Triple& low = Minimum();
+    const Triple& high = Maximum();
+    return {low[0], low[1], low[2], high[0], high[1], high[2]};
 }
 
 std::vector<VpcConstructNode::Triplet> VpcConstructNode::NodeId() const {

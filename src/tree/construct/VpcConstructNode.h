@@ -10,27 +10,31 @@
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/geometry/VpcPoint3D.h"
 #include "core/geometry/VpcTriplet.h"
+#include "tree/construct/CellGrid.h"
 #include "tree/construct/NodePoints.h"
 #include "tree/construct/SamplePattern.h"
 
 class VpcConstructTree;
 
-/// One node of the tree under construction: a box, its points (in memory and in a temporary file,
-/// the node's own or all nodes' common one) and, once it has split, its children.
+/// One node of the tree under construction: a box, its points and, once it has split, its children.
 ///
-/// While points are added only leaves hold points; a split hands them on to the children. The
-/// tree's finishing then pushes the leaves down to the deepest level and fills the levels above
-/// with thinned copies; from then on the node takes no points and gets no children.
+/// While points are added only leaves hold points; a split hands them on to the children. With point
+/// memory a full leaf may instead be frozen: it stays a leaf, takes all further points of its box
+/// and notes when they arrive. What its splits would have been is found out afterwards, alone and
+/// in memory: they depend on the points' arrival only. The tree's finishing then pushes the leaves
+/// down to the deepest level and fills the levels above with thinned copies; from then on the node
+/// takes no points and gets no children.
 ///
 /// When a temporary file fails, functions that cannot return the failure throw vpc::IoError.
 class VpcConstructNode {
 public:
-    using Triplet = VpcTriplet<unsigned long long>;
-    using Triple = std::array<double, 3>;
+    using Triplet = vpc::CellGrid::Triplet;
+    using Triple = vpc::CellGrid::Triple;
 
     /// Registers the node in its level of the tree.
     ///
-    /// \param fileName       path of the node's temporary file
+    /// \param fileName       path of the node's temporary file; empty where the points of all nodes
+    ///                       share one
     /// \param parent         null for the root
     /// \param step           the node's cell in its parent's grid; 0, 0, 0 for the root
     /// \param parentGrid     the parent's children per axis; 1, 1, 1 for the root
@@ -49,10 +53,7 @@ public:
     /// takes every point itself.
     VpcConstructNode* FindLeaf(double x, double y, double z);
     /// Minimum inclusive, maximum exclusive: neighbours share no point.
-    bool Contains(double x, double y, double z) const {
-        return minimum_[0] <= x && x < maximum_[0] && minimum_[1] <= y && y < maximum_[1] &&
-               minimum_[2] <= z && z < maximum_[2];
-    }
+    bool Contains(double x, double y, double z) const { return cells_.Contains(x, y, z); }
 
     /// Appends the buffered points to the node's file, which is created if need be, and frees their
     /// memory. False when the file cannot be written; the points then stay in the buffer. While
@@ -84,6 +85,14 @@ public:
 
     // --- While the tree is finished -----------------------------------------------------------
 
+    /// Finds the nodes that the frozen leaves below this node would have split into, and counts
+    /// their points. The points themselves stay with the leaf that was frozen, until they are asked
+    /// for. `shaped` is called with the number of points of every such leaf.
+    void ShapeFrozenLeaves(const std::function<void(unsigned long long points)>& shaped);
+    /// Hands the points of all leaves below that were frozen on to the leaves that they became.
+    void SettleAll();
+    /// The points of the frozen leaves below this node.
+    unsigned long long FrozenPoints() const;
     /// Counts the leaves below this node in the tree and lists those that hold points.
     void AddEndNodes();
     /// Gives this leaf one child with the same box, to which its points go, and returns it. A node
@@ -120,15 +129,15 @@ public:
 
     wxString FileName() const;
     VpcBoundingBoxAxisAligned Box() const;
-    const Triple& Minimum() const { return minimum_; }
-    const Triple& Maximum() const { return maximum_; }
+    const Triple& Minimum() const { return cells_.Minimum(); }
+    const Triple& Maximum() const { return cells_.Maximum(); }
     /// The box's extent along an axis (0 x, 1 y, 2 z).
-    double Extent(unsigned axis) const { return maximum_[axis] - minimum_[axis]; }
+    double Extent(unsigned axis) const { return cells_.Extent(axis); }
     unsigned long long Level() const { return level_; }
     VpcConstructNode* Parent() const { return parent_; }
     const std::vector<std::unique_ptr<VpcConstructNode>>& Children() const { return children_; }
-    const Triplet& ChildrenPerAxis() const { return childrenPerAxis_; }
-    const Triple& CellSize() const { return cellSize_; }
+    const Triplet& ChildrenPerAxis() const { return cells_.Counts(); }
+    const Triple& CellSize() const { return cells_.CellSize(); }
     /// The cells on the path from the root, whose own is 0, 0, 0, down to this node.
     std::vector<Triplet> NodeId() const;
     /// The grids that those cells belong to; the root's own is 1, 1, 1.
@@ -136,6 +145,9 @@ public:
     unsigned long long PointsOnDisk() const { return pointsOnDisk_; }
     /// Points in the buffer and on disk.
     unsigned long long PointsInAll() const { return pointsOnDisk_ + BufferedPoints(); }
+    /// The number of the point that filled the node, counted as they arrived; only of a node that
+    /// has split.
+    unsigned long long SplitAt() const { return splitAt_; }
     double MinDistance() const { return minDistance_; }
 
     /// Where the node stands in the tree file that is being written: its record and its block.
@@ -144,52 +156,58 @@ public:
 
 private:
     unsigned long long BufferedPoints() const {
+        if (HoldsPointsOfLeaves()) return 0;
         // Points on disk are counted before they are sampled, and after their file is gone.
         return points_.Count() > pointsOnDisk_ ? points_.Count() - pointsOnDisk_ : 0;
     }
+    /// True between ShapeFrozenLeaves and SettlePoints of a leaf that was frozen.
+    bool HoldsPointsOfLeaves() const { return isFrozen_ && !children_.empty(); }
+    /// Puts the point into the leaf below this node that takes it, if one does.
+    void Place(const VpcPoint3D& point);
     /// WriteBufferPointsToDisk for callers that pass the failure on: throws vpc::IoError.
     void WriteBuffer();
-    /// Appends a point to this leaf, and splits the leaf when that fills it.
-    void StoreInLeaf(const VpcPoint3D& point) {
-        point.ToRecord(points_.Append());
-        LeafHasGrown();
-    }
+    /// Appends a packed point to this leaf, and splits or freezes the leaf when that fills it.
+    void StoreInLeaf(const char* record, unsigned format, unsigned size);
     void LeafHasGrown();
-    /// False where a coordinate's precision cannot tell the cells of a split apart, or where the
-    /// children would have no extent along an axis and so take no point.
-    bool CanSplit() const;
+    /// Keeps the full leaf whole for the time being.
+    void Freeze();
+    bool CanSplit() const { return cells_.CanBeCut(SplitGrid()); }
     /// The grid that a split of this node would make.
     Triplet SplitGrid() const;
     Triplet SplitGridOct() const;
     Triplet SplitGridKd() const;
-    void SetChildGrid(const Triplet& grid);
     void CreateChildren();
     /// Gives new children `points` and then the node's own points without the first `skipped`.
     void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                    unsigned long long skipped);
-    void AddChild(const Triplet& cell, unsigned long long index);
-    VpcConstructNode* ChildContaining(double x, double y, double z) const;
-    unsigned long long CellOf(double x, double y, double z) const;
-    void DistributeRecords(const char* records, unsigned long long count);
+    void AddChild(const Triplet& cell);
+    /// Passes the block's points without the first `skipped`, which are counted down, on to the
+    /// leaves below.
+    void Distribute(const vpc::RecordBlock& block, unsigned long long& skipped);
+    void ShapeFrozenLeaf();
+    void SettlePoints();
+    /// Counts the points in memory below this node as if they were on disk, and forgets them.
+    void KeepCountsOnly();
     std::vector<VpcPoint3D> SamplesFromBelow() const;
 
-    VpcConstructTree* tree_;
-    VpcConstructNode* parent_;
+    // What is needed for every point comes first, to lie together.
+    vpc::CellGrid cells_;
+    std::vector<std::unique_ptr<VpcConstructNode>> children_;
     vpc::NodePoints points_;
-    unsigned long long pointsOnDisk_ = 0;
-    Triple minimum_;
-    Triple maximum_;
-    Triple cellSize_{};
-    Triplet childrenPerAxis_{0, 0, 0};
-    Triplet step_;
-    Triplet parentGrid_;
-    unsigned level_;
+    bool isFrozen_ = false;
     /// The leaf was full and could not split, so it grows.
     bool cannotSplit_ = false;
     /// The tree looks at this node's buffer at its next flush.
     bool awaitsFlush_ = false;
-    std::vector<std::unique_ptr<VpcConstructNode>> children_;
+    unsigned level_;
+    VpcConstructTree* tree_;
+    VpcConstructNode* parent_;
+    unsigned long long pointsOnDisk_ = 0;
+    unsigned long long splitAt_ = 0;
+    Triplet step_;
+    Triplet parentGrid_;
     double minDistance_ = 0.0;
+    std::string path_;
 
     friend class VpcConstructTree;
 };

@@ -13,6 +13,7 @@
 #include "io/PlyIO.h"
 #include "io/TextFileWriter.h"
 #include "tree/construct/PointTreeFileWriter.h"
+#include "tree/construct/Thinning.h"
 
 VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
                                    unsigned long long maxPointsPerNode, unsigned long long maxLevel,
@@ -43,7 +44,9 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     lastLeaf_ = nullptr;
     stage_ = Stage::Adding;
     samplesWhileWriting_ = false;
-    root_ = std::make_unique<VpcConstructNode>(this, workingFolder_ + treeId_ + "--0", box, nullptr,
+    arrivals_ = 0;
+    const wxString fileName = store_.WritesBehind() ? wxString() : workingFolder_ + treeId_ + "--0";
+    root_ = std::make_unique<VpcConstructNode>(this, fileName, box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
                                                VpcConstructNode::Triplet{1, 1, 1});
     InitializeDimensionRatios(box.sideX, box.sideY, box.sideZ);
@@ -59,15 +62,27 @@ void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long co
         untakenPoints_ += count;
         return;
     }
-    for (const VpcPoint3D* point = points; point != points + count; ++point) {
+    for (unsigned long long done = 0; done < count; done += vpc::PointPacker::most)
+        AddPacked(points + done, std::min(count - done, vpc::PointPacker::most));
+}
+
+void VpcConstructTree::BeginScan(const std::optional<vpc::CoordinateGrid>& grid) {
+    store_.Packer().BeginScan(grid);
+}
+
+void VpcConstructTree::AddPacked(const VpcPoint3D* points, unsigned long long count) {
+    const vpc::PackedPoints packed = store_.Packer().Pack(points, count);
+    for (unsigned long long i = 0; i < count; ++i) {
+        const VpcPoint3D& point = points[i];
+        ++arrivals_;
         VpcConstructNode* leaf = lastLeaf_;
-        if (leaf == nullptr || !leaf->Contains(point->x, point->y, point->z))
-            leaf = root_->FindLeaf(point->x, point->y, point->z);
+        if (leaf == nullptr || !leaf->Contains(point.x, point.y, point.z))
+            leaf = root_->FindLeaf(point.x, point.y, point.z);
         if (leaf == nullptr) {
             ++untakenPoints_;
             continue;
         }
-        leaf->StoreInLeaf(*point);
+        leaf->StoreInLeaf(packed.Record(i), packed.format, packed.recordSize);
         lastLeaf_ = leaf->Children().empty() ? leaf : nullptr;
     }
 }
@@ -88,7 +103,11 @@ bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {
 }
 
 bool VpcConstructTree::BeginChange() {
-    if (stage_ == Stage::EndNodesListed) stage_ = Stage::Adding;
+    if (stage_ == Stage::EndNodesListed) {
+        // New points come behind those that are there.
+        if (root_ != nullptr) root_->SettleAll();
+        stage_ = Stage::Adding;
+    }
     return stage_ == Stage::Adding;
 }
 
@@ -120,7 +139,11 @@ bool VpcConstructTree::ListEndNodes() {
     if (stage_ != Stage::Adding) return true;
     leafCount_ = filledLeafCount_ = emptyLeafCount_ = 0;
     endNodes_.clear();
-    if (root_ != nullptr) root_->AddEndNodes();
+    if (root_ != nullptr) {
+        ShapeFrozenLeaves();
+        SortLevels();
+        root_->AddEndNodes();
+    }
     if (endNodes_.empty()) return false;
     for (VpcConstructNode* node : endNodes_) node->WriteBuffer();
     const VpcConstructNode* densest = DensestEndNode();
@@ -133,6 +156,26 @@ bool VpcConstructTree::ListEndNodes() {
     maxLevel_ = levels_.size();
     stage_ = Stage::EndNodesListed;
     return true;
+}
+
+void VpcConstructTree::ShapeFrozenLeaves() {
+    const unsigned long long points = root_->FrozenPoints();
+    unsigned long long done = 0;
+    root_->ShapeFrozenLeaves([&](unsigned long long shaped) {
+        done = std::min(done + shaped, points);
+        if (finishProgress_) finishProgress_(done, points);
+    });
+}
+
+void VpcConstructTree::SortLevels() {
+    // Nodes register as they are made, and those below a frozen leaf are made late. Children of one
+    // parent come in the order of their cells in any case.
+    for (Level& level : levels_)
+        std::stable_sort(level.begin(), level.end(),
+                         [](const VpcConstructNode* a, const VpcConstructNode* b) {
+                             return a->Parent() != nullptr && b->Parent() != nullptr &&
+                                    a->Parent()->SplitAt() < b->Parent()->SplitAt();
+                         });
 }
 
 VpcConstructNode* VpcConstructTree::DensestEndNode() const {
@@ -150,7 +193,8 @@ void VpcConstructTree::PushDownEndNodes() {
     const unsigned long long deepest = levels_.size() - 1;
     for (VpcConstructNode*& node : endNodes_) {
         while (node->Level() < deepest) node = node->DropNodeLevel();
-        node->points_.RenameFile();
+        const std::string file = node->points_.File();
+        if (!file.empty() && file != node->path_) node->points_.Rename(file, node->path_);
     }
 }
 
@@ -167,6 +211,7 @@ bool VpcConstructTree::PopulateParentNodes() {
 void VpcConstructTree::PopulateLevels() {
     samplesWhileWriting_ =
         store_.WritesBehind() && subsampleType_ == Subsample_Random && !seedFromDevice_;
+    if (!samplesWhileWriting_) root_->SettleAll();
     for (auto level = levels_.rbegin(); level != levels_.rend(); ++level)
         for (VpcConstructNode* node : *level) node->ResetNodeAsParentLOD();
     for (auto level = levels_.size() - 1; level >= 1; --level) PopulateLevelAbove(levels_[level]);
@@ -194,12 +239,19 @@ unsigned long long VpcConstructTree::actualMaxPointsPerNode() const {
 }
 
 double VpcConstructTree::KeepFraction() const {
-    return treeType_ == Tree_KdTree_Symmetric ? 0.5 : 0.25;
+    return vpc::keepFraction(treeType_);
 }
 
 vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
     if (!samplePattern_) samplePattern_.emplace(KeepFraction());
     return *samplePattern_;
+}
+
+char* VpcConstructTree::RecordBuffer() {
+    if (recordBuffer_ == nullptr)
+        recordBuffer_ =
+            std::make_unique_for_overwrite<char[]>(recordsInBuffer * vpc::recordSize);
+    return recordBuffer_.get();
 }
 
 bool VpcConstructTree::CreateDiskTreeFile(const wxString& fileName, unsigned long long hostValue) {

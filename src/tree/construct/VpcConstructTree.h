@@ -50,6 +50,10 @@ public:
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
     /// Sets the grid of the root's split from the aspect of its extents.
     void InitializeDimensionRatios(double dx, double dy, double dz);
+    /// Tells that the points that follow are of another scan, and on which grid its coordinates lie,
+    /// if on any. They are then packed tighter while the tree is built; which points there are does
+    /// not change.
+    void BeginScan(const std::optional<vpc::CoordinateGrid>& grid);
     /// Adds `count` points; UntakenPoints counts those that find no node. Before the tree has a
     /// root and once it is finished, none does.
     void AddPoints(const VpcPoint3D* points, unsigned long long count);
@@ -85,8 +89,11 @@ public:
     [[nodiscard]] bool WriteNodePointsTreeAtLevel(unsigned long long level, const wxString& folder,
                                                   unsigned long long& nrPoints);
 
-    /// Has `progress` called after every node that CreateDiskTreeFile writes.
+    /// Has `progress` called while CreateDiskTreeFile writes.
     void SetProgress(Progress progress) { progress_ = std::move(progress); }
+    /// Has `progress` called while FinishAddData sorts the points that more memory would have let
+    /// AddPoints sort: with those that are sorted and all of them.
+    void SetFinishProgress(Progress progress) { finishProgress_ = std::move(progress); }
 
     // --- What it holds --------------------------------------------------------------------------
 
@@ -129,11 +136,17 @@ public:
 private:
     friend class VpcConstructNode;
 
+    static constexpr unsigned long long recordsInBuffer = 4096;
+
     enum class Stage { Adding, EndNodesListed, Finished, Written };
 
     /// Call this before a point or a node is added to the tree; false when none may be added any
     /// more.
     [[nodiscard]] bool BeginChange();
+    /// Adds no more points than are packed at once.
+    void AddPacked(const VpcPoint3D* points, unsigned long long count);
+    /// Memory for some records of the tree file.
+    char* RecordBuffer();
     /// Does `work` and returns what it returns, or false when it throws vpc::IoError.
     [[nodiscard]] bool Succeeds(const std::function<bool()>& work);
     /// Notes why a call returns false, and returns false for it.
@@ -142,6 +155,9 @@ private:
     void AwaitFlush(VpcConstructNode& node);
     VpcConstructNode* DensestEndNode() const;
     [[nodiscard]] bool ListEndNodes();
+    void ShapeFrozenLeaves();
+    /// Brings the nodes of every level into the order of their parents' splits.
+    void SortLevels();
     void PushDownEndNodes();
     void PopulateLevels();
     void PopulateLevelAbove(const Level& level);
@@ -159,6 +175,10 @@ private:
     VpcTriplet<unsigned long long> dimensionRatios_{1, 1, 1};
     unsigned long long pointsAdded_ = 0;
     unsigned long long untakenPoints_ = 0;
+    /// Points that have arrived at the root so far. While a leaf's points are handed on afterwards,
+    /// the number of the point that is.
+    unsigned long long arrivals_ = 0;
+    bool mayFreeze_ = true;
     unsigned long long leafCount_ = 0;
     unsigned long long filledLeafCount_ = 0;
     unsigned long long emptyLeafCount_ = 0;
@@ -166,6 +186,7 @@ private:
     unsigned long long maxLevel_;
     wxString workingFolder_;
     Progress progress_;
+    Progress finishProgress_;
     std::vector<Level> levels_;
     Level endNodes_;
     /// Leaves whose buffers have grown since the last flush, and that flush's threshold.
@@ -173,6 +194,7 @@ private:
     unsigned long long lastThreshold_ = 0;
     /// Scans come in order: the leaf of the last point is the first to try.
     VpcConstructNode* lastLeaf_ = nullptr;
+    std::unique_ptr<char[]> recordBuffer_;
     // The store outlives the nodes, whose points lie in it.
     vpc::NodePointStore store_;
     std::unique_ptr<VpcConstructNode> root_;

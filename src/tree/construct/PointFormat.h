@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+#include "core/geometry/CoordinateGrid.h"
+#include "core/geometry/VpcPoint3D.h"
+
+namespace vpc {
+
+/// How the points of a scan are packed while the tree is built: without what is the same in all of
+/// them, and with small integers where these give back the same values, to the last bit.
+///
+/// A format starts as narrow as the first points of a scan allow. When points come that it cannot
+/// hold, it is made as wide as they need. At its widest it is the record of the tree file.
+class PointFormat {
+public:
+    using Coordinates = std::array<double, 3>;
+
+    /// Bytes of a point in the narrowest of all formats.
+    static constexpr unsigned smallest = 3 * sizeof(std::int32_t) + sizeof(std::int16_t);
+
+    /// The record of the tree file, which holds every point.
+    PointFormat() = default;
+    /// The narrowest format for a scan that begins with this point.
+    PointFormat(const VpcPoint3D& first, const std::optional<CoordinateGrid>& grid);
+
+    /// Bytes of a packed point.
+    unsigned RecordSize() const { return recordSize_; }
+
+    /// Packs the points into `records`, one RecordSize() after the other. Where some point does not
+    /// fit, it makes the format wider and returns false, and the records mean nothing.
+    [[nodiscard]] bool PackOrWiden(const VpcPoint3D* points, unsigned long long count,
+                                   char* records);
+    /// Turns packed points, `stride` bytes apart, into records of the tree file.
+    void Unpack(const char* packed, unsigned stride, unsigned long long count,
+                char* records) const;
+    /// The coordinates of a packed point.
+    Coordinates CoordinatesOf(const char* packed) const {
+        Coordinates values;
+        if (!onGrid_) {
+            std::memcpy(values.data(), packed, sizeof values);
+            return values;
+        }
+        std::array<std::int32_t, 3> wholes;
+        std::memcpy(wholes.data(), packed, sizeof wholes);
+        for (unsigned axis = 0; axis < 3; ++axis) values[axis] = OnGrid(wholes[axis], axis);
+        return values;
+    }
+
+private:
+    /// In the order in which a colour that does not fit is widened: that of the first point, grey
+    /// of the intensity's low 16 bits, channels of 8 bits, channels of 16 bits.
+    enum class Colour : std::uint8_t { Constant, Grey, Bytes, Words };
+
+    double OnGrid(std::int32_t whole, unsigned axis) const {
+        return whole * grid_.scale[axis] + grid_.offset[axis];
+    }
+    /// Sets the size and the places of the fields from what is stored.
+    void PlaceFields();
+    // Each of these packs one field of all points, and returns whether all points' values fit.
+    [[nodiscard]] bool PackCoordinates(const VpcPoint3D* points, unsigned long long count,
+                                       char* records) const;
+    [[nodiscard]] bool PackColours(const VpcPoint3D* points, unsigned long long count,
+                                   char* records) const;
+    [[nodiscard]] bool PackIntensities(const VpcPoint3D* points, unsigned long long count,
+                                       char* records) const;
+    [[nodiscard]] bool PackDistances(const VpcPoint3D* points, unsigned long long count,
+                                     char* records) const;
+    [[nodiscard]] bool PackOrigins(const VpcPoint3D* points, unsigned long long count,
+                                   char* records) const;
+    void UnpackColour(const char* packed, char* record) const;
+
+    bool onGrid_ = false;
+    Colour colour_ = Colour::Words;
+    bool intensityIsShort_ = false;
+    bool storesDistance_ = true;
+    bool storesOrigin_ = true;
+    CoordinateGrid grid_{};
+    /// What all points have in the fields that are not stored.
+    VpcPoint3D constant_;
+    unsigned colourAt_ = VpcPoint3D::recordOffsetRed;
+    unsigned intensityAt_ = VpcPoint3D::recordOffsetIntensity;
+    unsigned distanceAt_ = VpcPoint3D::recordOffsetScannerDistance;
+    unsigned originAt_ = VpcPoint3D::recordOffsetMarkerId;
+    unsigned recordSize_ = VpcPoint3D::recordSize;
+};
+
+}  // namespace vpc

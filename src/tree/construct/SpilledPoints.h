@@ -1,0 +1,34 @@
+#pragma once
+
+#include <vector>
+
+#include "tree/construct/RestingPoints.h"
+
+namespace vpc {
+
+class NodePointStore;
+
+/// Points of one node in pieces of the store's file for all nodes.
+class SpilledPoints final : public RestingPoints {
+public:
+    explicit SpilledPoints(NodePointStore& store) : store_(store) {}
+    ~SpilledPoints() override;
+
+    void Append(const RecordBlock* first) override;
+    void Visit(const Visitor& visit, bool giveBack) override;
+    void Rename(const std::string&, const std::string&) override {}
+
+private:
+    struct Piece {
+        unsigned long long position;
+        unsigned long long size;
+    };
+    void VisitPiece(const Piece& piece, RecordBlock* scratch, const Visitor& visit) const;
+    /// Throws vpc::IoError when the block cannot be one that was written.
+    void RequireBlock(const RecordBlock& block) const;
+
+    NodePointStore& store_;
+    std::vector<Piece> pieces_;
+};
+
+}  // namespace vpc
