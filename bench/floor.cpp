@@ -1,8 +1,10 @@
 // The least work that turning a LAS scan into a point tree file can be: it moves the bytes that
 // have to be moved and does nothing else. It reads the scan twice, writes 54 bytes a point to one
-// temporary file, reads that back and writes 72 bytes a point as the result.
+// temporary file, reads that back and writes 72 bytes a point as the result. With --direct there is
+// no temporary file, as if the points could go to their places at once.
 //
-// Usage: vpc_floor SCAN.las FOLDER. Prints the seconds that it took and removes its files.
+// Usage: vpc_floor [--direct] SCAN.las FOLDER. Prints the seconds that it took and removes its
+// files.
 
 #include <chrono>
 #include <cstdint>
@@ -67,7 +69,7 @@ unsigned long long pointCount(const std::string& path) {
     return (size - offset) / length;
 }
 
-double moveBytes(const std::string& scan, const std::string& folder) {
+double moveBytes(const std::string& scan, const std::string& folder, bool direct) {
     const unsigned long long points = pointCount(scan);
     const std::string nodes = folder + "/floor.nodes";
     const std::string result = folder + "/floor.result";
@@ -75,8 +77,10 @@ double moveBytes(const std::string& scan, const std::string& folder) {
     const auto start = std::chrono::steady_clock::now();
     readAll(scan, block);
     readAll(scan, block);
-    writeAll(nodes, points * nodeBytesPerPoint, block);
-    readAll(nodes, block);
+    if (!direct) {
+        writeAll(nodes, points * nodeBytesPerPoint, block);
+        readAll(nodes, block);
+    }
     writeAll(result, points * resultBytesPerPoint, block);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     std::filesystem::remove(nodes);
@@ -87,12 +91,13 @@ double moveBytes(const std::string& scan, const std::string& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: vpc_floor SCAN.las FOLDER\n");
+    const bool direct = argc > 1 && std::strcmp(argv[1], "--direct") == 0;
+    if (argc != (direct ? 4 : 3)) {
+        std::fprintf(stderr, "usage: vpc_floor [--direct] SCAN.las FOLDER\n");
         return 2;
     }
     try {
-        std::printf("%.6f\n", moveBytes(argv[1], argv[2]));
+        std::printf("%.6f\n", moveBytes(argv[argc - 2], argv[argc - 1], direct));
         return 0;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "vpc_floor: %s\n", failure.what());

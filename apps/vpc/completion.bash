@@ -15,7 +15,7 @@ _vpc_options() { # COMMAND
       ;;
     pick) echo --help --at --box "$camera" ;;
     export) echo --help --output --level --coloured-by ;;
-    sample) echo --help --points --seed --format ;;
+    sample) echo --help --points --seed --format --order ;;
   esac
 }
 
@@ -45,6 +45,7 @@ _vpc() {
       *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
       *:--coloured-by) words=elevation ;;
       *:--format) words='3 7' ;;
+      *:--order) words='flight random' ;;
       prepare:--output | prepare:-o) files='vpt' ;;
       prepare:--unit)
         words='Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'

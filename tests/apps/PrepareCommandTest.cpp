@@ -30,7 +30,8 @@ TEST_F(PrepareCommandTest, WrongUsageGivesStatus2) {
           "prepare -o a.vpt a.pts --max-points many", "prepare -o a.vpt a.pts --max-level 61",
           "prepare -o a.vpt a.pts --unit 21", "prepare -o a.vpt a.pts --unit cubits", "info",
           "verify a.vpt b.vpt", "sample a.xyz", "sample b.pts --format 3",
-          "sample a.las --format 2", "sample a.las --points 0", "sample a.las --points 5000000000"})
+          "sample b.pts --order random", "sample a.las --format 2", "sample a.las --points 0",
+          "sample a.las --points 5000000000"})
         expectFailure(arguments, 2, "");
     EXPECT_THAT(run("--version").out, HasSubstr("vpc "));
     EXPECT_EQ(run("--help").status, 0);

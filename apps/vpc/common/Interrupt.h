@@ -12,6 +12,10 @@ public:
     static bool Requested();
     /// Throws CommandInterrupted if the flag is set.
     static void Check();
+    /// The same for a loop over points: looks at the flag in one of many steps.
+    static void CheckSometimes(unsigned long long step) {
+        if (step % 65536 == 0) Check();
+    }
 };
 
 }  // namespace vpc

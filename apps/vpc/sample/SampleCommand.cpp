@@ -38,6 +38,13 @@ SampleCommand::SampleCommand(CLI::App& app)
                     "[default: 3]")
         ->check(CLI::IsMember({3, 7}))
         ->type_name("3|7");
+    options
+        .add_option("--order", order_,
+                    "Order of a LAS file's points: flight (as they are measured) or random (the "
+                    "same points, shuffled)")
+        ->check(CLI::IsMember({"flight", "random"}))
+        ->capture_default_str()
+        ->type_name("flight|random");
 }
 
 int SampleCommand::Run() {
@@ -48,18 +55,23 @@ int SampleCommand::Run() {
     return exitDone;
 }
 
+void SampleCommand::RefuseAsNoLas(const std::string& option) const {
+    throw CommandUsageError(option + " is for LAS files, which '" + output_ +
+                            "' is not by its extension");
+}
+
 std::unique_ptr<SampleWriter> SampleCommand::MakeWriter() const {
     const VpcDataFormat kind = FileIoFactory::GetDataFormat(FileTools::FromNativePath(output_));
-    if (kind != DataFormat_LAS && format_ != 0)
-        throw CommandUsageError("--format is for LAS files, which '" + output_ +
-                                "' is not by its extension");
+    const SampleOrder order = order_ == "random" ? SampleOrder::random : SampleOrder::flight;
+    if (kind != DataFormat_LAS && format_ != 0) RefuseAsNoLas("--format");
+    if (kind != DataFormat_LAS && order == SampleOrder::random) RefuseAsNoLas("--order random");
     switch (kind) {
         case DataFormat_LAS:
             if (format_ != 7 && points_ > SampleWriter::mostPointsOfLas12)
                 throw CommandUsageError(
                     "LAS 1.2 holds no more than 4294967295 points; "
                     "use --format 7");
-            return SampleWriter::Las(points_, seed_, format_);
+            return SampleWriter::Las(points_, seed_, format_, order);
         case DataFormat_PTS:
             return SampleWriter::Pts(points_, seed_);
         case DataFormat_PTX:

@@ -18,12 +18,14 @@ public:
 
 private:
     std::unique_ptr<SampleWriter> MakeWriter() const;
+    [[noreturn]] void RefuseAsNoLas(const std::string& option) const;
 
     std::string output_;
     unsigned long long points_ = 1000000;
     std::uint64_t seed_ = 1;
     /// LAS point format; 0 where the user names none.
     int format_ = 0;
+    std::string order_ = "flight";
 };
 
 }  // namespace vpc

@@ -10,16 +10,12 @@
 #include "core/util/ReplacementFile.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/TextLine.h"
+#include "vpc/sample/RecordShuffle.h"
 #include "vpc/sample/SampleGenerator.h"
 
 namespace vpc {
 
 namespace {
-
-/// Called for every point; checks now and then whether the user wants to stop.
-void checkInterrupt(unsigned long long point) {
-    if (point % 65536 == 0) Interrupt::Check();
-}
 
 // --- LAS -----------------------------------------------------------------------------------------
 
@@ -44,7 +40,8 @@ public:
         used_ += length;
     }
     void Skip(std::size_t count) { used_ += count; }
-    void WriteTo(ReplacementFile& file) const { file.Write(bytes_.data(), used_); }
+    const char* Data() const { return bytes_.data(); }
+    std::size_t Size() const { return used_; }
 
 private:
     std::array<char, size> bytes_{};
@@ -57,40 +54,65 @@ std::uint8_t byteOf(int value) {
 
 class LasSampleWriter : public SampleWriter {
 public:
-    LasSampleWriter(unsigned long long points, std::uint64_t seed, int format);
+    LasSampleWriter(unsigned long long points, std::uint64_t seed, int format, SampleOrder order);
     void Write(ReplacementFile& file) override;
 
 private:
     using Steps = std::array<std::int32_t, 3>;
+    using Record = Packer<36>;
 
+    std::uint16_t HeaderSize() const { return format7_ ? headerSize14 : headerSize12; }
+    std::uint16_t RecordSize() const { return format7_ ? 36 : 34; }
     void WriteHeader(ReplacementFile& file) const;
-    void WritePoint(ReplacementFile& file, const SamplePoint& point, const SampleFlight& flight);
+    void WriteShuffled(ReplacementFile& file);
+    /// Gives every point's record to `take`, in the order of the flight.
+    template <class Take>
+    void MakeRecords(const Take& take);
+    Record RecordOf(const SamplePoint& point, const SampleFlight& flight);
 
     bool format7_;
+    SampleOrder order_;
     Steps minimum_;
     Steps maximum_;
 };
 
-LasSampleWriter::LasSampleWriter(unsigned long long points, std::uint64_t seed, int format)
-    : SampleWriter(points, seed), format7_(format == 7) {
+LasSampleWriter::LasSampleWriter(unsigned long long points, std::uint64_t seed, int format,
+                                 SampleOrder order)
+    : SampleWriter(points, seed), format7_(format == 7), order_(order) {
     minimum_.fill(std::numeric_limits<std::int32_t>::max());
     maximum_.fill(std::numeric_limits<std::int32_t>::min());
 }
 
 void LasSampleWriter::Write(ReplacementFile& file) {
     WriteHeader(file);
-    SampleFlight flight(Points(), Seed());
-    for (unsigned long long i = 0; i < Points(); ++i) {
-        checkInterrupt(i);
-        WritePoint(file, flight.Next(), flight);
+    if (order_ == SampleOrder::random) {
+        WriteShuffled(file);
+    } else {
+        MakeRecords([&](const Record& record) { file.Write(record.Data(), record.Size()); });
     }
     // The bounds are known now, so the header is written once more.
     file.Rewind();
     WriteHeader(file);
 }
 
+void LasSampleWriter::WriteShuffled(ReplacementFile& file) {
+    file.Rewind();  // so that the file is there with its header
+    RecordShuffle shuffle(file.TemporaryName(), HeaderSize(), RecordSize(), Points(), Seed());
+    MakeRecords([&](const Record& record) { shuffle.Add(record.Data()); });
+    shuffle.Finish();
+}
+
+template <class Take>
+void LasSampleWriter::MakeRecords(const Take& take) {
+    SampleFlight flight(Points(), Seed());
+    for (unsigned long long i = 0; i < Points(); ++i) {
+        Interrupt::CheckSometimes(i);
+        const SamplePoint point = flight.Next();
+        take(RecordOf(point, flight));
+    }
+}
+
 void LasSampleWriter::WriteHeader(ReplacementFile& file) const {
-    const std::uint16_t headerSize = format7_ ? headerSize14 : headerSize12;
     Packer<headerSize14> header;
     header.PutText("LASF", 4);
     header.Put(std::uint16_t{1});
@@ -103,11 +125,11 @@ void LasSampleWriter::WriteHeader(ReplacementFile& file) const {
     header.PutText("vpc sample", 32);
     header.Put(std::uint16_t{1});  // a fixed date, since every run is to give the same bytes
     header.Put(std::uint16_t{2026});
-    header.Put(headerSize);
-    header.Put(std::uint32_t{headerSize});
+    header.Put(HeaderSize());
+    header.Put(std::uint32_t{HeaderSize()});
     header.Put(std::uint32_t{0});
     header.Put(byteOf(format7_ ? 7 : 3));
-    header.Put(static_cast<std::uint16_t>(format7_ ? 36 : 34));
+    header.Put(RecordSize());
     const auto legacyPoints = static_cast<std::uint32_t>(format7_ ? 0 : Points());
     header.Put(legacyPoints);
     header.Put(legacyPoints);
@@ -124,12 +146,12 @@ void LasSampleWriter::WriteHeader(ReplacementFile& file) const {
         header.Put(std::uint64_t{Points()});
         header.Skip(14 * sizeof(std::uint64_t));
     }
-    header.WriteTo(file);
+    file.Write(header.Data(), header.Size());
 }
 
-void LasSampleWriter::WritePoint(ReplacementFile& file, const SamplePoint& point,
-                                 const SampleFlight& flight) {
-    Packer<36> record;
+LasSampleWriter::Record LasSampleWriter::RecordOf(const SamplePoint& point,
+                                                  const SampleFlight& flight) {
+    Record record;
     const std::array<double, 3> place = {point.x, point.y, point.z};
     for (std::size_t axis = 0; axis < 3; ++axis) {
         const auto step = static_cast<std::int32_t>(
@@ -160,7 +182,7 @@ void LasSampleWriter::WritePoint(ReplacementFile& file, const SamplePoint& point
     record.Put(point.red);
     record.Put(point.green);
     record.Put(point.blue);
-    record.WriteTo(file);
+    return record;
 }
 
 // --- PTS -----------------------------------------------------------------------------------------
@@ -186,7 +208,7 @@ void PtsSampleWriter::Write(ReplacementFile& file) {
     file.Write(std::to_string(Points()) + "\n");
     SampleFlight flight(Points(), Seed());
     for (unsigned long long i = 0; i < Points(); ++i) {
-        checkInterrupt(i);
+        Interrupt::CheckSometimes(i);
         const TextLine line = lineOf(flight.Next());
         file.Write(line.Data(), line.Size());
     }
@@ -265,7 +287,7 @@ void PtxSampleWriter::Write(ReplacementFile& file) {
     for (unsigned long long column = 0; column < columns_; ++column) {
         const unsigned long long filled = PointsInColumn(column);
         for (unsigned long long row = 0; row < rows_; ++row) {
-            checkInterrupt(column * rows_ + row);
+            Interrupt::CheckSometimes(column * rows_ + row);
             // Spreads the filled cells of a column evenly over its rows.
             if ((row + 1) * filled / rows_ > row * filled / rows_) {
                 WriteCell(file, column,
@@ -314,8 +336,8 @@ void PtxSampleWriter::WriteCell(ReplacementFile& file, unsigned long long column
 }  // namespace
 
 std::unique_ptr<SampleWriter> SampleWriter::Las(unsigned long long points, std::uint64_t seed,
-                                                int format) {
-    return std::make_unique<LasSampleWriter>(points, seed, format);
+                                                int format, SampleOrder order) {
+    return std::make_unique<LasSampleWriter>(points, seed, format, order);
 }
 
 std::unique_ptr<SampleWriter> SampleWriter::Pts(unsigned long long points, std::uint64_t seed) {

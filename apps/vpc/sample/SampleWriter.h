@@ -7,6 +7,10 @@ namespace vpc {
 
 class ReplacementFile;
 
+/// In which order the points of a survey flight are written: as they are measured, or the same
+/// points in an order that the seed gives at random, as from photogrammetry.
+enum class SampleOrder { flight, random };
+
 /// Writes one made-up scan in one format.
 class SampleWriter {
 public:
@@ -16,7 +20,7 @@ public:
     /// A survey flight, as LAS 1.2 with point format 3 or LAS 1.4 with point format 7, with 16-bit
     /// colours.
     static std::unique_ptr<SampleWriter> Las(unsigned long long points, std::uint64_t seed,
-                                             int format);
+                                             int format, SampleOrder order);
     /// A survey flight as PTS text: x y z intensity red green blue.
     static std::unique_ptr<SampleWriter> Pts(unsigned long long points, std::uint64_t seed);
     /// What a scanner on a tripod sees of the made-up landscape as PTX text: a grid of columns
@@ -29,8 +33,8 @@ public:
     SampleWriter(const SampleWriter&) = delete;
     SampleWriter& operator=(const SampleWriter&) = delete;
 
-    /// Writes the whole scan, point by point and without keeping any. Throws CommandInterrupted
-    /// when the user stops it.
+    /// Writes the whole scan without keeping more than some of its points. Throws
+    /// CommandInterrupted when the user stops it.
     virtual void Write(ReplacementFile& file) = 0;
 
 protected:

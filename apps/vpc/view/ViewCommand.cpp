@@ -18,7 +18,6 @@ namespace {
 
 /// A text with this many digits gives every double back exactly.
 constexpr int allDigits = 17;
-constexpr unsigned long long pointsBetweenChecks = 100000;
 
 class Stopwatch {
 public:
@@ -135,7 +134,7 @@ void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {
     const double* const sizes = pointSet->getPointSizes();
     writeOutputFile(points_, [&](ReplacementFile& file) {
         for (unsigned long long i = 0; i < points; ++i) {
-            if (i % pointsBetweenChecks == 0) Interrupt::Check();
+            Interrupt::CheckSometimes(i);
             TextLine line;
             for (const double value : {coordinates[i].x, coordinates[i].y, coordinates[i].z})
                 line.AddGeneral(value, allDigits);
