@@ -29,7 +29,11 @@ void CellGrid::Cut(const Triplet& counts) {
         isHalved_ = isHalved_ && along[axis] <= 2;
         middle_[axis] = along[axis] == 2 ? Boundary(axis, 1, 2, cellSize_[axis])
                                          : std::numeric_limits<double>::infinity();
+        cellsPerUnit_[axis] = 1.0 / cellSize_[axis];
     }
+    if (!isHalved_) return;
+    stepY_ = static_cast<std::uint8_t>(counts.first);
+    stepZ_ = static_cast<std::uint8_t>(counts.first * counts.second);
 }
 
 bool CellGrid::CanBeCut(const Triplet& counts) const {
@@ -74,7 +78,7 @@ unsigned long long CellGrid::CellOfMany(double x, double y, double z) const {
 
 unsigned long long CellGrid::CellAlong(unsigned axis, unsigned long long count,
                                        double value) const {
-    const double near = (value - minimum_[axis]) / cellSize_[axis];
+    const double near = (value - minimum_[axis]) * cellsPerUnit_[axis];
     unsigned long long cell = 0;
     // A box without extent has cells of none, where the quotient is no number.
     if (near >= static_cast<double>(count))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <limits>
 
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
@@ -50,9 +51,8 @@ public:
     /// The number of the cell that holds the point, which lies in the box.
     unsigned long long CellHolding(double x, double y, double z) const {
         if (!isHalved_) return CellOfMany(x, y, z);
-        return static_cast<unsigned long long>(x >= middle_[0]) +
-               (y >= middle_[1] ? counts_.first : 0) +
-               (z >= middle_[2] ? counts_.first * counts_.second : 0);
+        return static_cast<unsigned>(x >= middle_[0]) + (y >= middle_[1] ? stepY_ : 0U) +
+               (z >= middle_[2] ? stepZ_ : 0U);
     }
 
 private:
@@ -66,13 +66,18 @@ private:
     unsigned long long CellOfMany(double x, double y, double z) const;
     unsigned long long CellAlong(unsigned axis, unsigned long long count, double value) const;
 
-    // What is needed on the way down to a leaf comes first.
+    // What is needed on the way down to a leaf comes first: where the second cell along an axis
+    // begins, and how far its number is from the first one's.
     Triple middle_{};
     bool isHalved_ = false;
+    std::uint8_t stepY_ = 0;
+    std::uint8_t stepZ_ = 0;
     Triplet counts_{0, 0, 0};
     Triple minimum_;
     Triple maximum_;
     Triple cellSize_{};
+    /// Cells that begin within a unit of length, roughly.
+    Triple cellsPerUnit_{};
 };
 
 }  // namespace vpc

@@ -4,8 +4,10 @@
 
 namespace vpc {
 
-void NodePoints::AddBlock(unsigned format, unsigned stride, unsigned long long firstArrival) {
+void NodePoints::AddBlock(unsigned format, unsigned size, unsigned long long firstArrival) {
     CountTail();
+    const auto stride = static_cast<unsigned>(
+        size + (keepsArrivals_ ? sizeof(RecordBlock::ArrivalOffset) : 0));
     RecordBlock* block = store_->Acquire(*this);  // may write out and free this node's own blocks
     (last_ != nullptr ? last_->next : first_) = block;
     last_ = block;
@@ -17,6 +19,7 @@ void NodePoints::AddBlock(unsigned format, unsigned stride, unsigned long long f
     room_ = RecordBlock::Capacity(stride);
     tailFormat_ = format;
     tailStride_ = stride;
+    tailArrival_ = firstArrival;
 }
 
 void NodePoints::CountTail() {
@@ -58,6 +61,7 @@ void NodePoints::Clear() {
     ClearMemory();
     rest_.reset();
     count_ = resting_ = restingBlocks_ = 0;
+    keepsArrivals_ = false;
 }
 
 void NodePoints::ClearMemory() {
@@ -78,6 +82,8 @@ void NodePoints::TakeOver(NodePoints& other) {
     room_ = std::exchange(other.room_, 0);
     tailFormat_ = other.tailFormat_;
     tailStride_ = other.tailStride_;
+    tailArrival_ = other.tailArrival_;
+    keepsArrivals_ = std::exchange(other.keepsArrivals_, false);
     count_ = std::exchange(other.count_, 0);
     last_ = std::exchange(other.last_, nullptr);
     first_ = std::exchange(other.first_, nullptr);

@@ -29,21 +29,25 @@ public:
     /// The node's own file; empty where it has none.
     std::string File() const { return rest_ != nullptr ? rest_->File() : std::string(); }
 
+    /// From now on the numbers of their arrival are kept with the points.
+    void KeepArrivals() { keepsArrivals_ = true; }
+    bool KeepsArrivals() const { return keepsArrivals_; }
+
     /// Adds a packed point, of which whole words can be read.
-    void Append(const char* record, unsigned format, unsigned size) {
-        if (room_ == 0 || format != tailFormat_ || size != tailStride_) AddBlock(format, size, 0);
-        copyPacked(Take(), record, size);
-    }
-    /// The same, with the number of its arrival, which is greater than those before it.
+    ///
+    /// \param arrival the number of its arrival, which is no smaller than those before it
     void Append(const char* record, unsigned format, unsigned size, unsigned long long arrival) {
         using Offset = RecordBlock::ArrivalOffset;
-        const auto stride = static_cast<unsigned>(size + sizeof(Offset));
-        if (room_ == 0 || format != tailFormat_ || stride != tailStride_ ||
-            arrival - last_->firstArrival > std::numeric_limits<Offset>::max())
-            AddBlock(format, stride, arrival);
-        char* place = Take();
+        if (room_ == 0 || format != tailFormat_ ||
+            arrival - tailArrival_ > std::numeric_limits<Offset>::max())
+            AddBlock(format, size, arrival);
+        char* place = cursor_;
+        cursor_ += tailStride_;
+        --room_;
+        ++count_;
         copyPacked(place, record, size);
-        const auto offset = static_cast<Offset>(arrival - last_->firstArrival);
+        if (!keepsArrivals_) return;
+        const auto offset = static_cast<Offset>(arrival - tailArrival_);
         std::memcpy(place + size, &offset, sizeof offset);
     }
 
@@ -53,6 +57,10 @@ public:
     ///
     /// \param path the node's own file, where nodes have files of their own
     void WriteOut(const std::string& path = {});
+
+    /// Has the processor fetch what the next Append reads, and, once that is there, what it writes.
+    void PrefetchForAppend() const { __builtin_prefetch(this, 1); }
+    void PrefetchPlace() const { __builtin_prefetch(cursor_, 1); }
 
     /// Calls `visit` with all points in order. Meanwhile none of them leaves memory. Throws
     /// vpc::IoError when those that rest cannot be read whole.
@@ -75,14 +83,7 @@ public:
 private:
     friend class NodePointStore;
 
-    char* Take() {
-        char* place = cursor_;
-        cursor_ += tailStride_;
-        --room_;
-        ++count_;
-        return place;
-    }
-    void AddBlock(unsigned format, unsigned stride, unsigned long long firstArrival);
+    void AddBlock(unsigned format, unsigned size, unsigned long long firstArrival);
     /// Notes in the last block how many points it holds.
     void CountTail();
     void VisitMemory(const Visitor& visit);
@@ -92,8 +93,10 @@ private:
     unsigned room_ = 0;
     unsigned tailFormat_ = 0;
     unsigned tailStride_ = 1;
+    bool keepsArrivals_ = false;
     bool listed_ = false;
     unsigned long long count_ = 0;
+    unsigned long long tailArrival_ = 0;
     RecordBlock* last_ = nullptr;
     RecordBlock* first_ = nullptr;
     unsigned long long blocks_ = 0;

@@ -7,7 +7,7 @@ void PointPacker::BeginScan(const std::optional<CoordinateGrid>& grid) {
     scanHasFormat_ = false;
 }
 
-PackedPoints PointPacker::Pack(const VpcPoint3D* points, unsigned long long count) {
+PackedRun PointPacker::Pack(const VpcPoint3D* points, unsigned long long count) {
     if (!scanHasFormat_) formats_.emplace_back(*points, grid_);
     scanHasFormat_ = true;
     if (PointFormat same = formats_.back(); !same.PackOrWiden(points, count, records_.data())) {
@@ -16,8 +16,19 @@ PackedPoints PointPacker::Pack(const VpcPoint3D* points, unsigned long long coun
         while (!formats_.back().PackOrWiden(points, count, records_.data())) {
         }
     }
-    return {records_.data(), static_cast<unsigned>(formats_.size() - 1),
-            formats_.back().RecordSize()};
+    return {records_.data(),
+            static_cast<unsigned>(count),
+            formats_.back().RecordSize(),
+            static_cast<unsigned>(formats_.size() - 1),
+            &formats_.back(),
+            nullptr,
+            1};
+}
+
+PackedRun PointPacker::RunOf(const RecordBlock& block, unsigned skipped) const {
+    const PointFormat& format = formats_[block.format];
+    return {block.Record(skipped), block.count - skipped, block.stride, block.format, &format,
+            block.HasArrivals(format) ? &block : nullptr, 0};
 }
 
 }  // namespace vpc

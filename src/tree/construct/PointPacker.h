@@ -9,13 +9,26 @@
 
 namespace vpc {
 
-/// Some packed points of one format.
-struct PackedPoints {
+/// Packed points of one format, on their way into leaves.
+struct PackedRun {
     const char* records;
-    unsigned format;
-    unsigned recordSize;
+    unsigned count;
+    /// Bytes from one point to the next.
+    unsigned stride;
+    unsigned formatNumber;
+    const PointFormat* format;
+    /// Where the numbers of their arrival stand with the points: the block with that of the first.
+    const RecordBlock* arrivals;
+    /// Otherwise each arrives that much after the one before it: 1 where they are new, 0 where they
+    /// come from a block, all before the moment of a split.
+    unsigned arrivalStep;
 
-    const char* Record(unsigned long long index) const { return records + index * recordSize; }
+    const char* Record(unsigned index) const { return records + std::size_t{index} * stride; }
+    unsigned long long Arrival(unsigned index) const {
+        RecordBlock::ArrivalOffset offset;
+        std::memcpy(&offset, Record(index) + format->RecordSize(), sizeof offset);
+        return arrivals->firstArrival + offset;
+    }
 };
 
 /// Packs points as they come and keeps every format that it has used.
@@ -31,7 +44,9 @@ public:
     /// The points that follow are of another scan, whose coordinates lie on `grid` if there is one.
     void BeginScan(const std::optional<CoordinateGrid>& grid);
     /// Packs at most `most` points, and at least one. The result holds until the next call.
-    [[nodiscard]] PackedPoints Pack(const VpcPoint3D* points, unsigned long long count);
+    [[nodiscard]] PackedRun Pack(const VpcPoint3D* points, unsigned long long count);
+    /// The points of a block without the first `skipped`.
+    [[nodiscard]] PackedRun RunOf(const RecordBlock& block, unsigned skipped = 0) const;
 
     unsigned long long Formats() const { return formats_.size(); }
     /// References stay valid.

@@ -40,11 +40,6 @@ struct RecordBlock {
     bool HasArrivals(const PointFormat& itsFormat) const {
         return stride != itsFormat.RecordSize();
     }
-    unsigned long long Arrival(unsigned index, const PointFormat& itsFormat) const {
-        ArrivalOffset offset;
-        std::memcpy(&offset, Record(index) + itsFormat.RecordSize(), sizeof offset);
-        return firstArrival + offset;
-    }
 };
 static_assert(sizeof(RecordBlock) == RecordBlock::size);
 

@@ -1,6 +1,7 @@
 #include "tree/construct/VpcConstructNode.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include <wx/translation.h>
@@ -15,6 +16,7 @@ namespace {
 
 /// The most cells that the root's grid has along an axis.
 constexpr unsigned long long mostRootCells = 20;
+constexpr unsigned long long noGrowth = std::numeric_limits<unsigned long long>::max();
 
 }  // namespace
 
@@ -39,18 +41,7 @@ void VpcConstructNode::AddPoint(const VpcPoint3D& point) {
         ++tree_->untakenPoints_;
         return;
     }
-    ++tree_->arrivals_;
-    Place(point);
-}
-
-void VpcConstructNode::Place(const VpcPoint3D& point) {
-    VpcConstructNode* leaf = FindLeaf(point.x, point.y, point.z);
-    if (leaf == nullptr) {
-        ++tree_->untakenPoints_;
-        return;
-    }
-    const vpc::PackedPoints packed = tree_->store_.Packer().Pack(&point, 1);
-    leaf->StoreInLeaf(packed.records, packed.format, packed.recordSize);
+    Place(tree_->store_.Packer().Pack(&point, 1));
 }
 
 VpcConstructNode* VpcConstructNode::FindLeaf(double x, double y, double z) {
@@ -71,10 +62,74 @@ unsigned long long VpcConstructNode::ComputeNodeIndex(unsigned long long ix, uns
     return cells_.IndexOf({ix, iy, iz});
 }
 
-void VpcConstructNode::StoreInLeaf(const char* record, unsigned format, unsigned size) {
-    if (isFrozen_) return points_.Append(record, format, size, tree_->arrivals_);
-    points_.Append(record, format, size);
-    LeafHasGrown();
+void VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
+                                  VpcConstructNode** leaves) {
+    constexpr unsigned shortRun = 4;
+    for (unsigned done = 0; done < count;) {
+        const unsigned first = done;
+        VpcConstructNode* leaf = FindLeaf(points[first][0], points[first][1], points[first][2]);
+        do leaves[done++] = leaf;
+        while (done < count && leaf != nullptr &&
+               leaf->Contains(points[done][0], points[done][1], points[done][2]));
+        if (done - first < shortRun)
+            return FindLeavesAtOnce(points + done, count - done, leaves + done);
+    }
+}
+
+void VpcConstructNode::FindLeavesAtOnce(const Coordinates* points, unsigned count,
+                                        VpcConstructNode** leaves) {
+    // Neighbours in the scan are far apart in the tree: the processor would wait for every node on
+    // every way. So all points take one step before any takes the next.
+    bool goesOn = !children_.empty();
+    for (unsigned i = 0; i < count; ++i) {
+        const auto& [x, y, z] = points[i];
+        leaves[i] = !goesOn || Contains(x, y, z) ? this : nullptr;
+    }
+    while (goesOn) {
+        goesOn = false;
+        for (unsigned i = 0; i < count; ++i) {
+            const VpcConstructNode* node = leaves[i];
+            if (node == nullptr || node->children_.empty()) continue;
+            const auto& [x, y, z] = points[i];
+            leaves[i] = node->children_[node->cells_.CellHolding(x, y, z)].get();
+            __builtin_prefetch(leaves[i]);
+            goesOn = true;
+        }
+    }
+}
+
+void VpcConstructNode::Place(const vpc::PackedRun& run) {
+    constexpr unsigned most = 32;
+    std::array<Coordinates, most> points;
+    std::array<VpcConstructNode*, most> leaves;
+    for (unsigned done = 0; done < run.count; done += most) {
+        const unsigned count = std::min(run.count - done, most);
+        for (unsigned i = 0; i < count; ++i)
+            points[i] = run.format->CoordinatesOf(run.Record(done + i));
+        FindLeaves(points.data(), count, leaves.data());
+        for (unsigned i = 0; i < count; ++i)
+            if (leaves[i] != nullptr) leaves[i]->points_.PrefetchForAppend();
+        for (unsigned i = 0; i < count; ++i)
+            if (leaves[i] != nullptr) leaves[i]->points_.PrefetchPlace();
+        for (unsigned i = 0; i < count; ++i) {
+            tree_->arrivals_ = run.arrivals != nullptr ? run.Arrival(done + i)
+                                                       : tree_->arrivals_ + run.arrivalStep;
+            Store(leaves[i], points[i], run.Record(done + i), run);
+        }
+    }
+}
+
+void VpcConstructNode::Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
+                             const vpc::PackedRun& run) const {
+    // The leaf may have split since it was found.
+    if (leaf != nullptr && !leaf->children_.empty())
+        leaf = leaf->FindLeaf(point[0], point[1], point[2]);
+    if (leaf == nullptr) {
+        ++tree_->untakenPoints_;
+        return;
+    }
+    leaf->points_.Append(record, run.formatNumber, run.format->RecordSize(), tree_->arrivals_);
+    if (leaf->points_.Count() >= tree_->growthToWatch_ && !leaf->IsFrozen()) leaf->LeafHasGrown();
 }
 
 void VpcConstructNode::LeafHasGrown() {
@@ -149,8 +204,6 @@ void VpcConstructNode::CreateChildren() {
 }
 
 void VpcConstructNode::AddChild(const Triplet& cell) {
-    // This node is no leaf any more, so the next point must not go into it.
-    tree_->lastLeaf_ = nullptr;
     wxString fileName;
     if (!path_.empty())
         fileName = FileName() + "-" + wxString(std::to_string(cells_.IndexOf(cell)));
@@ -173,8 +226,7 @@ void VpcConstructNode::SplitNodeKd(std::vector<VpcPoint3D>& points) {
 void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                                  unsigned long long skipped) {
     if (!children_.empty() || !tree_->BeginChange()) return;
-    if (!isFrozen_) splitAt_ = tree_->arrivals_;
-    isFrozen_ = false;
+    if (!IsFrozen()) splitAt_ = tree_->arrivals_;
     // The children may ask for room, for which the points must not be written out meanwhile.
     vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
@@ -182,44 +234,35 @@ void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint
     cells_.Cut(grid);
     CreateChildren();
     const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
-    for (const VpcPoint3D& point : points) Place(point);
-    if (points.size() < skipped) tree_->untakenPoints_ += skipped - points.size();
-    own.VisitAndClear([&](const vpc::RecordBlock& block) { Distribute(block, skipped); });
-}
-
-void VpcConstructNode::Distribute(const vpc::RecordBlock& block, unsigned long long& skipped) {
-    const vpc::PointFormat& format = tree_->store_.Packer().Format(block.format);
-    const bool hasArrivals = block.HasArrivals(format);
-    const auto begin = static_cast<unsigned>(std::min<unsigned long long>(block.count, skipped));
-    skipped -= begin;
-    for (unsigned i = begin; i < block.count; ++i) {
-        const char* record = block.Record(i);
-        const auto [x, y, z] = format.CoordinatesOf(record);
-        if (hasArrivals) tree_->arrivals_ = block.Arrival(i, format);
-        VpcConstructNode* leaf = FindLeaf(x, y, z);
-        if (leaf != nullptr)
-            leaf->StoreInLeaf(record, block.format, format.RecordSize());
-        else
-            ++tree_->untakenPoints_;
+    for (const VpcPoint3D& point : points) {
+        vpc::PackedRun run = tree_->store_.Packer().Pack(&point, 1);
+        run.arrivalStep = 0;
+        Place(run);
     }
+    if (points.size() < skipped) tree_->untakenPoints_ += skipped - points.size();
+    own.VisitAndClear([&](const vpc::RecordBlock& block) {
+        const auto left = static_cast<unsigned>(std::min<unsigned long long>(block.count, skipped));
+        skipped -= left;
+        Place(tree_->store_.Packer().RunOf(block, left));
+    });
 }
 
 // --- Frozen leaves -------------------------------------------------------------------------------
 
 void VpcConstructNode::Freeze() {
-    isFrozen_ = true;
+    points_.KeepArrivals();
     splitAt_ = tree_->arrivals_;
 }
 
 unsigned long long VpcConstructNode::FrozenPoints() const {
-    unsigned long long points = isFrozen_ ? points_.Count() : 0;
+    unsigned long long points = IsFrozen() ? points_.Count() : 0;
     for (const auto& child : children_) points += child->FrozenPoints();
     return points;
 }
 
 void VpcConstructNode::ShapeFrozenLeaves(
     const std::function<void(unsigned long long points)>& shaped) {
-    if (isFrozen_) {
+    if (IsFrozen()) {
         const unsigned long long points = points_.Count();
         // More points than memory takes are handed on for good. Some of the leaves that they reach
         // may be frozen in their turn.
@@ -236,8 +279,9 @@ void VpcConstructNode::ShapeFrozenLeaf() {
     const vpc::ScopedValue mayFreeze(tree_->mayFreeze_, false);
     cells_.Cut(SplitGrid());
     CreateChildren();
-    unsigned long long skipped = 0;
-    points_.Visit([&](const vpc::RecordBlock& block) { Distribute(block, skipped); });
+    points_.Visit([this](const vpc::RecordBlock& block) {
+        Place(tree_->store_.Packer().RunOf(block));
+    });
     pointsOnDisk_ = 0;
     for (const auto& child : children_) child->KeepCountsOnly();
 }
@@ -255,17 +299,14 @@ void VpcConstructNode::SettleAll() {
 
 void VpcConstructNode::SettlePoints() {
     if (!HoldsPointsOfLeaves()) return;
-    isFrozen_ = false;
+    // Their leaves exist, and what none takes has been counted.
+    const vpc::ScopedValue growth(tree_->growthToWatch_, noGrowth);
+    const vpc::ScopedValue untaken(tree_->untakenPoints_, 0ULL);
+    const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
     vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
     own.VisitAndClear([this](const vpc::RecordBlock& block) {
-        const vpc::PointFormat& format = tree_->store_.Packer().Format(block.format);
-        for (unsigned i = 0; i < block.count; ++i) {
-            const auto [x, y, z] = format.CoordinatesOf(block.Record(i));
-            VpcConstructNode* leaf = FindLeaf(x, y, z);
-            if (leaf != nullptr)
-                leaf->points_.Append(block.Record(i), block.format, format.RecordSize());
-        }
+        Place(tree_->store_.Packer().RunOf(block));
     });
 }
 
@@ -355,8 +396,8 @@ void VpcConstructNode::SubsampleGrid(std::vector<VpcPoint3D>& in, std::vector<Vp
 }
 
 void VpcConstructNode::AddPointFromChild(const VpcPoint3D& point, unsigned long long) {
-    const vpc::PackedPoints packed = tree_->store_.Packer().Pack(&point, 1);
-    points_.Append(packed.records, packed.format, packed.recordSize);
+    const vpc::PackedRun packed = tree_->store_.Packer().Pack(&point, 1);
+    points_.Append(packed.records, packed.formatNumber, packed.format->RecordSize(), 0);
 }
 
 std::vector<VpcPoint3D> VpcConstructNode::GetPointsFromDisk() {

@@ -30,6 +30,8 @@ class VpcConstructNode {
 public:
     using Triplet = vpc::CellGrid::Triplet;
     using Triple = vpc::CellGrid::Triple;
+    /// Of a point.
+    using Coordinates = vpc::PointFormat::Coordinates;
 
     /// Registers the node in its level of the tree.
     ///
@@ -155,19 +157,26 @@ public:
     unsigned long long blockPosition = 0;
 
 private:
+    static constexpr std::size_t cacheLine = 64;
+
     unsigned long long BufferedPoints() const {
         if (HoldsPointsOfLeaves()) return 0;
         // Points on disk are counted before they are sampled, and after their file is gone.
         return points_.Count() > pointsOnDisk_ ? points_.Count() - pointsOnDisk_ : 0;
     }
     /// True between ShapeFrozenLeaves and SettlePoints of a leaf that was frozen.
-    bool HoldsPointsOfLeaves() const { return isFrozen_ && !children_.empty(); }
-    /// Puts the point into the leaf below this node that takes it, if one does.
-    void Place(const VpcPoint3D& point);
+    bool HoldsPointsOfLeaves() const { return IsFrozen() && !children_.empty(); }
+    bool IsFrozen() const { return points_.KeepsArrivals(); }
     /// WriteBufferPointsToDisk for callers that pass the failure on: throws vpc::IoError.
     void WriteBuffer();
-    /// Appends a packed point to this leaf, and splits or freezes the leaf when that fills it.
-    void StoreInLeaf(const char* record, unsigned format, unsigned size);
+    /// Puts packed points into the leaves below this node; the tree counts those that none takes.
+    void Place(const vpc::PackedRun& run);
+    /// Finds the leaves below this node that take the points; null for those that none takes.
+    void FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    void Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
+               const vpc::PackedRun& run) const;
+    /// Splits or freezes this leaf when it is full.
     void LeafHasGrown();
     /// Keeps the full leaf whole for the time being.
     void Freeze();
@@ -181,9 +190,6 @@ private:
     void SplitInto(const Triplet& grid, const std::vector<VpcPoint3D>& points,
                    unsigned long long skipped);
     void AddChild(const Triplet& cell);
-    /// Passes the block's points without the first `skipped`, which are counted down, on to the
-    /// leaves below.
-    void Distribute(const vpc::RecordBlock& block, unsigned long long& skipped);
     void ShapeFrozenLeaf();
     void SettlePoints();
     /// Counts the points in memory below this node as if they were on disk, and forgets them.
@@ -191,10 +197,9 @@ private:
     std::vector<VpcPoint3D> SamplesFromBelow() const;
 
     // What is needed for every point comes first, to lie together.
-    vpc::CellGrid cells_;
     std::vector<std::unique_ptr<VpcConstructNode>> children_;
-    vpc::NodePoints points_;
-    bool isFrozen_ = false;
+    vpc::CellGrid cells_;
+    alignas(cacheLine) vpc::NodePoints points_;
     /// The leaf was full and could not split, so it grows.
     bool cannotSplit_ = false;
     /// The tree looks at this node's buffer at its next flush.

@@ -23,6 +23,7 @@ VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType tr
       treeType_(treeType),
       maxPointsPerNode_(maxPointsPerNode),
       maxLevel_(maxLevel),
+      growthToWatch_(pointMemory != 0 ? maxPointsPerNode : 0),
       workingFolder_(workingFolder),
       store_(pointMemory, FileTools::ToNativePath(workingFolder_ + treeId_ + "--points")) {
 }
@@ -41,7 +42,6 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     levels_.clear();
     endNodes_.clear();
     awaitingFlush_.clear();
-    lastLeaf_ = nullptr;
     stage_ = Stage::Adding;
     samplesWhileWriting_ = false;
     arrivals_ = 0;
@@ -63,28 +63,12 @@ void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long co
         return;
     }
     for (unsigned long long done = 0; done < count; done += vpc::PointPacker::most)
-        AddPacked(points + done, std::min(count - done, vpc::PointPacker::most));
+        root_->Place(
+            store_.Packer().Pack(points + done, std::min(count - done, vpc::PointPacker::most)));
 }
 
 void VpcConstructTree::BeginScan(const std::optional<vpc::CoordinateGrid>& grid) {
     store_.Packer().BeginScan(grid);
-}
-
-void VpcConstructTree::AddPacked(const VpcPoint3D* points, unsigned long long count) {
-    const vpc::PackedPoints packed = store_.Packer().Pack(points, count);
-    for (unsigned long long i = 0; i < count; ++i) {
-        const VpcPoint3D& point = points[i];
-        ++arrivals_;
-        VpcConstructNode* leaf = lastLeaf_;
-        if (leaf == nullptr || !leaf->Contains(point.x, point.y, point.z))
-            leaf = root_->FindLeaf(point.x, point.y, point.z);
-        if (leaf == nullptr) {
-            ++untakenPoints_;
-            continue;
-        }
-        leaf->StoreInLeaf(packed.Record(i), packed.format, packed.recordSize);
-        lastLeaf_ = leaf->Children().empty() ? leaf : nullptr;
-    }
 }
 
 bool VpcConstructTree::FlushBuffersToDisk(unsigned long long threshold) {

@@ -143,8 +143,6 @@ private:
     /// Call this before a point or a node is added to the tree; false when none may be added any
     /// more.
     [[nodiscard]] bool BeginChange();
-    /// Adds no more points than are packed at once.
-    void AddPacked(const VpcPoint3D* points, unsigned long long count);
     /// Memory for some records of the tree file.
     char* RecordBuffer();
     /// Does `work` and returns what it returns, or false when it throws vpc::IoError.
@@ -184,6 +182,9 @@ private:
     unsigned long long emptyLeafCount_ = 0;
     unsigned long long maxPointsPerNode_;
     unsigned long long maxLevel_;
+    /// A leaf that has as many points has to be looked at. Where nodes have files of their own it
+    /// is every leaf, since its buffer may be due.
+    unsigned long long growthToWatch_;
     wxString workingFolder_;
     Progress progress_;
     Progress finishProgress_;
@@ -192,8 +193,6 @@ private:
     /// Leaves whose buffers have grown since the last flush, and that flush's threshold.
     Level awaitingFlush_;
     unsigned long long lastThreshold_ = 0;
-    /// Scans come in order: the leaf of the last point is the first to try.
-    VpcConstructNode* lastLeaf_ = nullptr;
     std::unique_ptr<char[]> recordBuffer_;
     // The store outlives the nodes, whose points lie in it.
     vpc::NodePointStore store_;

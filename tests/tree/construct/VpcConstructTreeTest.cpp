@@ -58,7 +58,7 @@ TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
             for (int i = 0; i < 40; ++i) points.push_back(pointAt(1 + 0.02 * i, 1, 1));
             for (int i = 0; i < 3; ++i) points.push_back(farPoint(i));
             tree.AddPoints(points.data(), points.size());
-            tree.FlushBuffersToDisk(0);
+            EXPECT_TRUE(tree.FlushBuffersToDisk(0));
             points = {farPoint(3), farPoint(4)};
             tree.AddPoints(points.data(), 2);
             VpcConstructNode* leaf = tree.Root()->FindLeaf(7, 7, 7);
