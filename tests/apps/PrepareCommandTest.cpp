@@ -48,6 +48,7 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
     write("short.pts", "5\n0 0 0\n1 2 3\n4 5 6\n");
     write("o.vpt", "older");
     fs::create_directory(folder.file("d.pts"));
+    fs::create_symlink("/proc/sys/kernel/ostype", folder.file("fixed.pts"));
     fs::create_directory(folder.file("dir.vpt"));
     fs::create_hard_link(folder.file("a.pts"), folder.file("same.vpt"));
     sample("ok.las", "10");
@@ -64,7 +65,8 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
                  {"empty.pts", "'empty.pts' is empty"},
                  {"c.Las", "all small or all capital letters"},
                  {"a.pts b.ptx", "'b.ptx' is of another format than 'a.pts'"},
-                 {"bad.las", "'bad.las'"},
+                 {"fixed.pts", "'fixed.pts' cannot be written"},
+                 {"bad.las", "'bad.las' cannot be used: input file is not a las file! ("},
                  {"none.las", "'none.las' has a LAS header but holds no points"},
                  {"header.las", "none of the 10 points"},
                  {"five.pts", "'five.pts' cannot be read: its second line holds 5"},
