@@ -45,7 +45,7 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
     write("bad.las", "no such thing");
     write("empty.pts", "");
     write("five.pts", "2\n1 2 3 4 5\n6 7 8 9 10\n");
-    write("short.pts", "5\n0 0 0\n1 2 3\n4 5 6\n");
+    write("short.pts", "5\n0 0 0\n1 2 3\n4 5 inf\n");
     write("o.vpt", "older");
     fs::create_directory(folder.file("d.pts"));
     fs::create_symlink("/proc/sys/kernel/ostype", folder.file("fixed.pts"));
@@ -88,11 +88,14 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
         expectFailure("prepare " + (hasOutput ? arguments : "-o o.vpt " + arguments), 1,
                       c.sentence);
     }
+    // A run that fails tells also what it had left out till then.
+    expectFailure("prepare -o o.vpt --allow-incomplete short.pts", 1, "warning: 1 points with",
+                  400);
     EXPECT_EQ(folder.names(), before);
     EXPECT_EQ(read("a.pts"), threePoints);
     EXPECT_EQ(read("o.vpt"), "older");
     expectDone("prepare -o o.vpt --allow-incomplete short.pts");
-    EXPECT_THAT(run("info o.vpt").out, HasSubstr("points        5 "));
+    EXPECT_THAT(run("info o.vpt").out, HasSubstr("points        4 "));
 }
 
 TEST_F(PrepareCommandTest, TooLittleRoomIsAnErrorThatForceOverrides) {
