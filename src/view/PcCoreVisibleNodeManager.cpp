@@ -86,9 +86,7 @@ void PcCoreVisibleNodeManager::updateNodesInPickFrustum(const VpcFrustumDef& pic
 bool PcCoreVisibleNodeManager::getPickPoint(const VpcFrustumDef& pickFrustum, OdGePoint3d& result,
                                             const OdGeMatrix3d& matrix) const {
     for (const VisiblePointsNode& visible : pickNodes_) {
-        if (visible.firstSlot > visible.lastSlot) return false;
-        if (visible.firstSlot == visible.lastSlot) continue;
-        if (visible.firstSlot >= nextSlot || visible.lastSlot >= nextSlot) continue;
+        if (visible.lastSlot >= nextSlot) continue;
         if (FindInNode(visible, pickFrustum, matrix, result)) return true;
     }
     return false;

@@ -46,9 +46,10 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
     write("bad.las", "no such thing");
     write("empty.pts", "");
     write("five.pts", "2\n1 2 3 4 5\n6 7 8 9 10\n");
-    write("short.pts", "5\n0 0 0\n1 2 3\n4 5 6\n");
+    write("short.pts", "5\n0 0 0\n1 2 3\n4 5 inf\n");
     write("o.vpt", "older");
     fs::create_directory(folder.file("d.pts"));
+    fs::create_symlink("/proc/sys/kernel/ostype", folder.file("fixed.pts"));
     fs::create_directory(folder.file("dir.vpt"));
     fs::create_hard_link(folder.file("a.pts"), folder.file("same.vpt"));
     sample("ok.las", "10");
@@ -65,7 +66,8 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
                  {"empty.pts", "'empty.pts' is empty"},
                  {"c.Las", "all small or all capital letters"},
                  {"a.pts b.ptx", "'b.ptx' is of another format than 'a.pts'"},
-                 {"bad.las", "'bad.las'"},
+                 {"fixed.pts", "'fixed.pts' cannot be written"},
+                 {"bad.las", "'bad.las' cannot be used: input file is not a las file! ("},
                  {"none.las", "'none.las' has a LAS header but holds no points"},
                  {"header.las", "none of the 10 points"},
                  {"five.pts", "'five.pts' cannot be read: its second line holds 5"},
@@ -87,11 +89,14 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
         expectFailure("prepare " + (hasOutput ? arguments : "-o o.vpt " + arguments), 1,
                       c.sentence);
     }
+    // A run that fails tells also what it had left out till then.
+    expectFailure("prepare -o o.vpt --allow-incomplete short.pts", 1, "warning: 1 points with",
+                  400);
     EXPECT_EQ(folder.names(), before);
     EXPECT_EQ(read("a.pts"), threePoints);
     EXPECT_EQ(read("o.vpt"), "older");
     expectDone("prepare -o o.vpt --allow-incomplete short.pts");
-    EXPECT_THAT(run("info o.vpt").out, HasSubstr("points        5 "));
+    EXPECT_THAT(run("info o.vpt").out, HasSubstr("points        4 "));
 }
 
 TEST_F(PrepareCommandTest, TooLittleRoomIsAnErrorThatForceOverrides) {

@@ -60,6 +60,7 @@ TEST_F(VerifyCommandTest, SaysWhatIsWrong) {
         {"minimum point distance that is negative", verify(member(2, 1), -1.0)},
         {"does not lead over its parent", verify(member(3, 2) + 24, Word{1})},
         {"box with corners in the wrong order", verify(member(3, 4), nan)},
+        {"reaches out of its parent's box", verify(member(1, 4), -0.5)},
         {"does not fill its cell", verify(member(1, 5), 1.5)},
         {"node 0 of level 2 has 4 points, its point block 5", verify(member(3, 6), Word{4})},
         {"has more points (9) than its children", verify(member(0, 6), Word{9})},

@@ -19,7 +19,6 @@ struct LasBuilder {
         std::uint16_t red = 0, green = 0, blue = 0;
     };
 
-    int versionMajor = 1;
     int versionMinor = 2;
     int format = 3;
     /// Bytes per record; the length that belongs to the format where it is not given.
@@ -52,7 +51,7 @@ struct LasBuilder {
         std::string file(headerSize() + gap, '\xAA');
         std::memset(file.data(), 0, headerSize());
         file.replace(0, 4, "LASF");
-        file[24] = static_cast<char>(versionMajor);
+        file[24] = 1;
         file[25] = static_cast<char>(versionMinor);
         file.replace(26, 11, "test system");
         file.replace(58, 8, "software");

@@ -236,8 +236,7 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result, ProgressDispla
             unchanged);
     if (Interrupt::Requested())
         throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
-    wxString message = result.message;
-    message.Trim(true).Trim(false);
+    const wxString message = wxString(result.message).Trim(false);
     // The failure comes first, then what there was to say before it.
     const wxString warnings = message.AfterFirst('\n');
     if (!warnings.empty()) display.Warn(warnings);

@@ -13,12 +13,12 @@ namespace vpc {
 class ProgressDisplay : public PrepareObserver {
 public:
     struct Settings {
-        bool quiet = false;
+        bool quiet;
         /// Whether a run may go on with points that have no values in their text.
-        bool allowIncomplete = false;
-        VpcDataFormat format = DataFormat_Unknown;
+        bool allowIncomplete;
+        VpcDataFormat format;
         /// Points expected while the scans are still being measured.
-        unsigned long long estimatedPoints = 0;
+        unsigned long long estimatedPoints;
         std::string command;
     };
 

@@ -51,8 +51,10 @@ public:
     /// The number of the cell that holds the point, which lies in the box.
     unsigned long long CellHolding(double x, double y, double z) const {
         if (!isHalved_) return CellOfMany(x, y, z);
-        return static_cast<unsigned>(x >= middle_[0]) + (y >= middle_[1] ? stepY_ : 0U) +
-               (z >= middle_[2] ? stepZ_ : 0U);
+        // Without branches: which way a point goes cannot be foreseen.
+        return static_cast<unsigned>(x >= middle_[0]) +
+               static_cast<unsigned>(y >= middle_[1]) * stepY_ +
+               static_cast<unsigned>(z >= middle_[2]) * stepZ_;
     }
 
 private:

@@ -182,13 +182,14 @@ bool PrepareChecks::Opens(const std::string& scan) {
         Tell(Kind::Scan, scan, _("cannot be read") + why, _("change its permissions"));
         return false;
     }
-    if (format_ == DataFormat_LAS || opens(scan, "r+b")) return true;
-    const wxString why = reason();
-    Tell(Kind::Scan, scan,
-         _("cannot be written") + why +
-             _(", and PTS and PTX scans are opened for update though never changed"),
-         _("make it writable or use a copy"));
-    return false;
+    if (format_ != DataFormat_LAS && !opens(scan, "r+b")) {
+        const wxString why = reason();
+        Tell(Kind::Scan, scan,
+             _("cannot be written") + why +
+                 _(", and PTS and PTX scans are opened for update though never changed"),
+             _("make it writable or use a copy"));
+    }
+    return true;
 }
 
 void PrepareChecks::CountLasPoints(const std::string& scan, unsigned long long size) {

@@ -74,7 +74,9 @@ std::string recordOf(const VpcPoint3D& p) {
 TEST(VpcPoint3D, KeepsWhatAnOperationDoesNotSet) {
     static_assert(!std::is_polymorphic_v<VpcPoint3D> && sizeof(VpcPoint3D) == 72);
     EXPECT_EQ(VpcPoint3D().scannerDistance, 1.0);
-    EXPECT_EQ(VpcPoint3D(1, 2, 3).scannerDistance, -1.0) << "another one on purpose";
+    const VpcVector3D at(1, 2, 3);
+    for (const auto& p : {VpcPoint3D(1, 2, 3), VpcPoint3D(at), VpcPoint3D(at.ToVpcCoordinate3D())})
+        EXPECT_EQ(recordOf(p), recordOf({1, 2, 3, 0, 0, 0, 0, -1, -1})) << "-1 on purpose";
     VpcPoint3D p(1, 2, 3, 0xABCD, 0x1234, 0xFFFF, -0.1, 7, 12.75);
     p.markerId = -123456789;
     VpcPoint3D moved = p - VpcVector3D(1, 2, 3);
