@@ -79,18 +79,20 @@ unsigned long long CellGrid::CellOfMany(double x, double y, double z) const {
 unsigned long long CellGrid::CellAlong(unsigned axis, unsigned long long count,
                                        double value) const {
     const double near = (value - minimum_[axis]) * cellsPerUnit_[axis];
-    unsigned long long cell = 0;
+    const auto cells = static_cast<long long>(count);
+    // Signed numbers, since they are converted faster.
+    long long cell = 0;
     // A box without extent has cells of none, where the quotient is no number.
-    if (near >= static_cast<double>(count))
-        cell = count - 1;
+    if (near >= static_cast<double>(cells))
+        cell = cells - 1;
     else if (near > 0.0)
-        cell = static_cast<unsigned long long>(near);
-    const auto begins = [&](unsigned long long at) {
-        return Boundary(axis, at, count, cellSize_[axis]);
+        cell = static_cast<long long>(near);
+    const auto begins = [&](long long at) {
+        return minimum_[axis] + static_cast<double>(at) * cellSize_[axis];
     };
     while (cell > 0 && value < begins(cell)) --cell;
-    while (cell + 1 < count && value >= begins(cell + 1)) ++cell;
-    return cell;
+    while (cell + 1 < cells && value >= begins(cell + 1)) ++cell;
+    return static_cast<unsigned long long>(cell);
 }
 
 }  // namespace vpc

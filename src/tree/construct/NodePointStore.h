@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -74,7 +75,10 @@ private:
     PointPacker packer_;
     unsigned long long blocksInUse_ = 0;
     RecordBlock* free_ = nullptr;
-    std::vector<std::unique_ptr<RecordBlock[]>> slabs_;
+    struct FreeSlab {
+        void operator()(void* slab) const { std::free(slab); }
+    };
+    std::vector<std::unique_ptr<void, FreeSlab>> slabs_;
     std::vector<std::unique_ptr<RecordBlock[]>> scratches_;
     /// The nodes that hold blocks, the one that asked for a block longest ago first.
     NodePoints* oldest_ = nullptr;

@@ -25,10 +25,13 @@ bool same(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
-/// The nearest integer, or 0 where none of 32 bits is near.
+/// The nearest integer, where one of 32 bits is near, and any other number elsewhere.
 std::int32_t nearest(double value) {
-    if (!(std::abs(value) < 2147483647.0)) return 0;
-    return static_cast<std::int32_t>(value + std::copysign(0.5, value));
+    // At this size a double's steps are 1, so its low bits are the integer. That is faster than a
+    // conversion, and defined for every value.
+    constexpr double unitSteps = 6755399441055744.0;  // 1.5 * 2^52
+    return static_cast<std::int32_t>(
+        static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value + unitSteps)));
 }
 
 bool isGreyOfIntensity(const VpcPoint3D& point) {
@@ -92,7 +95,7 @@ bool PointFormat::PackCoordinates(const VpcPoint3D* points, unsigned long long c
         std::array<std::int32_t, 3> wholes;
         for (unsigned axis = 0; axis < 3; ++axis) {
             wholes[axis] = nearest((values[axis] - grid_.offset[axis]) * steps[axis]);
-            fits = fits && same(OnGrid(wholes[axis], axis), values[axis]);
+            fits = same(OnGrid(wholes[axis], axis), values[axis]) & fits;
         }
         store(records + i * recordSize_, wholes);
     }
