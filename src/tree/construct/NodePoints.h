@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -57,6 +58,18 @@ public:
     ///
     /// \param path the node's own file, where nodes have files of their own
     void WriteOut(const std::string& path = {});
+
+    /// Adds as many of `count` packed points, one behind the other and without arrivals, as one
+    /// block takes, and returns how many; none where arrivals are kept.
+    unsigned AppendSome(const char* records, unsigned count, unsigned format, unsigned size) {
+        if (room_ == 0 || keepsArrivals_ || format != tailFormat_) return 0;
+        const unsigned added = std::min(count, room_);
+        std::memcpy(cursor_, records, std::size_t{added} * size);
+        cursor_ += std::size_t{added} * size;
+        room_ -= added;
+        count_ += added;
+        return added;
+    }
 
     /// Has the processor fetch what the next Append reads, and, once that is there, what it writes.
     void PrefetchForAppend() const { __builtin_prefetch(this, 1); }

@@ -65,138 +65,119 @@ void PointFormat::PlaceFields() {
 }
 
 bool PointFormat::PackOrWiden(const VpcPoint3D* points, unsigned long long count, char* records) {
+    const Misfits misfits = onGrid_ ? Pack<true>(points, count, records)
+                                    : Pack<false>(points, count, records);
+    if (misfits.coordinates) onGrid_ = false;
+    if (misfits.colour) colour_ = static_cast<Colour>(static_cast<unsigned>(colour_) + 1);
+    if (misfits.intensity) intensityIsShort_ = false;
+    if (misfits.distance) storesDistance_ = true;
+    if (misfits.origin) storesOrigin_ = true;
+    PlaceFields();
+    return !(misfits.coordinates || misfits.colour || misfits.intensity || misfits.distance ||
+             misfits.origin);
+}
+
+template <bool onGrid>
+PointFormat::Misfits PointFormat::Pack(const VpcPoint3D* points, unsigned long long count,
+                                       char* record) const {
+    // The compiler has to assume that what is written through `record` changes this object, but not
+    // that it changes a copy.
+    const PointFormat format = *this;
+    Coordinates steps;
+    for (unsigned axis = 0; axis < 3; ++axis) steps[axis] = 1.0 / format.grid_.scale[axis];
+    Misfits misfits;
+    for (const VpcPoint3D* point = points; point != points + count; ++point) {
+        if (onGrid)
+            misfits.coordinates |= !format.PackOnGrid(*point, steps, record);
+        else
+            store(record, Coordinates{point->x, point->y, point->z});
+        misfits.colour |= !format.PackColour(*point, record + format.colourAt_);
+        misfits.intensity |= !format.PackIntensity(*point, record + format.intensityAt_);
+        misfits.distance |= !format.PackDistance(*point, record + format.distanceAt_);
+        misfits.origin |= !format.PackOrigin(*point, record + format.originAt_);
+        record += format.recordSize_;
+    }
+    return misfits;
+}
+
+inline bool PointFormat::PackOnGrid(const VpcPoint3D& point, const Coordinates& steps,
+                                    char* place) const {
+    const Coordinates values{point.x, point.y, point.z};
+    std::array<std::int32_t, 3> wholes;
     bool fits = true;
-    const auto require = [&fits](bool fieldFits, const auto& widen) {
-        if (!fieldFits) widen();
-        fits = fits && fieldFits;
-    };
-    require(PackCoordinates(points, count, records), [this] { onGrid_ = false; });
-    require(PackColours(points, count, records),
-            [this] { colour_ = static_cast<Colour>(static_cast<unsigned>(colour_) + 1); });
-    require(PackIntensities(points, count, records), [this] { intensityIsShort_ = false; });
-    require(PackDistances(points, count, records), [this] { storesDistance_ = true; });
-    require(PackOrigins(points, count, records), [this] { storesOrigin_ = true; });
-    if (!fits) PlaceFields();
+    for (unsigned axis = 0; axis < 3; ++axis) {
+        wholes[axis] = nearest((values[axis] - grid_.offset[axis]) * steps[axis]);
+        fits &= same(OnGrid(wholes[axis], axis), values[axis]);
+    }
+    store(place, wholes);
     return fits;
 }
 
-bool PointFormat::PackCoordinates(const VpcPoint3D* points, unsigned long long count,
-                                  char* records) const {
-    if (!onGrid_) {
-        for (unsigned long long i = 0; i < count; ++i)
-            store(records + i * recordSize_, Coordinates{points[i].x, points[i].y, points[i].z});
+inline bool PointFormat::PackColour(const VpcPoint3D& point, char* place) const {
+    switch (colour_) {
+        case Colour::Constant:
+            return point.red == constant_.red && point.green == constant_.green &&
+                   point.blue == constant_.blue;
+        case Colour::Grey:
+            return isGreyOfIntensity(point);
+        case Colour::Bytes:
+            store(place, std::array{static_cast<std::uint8_t>(point.red),
+                                    static_cast<std::uint8_t>(point.green),
+                                    static_cast<std::uint8_t>(point.blue)});
+            return (point.red | point.green | point.blue) <= 0xff;
+        case Colour::Words:
+            store(place, std::array{point.red, point.green, point.blue});
+            return true;
+    }
+    return false;
+}
+
+inline bool PointFormat::PackIntensity(const VpcPoint3D& point, char* place) const {
+    if (!intensityIsShort_) {
+        store(place, point.intensity);
         return true;
     }
-    std::array<double, 3> steps;
-    for (unsigned axis = 0; axis < 3; ++axis) steps[axis] = 1.0 / grid_.scale[axis];
-    bool fits = true;
-    for (unsigned long long i = 0; i < count; ++i) {
-        const Coordinates values{points[i].x, points[i].y, points[i].z};
-        std::array<std::int32_t, 3> wholes;
-        for (unsigned axis = 0; axis < 3; ++axis) {
-            wholes[axis] = nearest((values[axis] - grid_.offset[axis]) * steps[axis]);
-            fits = same(OnGrid(wholes[axis], axis), values[axis]) & fits;
-        }
-        store(records + i * recordSize_, wholes);
-    }
-    return fits;
+    const auto whole = static_cast<std::int16_t>(nearest(point.intensity));
+    store(place, whole);
+    return same(whole, point.intensity);
 }
 
-bool PointFormat::PackColours(const VpcPoint3D* points, unsigned long long count,
-                              char* records) const {
-    bool fits = true;
-    for (unsigned long long i = 0; i < count; ++i) {
-        const VpcPoint3D& point = points[i];
-        char* place = records + i * recordSize_ + colourAt_;
-        switch (colour_) {
-            case Colour::Constant:
-                fits = fits && point.red == constant_.red && point.green == constant_.green &&
-                       point.blue == constant_.blue;
-                break;
-            case Colour::Grey:
-                fits = fits && isGreyOfIntensity(point);
-                break;
-            case Colour::Bytes:
-                fits = fits && (point.red | point.green | point.blue) <= 0xff;
-                store(place, std::array{static_cast<std::uint8_t>(point.red),
-                                        static_cast<std::uint8_t>(point.green),
-                                        static_cast<std::uint8_t>(point.blue)});
-                break;
-            case Colour::Words:
-                store(place, std::array{point.red, point.green, point.blue});
-                break;
-        }
-    }
-    return fits;
+inline bool PointFormat::PackDistance(const VpcPoint3D& point, char* place) const {
+    if (!storesDistance_) return same(point.scannerDistance, constant_.scannerDistance);
+    store(place, point.scannerDistance);
+    return true;
 }
 
-bool PointFormat::PackIntensities(const VpcPoint3D* points, unsigned long long count,
-                                  char* records) const {
-    bool fits = true;
-    for (unsigned long long i = 0; i < count; ++i) {
-        const double intensity = points[i].intensity;
-        char* place = records + i * recordSize_ + intensityAt_;
-        if (intensityIsShort_) {
-            const auto whole = static_cast<std::int16_t>(nearest(intensity));
-            fits = fits && same(whole, intensity);
-            store(place, whole);
-        } else {
-            store(place, intensity);
-        }
-    }
-    return fits;
-}
-
-bool PointFormat::PackDistances(const VpcPoint3D* points, unsigned long long count,
-                                char* records) const {
-    bool fits = true;
-    for (unsigned long long i = 0; i < count; ++i) {
-        const double distance = points[i].scannerDistance;
-        if (storesDistance_)
-            store(records + i * recordSize_ + distanceAt_, distance);
-        else
-            fits = fits && same(distance, constant_.scannerDistance);
-    }
-    return fits;
-}
-
-bool PointFormat::PackOrigins(const VpcPoint3D* points, unsigned long long count,
-                              char* records) const {
-    bool fits = true;
-    for (unsigned long long i = 0; i < count; ++i) {
-        const VpcPoint3D& point = points[i];
-        if (storesOrigin_)
-            store(records + i * recordSize_ + originAt_,
-                  std::array{point.markerId, point.sourceIndex});
-        else
-            fits = fits && point.markerId == constant_.markerId &&
-                   point.sourceIndex == constant_.sourceIndex;
-    }
-    return fits;
+inline bool PointFormat::PackOrigin(const VpcPoint3D& point, char* place) const {
+    if (!storesOrigin_)
+        return point.markerId == constant_.markerId && point.sourceIndex == constant_.sourceIndex;
+    store(place, std::array{point.markerId, point.sourceIndex});
+    return true;
 }
 
 void PointFormat::Unpack(const char* packed, unsigned stride, unsigned long long count,
                          char* records) const {
     constexpr unsigned size = VpcPoint3D::recordSize;
+    const PointFormat format = *this;  // as in Pack
     std::array<char, size> constants;
     constant_.ToRecord(constants.data());
     for (; count != 0; --count, packed += stride, records += size) {
         std::memcpy(records, constants.data(), size);
-        store(records + VpcPoint3D::recordOffsetX, CoordinatesOf(packed));
+        store(records + VpcPoint3D::recordOffsetX, format.CoordinatesOf(packed));
         store(records + VpcPoint3D::recordOffsetIntensity,
-              intensityIsShort_ ? load<std::int16_t>(packed + intensityAt_)
-                                : load<double>(packed + intensityAt_));
-        UnpackColour(packed, records + VpcPoint3D::recordOffsetRed);
-        if (storesDistance_)
-            std::memcpy(records + VpcPoint3D::recordOffsetScannerDistance, packed + distanceAt_,
-                        sizeof(double));
-        if (storesOrigin_)
-            std::memcpy(records + VpcPoint3D::recordOffsetMarkerId, packed + originAt_,
+              format.intensityIsShort_ ? load<std::int16_t>(packed + format.intensityAt_)
+                                       : load<double>(packed + format.intensityAt_));
+        format.UnpackColour(packed, records + VpcPoint3D::recordOffsetRed);
+        if (format.storesDistance_)
+            std::memcpy(records + VpcPoint3D::recordOffsetScannerDistance,
+                        packed + format.distanceAt_, sizeof(double));
+        if (format.storesOrigin_)
+            std::memcpy(records + VpcPoint3D::recordOffsetMarkerId, packed + format.originAt_,
                         2 * sizeof(std::int32_t));
     }
 }
 
-void PointFormat::UnpackColour(const char* packed, char* record) const {
+inline void PointFormat::UnpackColour(const char* packed, char* record) const {
     using Channels = std::array<std::uint16_t, 3>;
     switch (colour_) {
         case Colour::Constant:

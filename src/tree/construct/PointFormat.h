@@ -60,17 +60,21 @@ private:
     }
     /// Sets the size and the places of the fields from what is stored.
     void PlaceFields();
-    // Each of these packs one field of all points, and returns whether all points' values fit.
-    [[nodiscard]] bool PackCoordinates(const VpcPoint3D* points, unsigned long long count,
-                                       char* records) const;
-    [[nodiscard]] bool PackColours(const VpcPoint3D* points, unsigned long long count,
-                                   char* records) const;
-    [[nodiscard]] bool PackIntensities(const VpcPoint3D* points, unsigned long long count,
-                                       char* records) const;
-    [[nodiscard]] bool PackDistances(const VpcPoint3D* points, unsigned long long count,
-                                     char* records) const;
-    [[nodiscard]] bool PackOrigins(const VpcPoint3D* points, unsigned long long count,
-                                   char* records) const;
+    /// Which fields of some point could not be packed.
+    struct Misfits {
+        bool coordinates = false, colour = false, intensity = false, distance = false,
+             origin = false;
+    };
+    template <bool onGrid>
+    [[nodiscard]] Misfits Pack(const VpcPoint3D* points, unsigned long long count,
+                               char* record) const;
+    // Each of these packs one field of a point, and returns whether its value fits.
+    [[nodiscard]] bool PackOnGrid(const VpcPoint3D& point, const Coordinates& steps,
+                                  char* place) const;
+    [[nodiscard]] bool PackColour(const VpcPoint3D& point, char* place) const;
+    [[nodiscard]] bool PackIntensity(const VpcPoint3D& point, char* place) const;
+    [[nodiscard]] bool PackDistance(const VpcPoint3D& point, char* place) const;
+    [[nodiscard]] bool PackOrigin(const VpcPoint3D& point, char* place) const;
     void UnpackColour(const char* packed, char* record) const;
 
     bool onGrid_ = false;

@@ -111,12 +111,32 @@ void VpcConstructNode::Place(const vpc::PackedRun& run) {
             if (leaves[i] != nullptr) leaves[i]->points_.PrefetchForAppend();
         for (unsigned i = 0; i < count; ++i)
             if (leaves[i] != nullptr) leaves[i]->points_.PrefetchPlace();
-        for (unsigned i = 0; i < count; ++i) {
+        for (unsigned i = 0; i < count;) {
+            unsigned end = i + 1;
+            while (end < count && leaves[end] == leaves[i]) ++end;
+            i += StoreSome(leaves[i], run, done + i, end - i);
+            if (i == end) continue;
             tree_->arrivals_ = run.arrivals != nullptr ? run.Arrival(done + i)
                                                        : tree_->arrivals_ + run.arrivalStep;
             Store(leaves[i], points[i], run.Record(done + i), run);
+            ++i;
         }
     }
+}
+
+unsigned VpcConstructNode::StoreSome(VpcConstructNode* leaf, const vpc::PackedRun& run,
+                                     unsigned first, unsigned count) const {
+    constexpr unsigned worthIt = 4;
+    if (count < worthIt || leaf == nullptr || !leaf->children_.empty() ||
+        run.stride != run.format->RecordSize())
+        return 0;
+    // The point that fills the leaf is left to Store.
+    const unsigned long long held = leaf->points_.Count();
+    if (held + count >= tree_->growthToWatch_) return 0;
+    const unsigned stored =
+        leaf->points_.AppendSome(run.Record(first), count, run.formatNumber, run.stride);
+    tree_->arrivals_ += std::uint64_t{stored} * run.arrivalStep;
+    return stored;
 }
 
 void VpcConstructNode::Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,

@@ -174,6 +174,10 @@ private:
     /// Finds the leaves below this node that take the points; null for those that none takes.
     void FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// Puts points of a run that have the same leaf into it, as far as that is simple, and returns
+    /// how many.
+    unsigned StoreSome(VpcConstructNode* leaf, const vpc::PackedRun& run, unsigned first,
+                       unsigned count) const;
     void Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
                const vpc::PackedRun& run) const;
     /// Splits or freezes this leaf when it is full.
