@@ -41,8 +41,9 @@ public:
     bool IsThinlySpread() const {
         return WritesBehind() && holders_ * blocksWorthWriting > blockLimit_;
     }
-    /// The most points, in blocks, that are worth reading back into memory at once.
-    unsigned long long BlocksToLoad() const { return blockLimit_ / 2; }
+    /// The most points, in blocks, that may be read back into memory at once, where they take
+    /// several times the space.
+    unsigned long long BlocksToLoad() const { return blockLimit_ / 8; }
 
     /// A block for `user`. When the budget is spent, a node's points are written for it, perhaps
     /// those of `user`. Throws vpc::IoError when they cannot be written.

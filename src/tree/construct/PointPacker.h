@@ -57,7 +57,7 @@ private:
     std::optional<CoordinateGrid> grid_;
     bool scanHasFormat_ = false;
     /// Copying whole words reads a little over the last point's end.
-    std::array<char, most * recordSize + sizeof(std::uint64_t)> records_;
+    std::array<char, most * recordSize + RecordBlock::wordSize> records_;
 };
 
 }  // namespace vpc

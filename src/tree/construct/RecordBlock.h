@@ -29,8 +29,9 @@ struct RecordBlock {
     char records[size - 24];
 
     /// Points are copied in whole words, so the last one may reach a little over its end.
+    static constexpr unsigned wordSize = 16;
     static constexpr unsigned Capacity(unsigned stride) {
-        return static_cast<unsigned>((sizeof records - sizeof(std::uint64_t)) / stride);
+        return static_cast<unsigned>((sizeof records - wordSize) / stride);
     }
     /// Bytes in use, from the block's beginning.
     unsigned UsedBytes() const {
@@ -43,11 +44,11 @@ struct RecordBlock {
 };
 static_assert(sizeof(RecordBlock) == RecordBlock::size);
 
-/// Copies a packed point, rounded up to whole words: some formats' sizes are odd, and a loop over
-/// words is faster than a call.
+/// Copies a packed point, rounded up to whole words: a loop over one or two words is faster than a
+/// call.
 inline void copyPacked(char* to, const char* from, unsigned bytes) {
-    for (unsigned done = 0; done < bytes; done += sizeof(std::uint64_t))
-        std::memcpy(to + done, from + done, sizeof(std::uint64_t));
+    for (unsigned done = 0; done < bytes; done += RecordBlock::wordSize)
+        std::memcpy(to + done, from + done, RecordBlock::wordSize);
 }
 
 }  // namespace vpc

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <utility>
 
 #include <wx/translation.h>
@@ -163,7 +164,7 @@ void VpcConstructNode::LeafHasGrown() {
     if (!tree_->store_.WritesBehind()) WriteBufferPointsToDisk();
     // A split reads back what has left memory, and it leaves memory again soon where each node has
     // but a small share of it.
-    if (points_.Resting() != 0 && tree_->mayFreeze_ && tree_->store_.IsThinlySpread())
+    if (points_.Resting() != 0 && tree_->store_.IsThinlySpread())
         Freeze();
     else
         SplitNode();
@@ -295,21 +296,49 @@ void VpcConstructNode::ShapeFrozenLeaves(
 }
 
 void VpcConstructNode::ShapeFrozenLeaf() {
-    const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
-    const vpc::ScopedValue mayFreeze(tree_->mayFreeze_, false);
-    cells_.Cut(SplitGrid());
-    CreateChildren();
-    points_.Visit([this](const vpc::RecordBlock& block) {
-        Place(tree_->store_.Packer().RunOf(block));
+    std::vector<Arrival> points;
+    points.reserve(points_.Count());
+    points_.Visit([&](const vpc::RecordBlock& block) {
+        const vpc::PackedRun run = tree_->store_.Packer().RunOf(block);
+        for (unsigned i = 0; i < run.count; ++i) {
+            const Coordinates at = run.format->CoordinatesOf(run.Record(i));
+            if (Contains(at[0], at[1], at[2]))
+                points.push_back({at, run.arrivals != nullptr ? run.Arrival(i) : splitAt_});
+            else
+                ++tree_->untakenPoints_;
+        }
     });
+    std::vector<Arrival> others(points.size());
     pointsOnDisk_ = 0;
-    for (const auto& child : children_) child->KeepCountsOnly();
+    ShapeChildren(points.data(), others.data(), points.size());
 }
 
-void VpcConstructNode::KeepCountsOnly() {
-    pointsOnDisk_ = points_.Count();
-    points_.Clear();
-    for (const auto& child : children_) child->KeepCountsOnly();
+void VpcConstructNode::ShapeChildren(Arrival* points, Arrival* others, std::size_t count) {
+    cells_.Cut(SplitGrid());
+    CreateChildren();
+    // The points sorted by child, those of a child in the order of their arrival.
+    std::vector<std::size_t> ends(children_.size() + 1);
+    const auto cellOf = [this](const Arrival& point) {
+        return cells_.CellHolding(point.at[0], point.at[1], point.at[2]);
+    };
+    for (std::size_t i = 0; i < count; ++i) ++ends[cellOf(points[i]) + 1];
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    for (std::size_t i = 0; i < count; ++i) others[ends[cellOf(points[i])]++] = points[i];
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < children_.size(); ++i) {
+        children_[i]->Shape(others + begin, points + begin, ends[i] - begin);
+        begin = ends[i];
+    }
+}
+
+void VpcConstructNode::Shape(Arrival* points, Arrival* others, std::size_t count) {
+    const auto full = std::max(tree_->maxPointsPerNode_, 1ULL);
+    pointsOnDisk_ = count;
+    if (count < full || level_ >= tree_->maxLevel_ || !CanSplit()) return;
+    // It would have split when it was full, and not before it was there.
+    splitAt_ = std::max(parent_->splitAt_, points[full - 1].arrival);
+    pointsOnDisk_ = 0;
+    ShapeChildren(points, others, count);
 }
 
 void VpcConstructNode::SettleAll() {

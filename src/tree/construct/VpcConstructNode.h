@@ -159,6 +159,12 @@ public:
 private:
     static constexpr std::size_t cacheLine = 64;
 
+    /// A point of a frozen leaf, and the number of its arrival.
+    struct Arrival {
+        Coordinates at;
+        unsigned long long arrival;
+    };
+
     unsigned long long BufferedPoints() const {
         if (HoldsPointsOfLeaves()) return 0;
         // Points on disk are counted before they are sampled, and after their file is gone.
@@ -196,8 +202,12 @@ private:
     void AddChild(const Triplet& cell);
     void ShapeFrozenLeaf();
     void SettlePoints();
-    /// Counts the points in memory below this node as if they were on disk, and forgets them.
-    void KeepCountsOnly();
+    /// Makes this node's children and what is below them from the points that have reached it, in
+    /// the order of their arrival, and counts the points. Both ranges hold `count` points and are
+    /// overwritten.
+    void ShapeChildren(Arrival* points, Arrival* others, std::size_t count);
+    /// The same for a node that may stay a leaf.
+    void Shape(Arrival* points, Arrival* others, std::size_t count);
     std::vector<VpcPoint3D> SamplesFromBelow() const;
 
     // What is needed for every point comes first, to lie together.

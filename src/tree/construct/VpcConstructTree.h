@@ -176,7 +176,6 @@ private:
     /// Points that have arrived at the root so far. While a leaf's points are handed on afterwards,
     /// the number of the point that is.
     unsigned long long arrivals_ = 0;
-    bool mayFreeze_ = true;
     unsigned long long leafCount_ = 0;
     unsigned long long filledLeafCount_ = 0;
     unsigned long long emptyLeafCount_ = 0;
