@@ -31,7 +31,10 @@ public:
     std::string File() const { return rest_ != nullptr ? rest_->File() : std::string(); }
 
     /// From now on the numbers of their arrival are kept with the points.
-    void KeepArrivals() { keepsArrivals_ = true; }
+    void KeepArrivals() {
+        keepsArrivals_ = true;
+        tailFormat_ = noFormat;  // the last block has no room for them
+    }
     bool KeepsArrivals() const { return keepsArrivals_; }
 
     /// Adds a packed point, of which whole words can be read.
@@ -95,6 +98,8 @@ public:
 
 private:
     friend class NodePointStore;
+
+    static constexpr unsigned noFormat = std::numeric_limits<unsigned>::max();
 
     void AddBlock(unsigned format, unsigned size, unsigned long long firstArrival);
     /// Notes in the last block how many points it holds.
