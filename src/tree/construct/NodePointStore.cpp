@@ -39,6 +39,13 @@ std::unique_ptr<RestingPoints> NodePointStore::MakeRestingPoints(const std::stri
     return std::make_unique<NodeFile>(*this, path);
 }
 
+bool NodePointStore::IsThinlySpread(const NodePoints& node) const {
+    constexpr unsigned long long tooFew = 2;
+    if (!WritesBehind()) return false;
+    if (node.Resting() != 0) return holders_ * blocksWorthWriting > blockLimit_;
+    return scatter_ > mostScatter / 2 && holders_ * tooFew > blockLimit_;
+}
+
 RecordBlock* NodePointStore::Acquire(NodePoints& user) {
     if (WritesBehind() && blocksInUse_ >= blockLimit_) MakeRoom();
     if (free_ == nullptr) AddSlab();

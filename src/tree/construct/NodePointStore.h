@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -36,10 +37,14 @@ public:
     ///
     /// \param path the file for that node, where there is no budget
     std::unique_ptr<RestingPoints> MakeRestingPoints(const std::string& path);
-    /// True when so many nodes share the memory that each has only a thin share of it. Points that
-    /// go on to further nodes are then written over and over, a few at a time.
-    bool IsThinlySpread() const {
-        return WritesBehind() && holders_ * blocksWorthWriting > blockLimit_;
+    /// True when so many nodes share the memory that their number should not grow: points would be
+    /// written over and over, a few at a time. A node with points at rest has seen that already;
+    /// others are told later, and only where the points come in no order. In order, most nodes wait
+    /// to be written for good.
+    bool IsThinlySpread(const NodePoints& node) const;
+    /// Tells whether the next points are far apart from one another.
+    void NoteOrder(bool isScattered) {
+        scatter_ = isScattered ? std::min(scatter_ + 1, mostScatter) : std::max(scatter_ - 1, 0);
     }
     /// The most points, in blocks, that may be read back into memory at once, where they take
     /// several times the space.
@@ -85,6 +90,8 @@ private:
     NodePoints* oldest_ = nullptr;
     NodePoints* newest_ = nullptr;
     unsigned long long holders_ = 0;
+    static constexpr int mostScatter = 1000;
+    int scatter_ = 0;
 };
 
 /// Lends some blocks for reading, and gives them back to the store to be lent again: they are

@@ -72,8 +72,9 @@ void VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
         do leaves[done++] = leaf;
         while (done < count && leaf != nullptr &&
                leaf->Contains(points[done][0], points[done][1], points[done][2]));
-        if (done - first < shortRun)
-            return FindLeavesAtOnce(points + done, count - done, leaves + done);
+        const bool isScattered = done - first < shortRun && done < count;
+        tree_->store_.NoteOrder(isScattered);
+        if (isScattered) return FindLeavesAtOnce(points + done, count - done, leaves + done);
     }
 }
 
@@ -162,9 +163,7 @@ void VpcConstructNode::LeafHasGrown() {
     cannotSplit_ = level_ >= tree_->maxLevel_ || !CanSplit();
     if (cannotSplit_) return;
     if (!tree_->store_.WritesBehind()) WriteBufferPointsToDisk();
-    // A split reads back what has left memory, and it leaves memory again soon where each node has
-    // but a small share of it.
-    if (points_.Resting() != 0 && tree_->store_.IsThinlySpread())
+    if (tree_->store_.IsThinlySpread(points_))
         Freeze();
     else
         SplitNode();
