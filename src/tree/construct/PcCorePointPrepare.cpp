@@ -114,11 +114,15 @@ TreePrepareResult PrepareRun::Prepare(unsigned long long headerValue, const wxSt
     AddScans(tree);
     NoteLostPoints(tree);
 
-    Report(PrepareStage::BuildLevels, 0, pointsRead_);
+    Report(PrepareStage::BuildLevels, 0, 0);
+    tree.SetFinishProgress([this](unsigned long long done, unsigned long long points) {
+        Report(PrepareStage::BuildLevels, done, points);
+    });
     if (!tree.FinishAddData()) {
         AddNote(tree.FailureReason());
         return failure(WithNotes(_("ERROR: FinishAddData() failed!!")));
     }
+    Report(PrepareStage::WriteFile, 0, tree.PointsAdded());
     tree.SetProgress([this](unsigned long long done, unsigned long long points) {
         Report(PrepareStage::WriteFile, done, points);
     });
