@@ -24,27 +24,31 @@ constexpr unsigned long long maxLevel = 12;
 class StageClock : public PrepareObserver {
 public:
     bool onProgress(const PrepareProgress& progress) override {
-        charge(progress.stage);
+        // A stage may tell of its beginning: what was before belongs to the stage before.
+        if (progress.pointsDone != 0) stage_ = progress.stage;
+        charge();
+        stage_ = progress.stage;
         return true;
     }
     bool onScansMeasured(const ScanSummary&, const wxString&) override {
-        charge(PrepareStage::MeasureScans);
+        charge();
         return true;
     }
     /// What comes after the last report belongs to the last stage.
     std::array<double, 4> finish() {
-        charge(PrepareStage::WriteFile);
+        charge();
         return seconds_;
     }
 
 private:
-    void charge(PrepareStage stage) {
+    void charge() {
         const Clock::time_point now = Clock::now();
-        seconds_.at(static_cast<std::size_t>(stage)) +=
+        seconds_.at(static_cast<std::size_t>(stage_)) +=
             std::chrono::duration<double>(now - last_).count();
         last_ = now;
     }
 
+    PrepareStage stage_ = PrepareStage::MeasureScans;
     Clock::time_point last_ = Clock::now();
     std::array<double, 4> seconds_{};
 };

@@ -19,6 +19,7 @@ endif()
 set(vpc_include_folder ${CMAKE_INSTALL_INCLUDEDIR}/vpc)
 set(vpc_headers
   core/geometry/BoxCorners.h
+  core/geometry/CoordinateGrid.h
   core/geometry/VpcBoundingBoxAxisAligned.h
   core/geometry/VpcCoordinate3D.h
   core/geometry/VpcFrustumDef.h

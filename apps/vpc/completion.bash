@@ -4,8 +4,8 @@ _vpc_options() { # COMMAND
   local camera='--eye --target --up --field --viewport --perspective --parallel'
   case $1 in
     prepare)
-      echo --help --output --tree --max-points --max-level --unit --work --log \
-        --allow-incomplete --quiet --force
+      echo --help --output --tree --max-points --max-level --unit --memory --work \
+        --log --allow-incomplete --quiet --force
       ;;
     info) echo --help --json --nodes ;;
     verify) echo --help ;;

@@ -33,9 +33,11 @@ TEST_F(PrepareCommandTest, WrongUsageGivesStatus2) {
           "sample b.pts --order random", "sample a.las --format 2", "sample a.las --points 0",
           "sample a.las --points 5000000000"})
         expectFailure(arguments, 2, "");
+    for (const std::string memory : {"15M", "-16M", "many", "99999999999999999999", "1E"})
+        expectFailure("prepare -o a.vpt a.pts --memory=" + memory, 2, "--memory: ");
     EXPECT_THAT(run("--version").out, HasSubstr("vpc "));
     EXPECT_EQ(run("--help").status, 0);
-    EXPECT_THAT(run("prepare --help").out, HasSubstr("10000"));
+    EXPECT_THAT(run("prepare --help").out, testing::AllOf(HasSubstr("10000"), HasSubstr("128M")));
     EXPECT_TRUE(folder.holdsOnly({"a.pts"}));
 }
 
@@ -104,7 +106,8 @@ TEST_F(PrepareCommandTest, TooLittleRoomIsAnErrorThatForceOverrides) {
     write("big.pts", threePoints);
     fs::resize_file(folder.file("big.pts"), 1ULL << 43);
     const std::string error = run("prepare -o x.vpt big.pts").err;
-    EXPECT_THAT(error, ContainsRegex("has [0-9.]+ [kMGT]?B free.*about 4.* TB.*\n?.*--force"));
+    EXPECT_THAT(error,
+                ContainsRegex("has [0-9.]+ [kMGT]?B free.*about (25.4|43.0) TB.*\n?.*--force"));
     EXPECT_TRUE(folder.holdsOnly({"big.pts"}));
     ProgramRun forced("prepare -o x.vpt --force big.pts", folder.path());
     EXPECT_TRUE(ProgramRun::waitUntil([&] { return entries() > 2; }));

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -18,11 +19,11 @@
 #include "core/util/StringTools.h"
 #include "core/util/VpcLogger.h"
 #include "io/FileIoFactory.h"
-#include "tree/construct/PcCorePointPrepare.h"
 #include "tree/construct/PrepareChecks.h"
 #include "tree/file/LevelTotals.h"
 #include "tree/file/PointTreeReader.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/SystemMemory.h"
 #include "vpc/prepare/ProgressDisplay.h"
 
 namespace vpc {
@@ -32,6 +33,8 @@ namespace {
 /// Far deeper than any scan needs. Where points coincide, every level is built and costs memory and
 /// time.
 constexpr unsigned long long deepestLevel = 60;
+/// Less makes a run slow and saves little: what a run needs beside the points takes more.
+constexpr unsigned long long leastMemory = 16ULL << 20U;
 
 wxString fullPath(const std::string& native) {
     return FileTools::FromNativePath(std::filesystem::absolute(native).string());
@@ -112,6 +115,20 @@ std::string checkUnit(const std::string& text) {
     return "'" + text + "' is no unit; the units are " + DrawingUnits::List();
 }
 
+/// For a size whose unit has been resolved, so that the text is the number of bytes.
+std::string checkMemory(const std::string& text) {
+    unsigned long long bytes = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, fault] = std::from_chars(text.data(), end, bytes);
+    if (fault == std::errc::invalid_argument || rest != end)
+        return "'" + text + "' is no size; write 512M or 2G, for example";
+    if (fault != std::errc() || bytes > systemMemory())
+        return "it must fit into the machine's memory of " + DisplayText::Bytes(systemMemory());
+    if (bytes < leastMemory)
+        return "it must be at least " + std::to_string(leastMemory >> 20U) + "M";
+    return {};
+}
+
 }  // namespace
 
 PrepareCommand::PrepareCommand(CLI::App& app)
@@ -147,6 +164,14 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         ->capture_default_str()
         ->type_name("UNIT");
     options
+        .add_option("--memory", options_.memory,
+                    "Memory for points, at least 16M; points that find no room in it wait in a "
+                    "temporary file. More makes a run faster or changes nothing")
+        ->transform(CLI::AsSizeValue(false).description(""))
+        ->check(CLI::Validator(checkMemory, ""))
+        ->default_str(std::to_string(PcCorePointPrepare::defaultPointMemory >> 20U) + "M")
+        ->type_name("SIZE");
+    options
         .add_option("--work", options_.work,
                     "Folder for temporary files, default: the output's; a subfolder is made "
                     "there and removed again")
@@ -161,6 +186,12 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         "Examples:\n"
         "  vpc prepare -o scan.vpt scan.las\n"
         "  vpc prepare --tree kd --max-points 50000 --unit Feet -o site.vpt east.pts west.pts\n"
+        "At its peak a run takes as much disk as its result, about 72 bytes a point and 108 with\n"
+        "--tree kd. Temporary files take up to 26 bytes a point of LAS and 50 of PTS and PTX. "
+        "They\n"
+        "shrink as the result grows, so they count only on another disk (--work), or where the "
+        "file\n"
+        "system takes no room back from an open file.\n"
         "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
 }
 
@@ -216,9 +247,9 @@ TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
     Interrupt::Check();
     std::vector<wxString> scans;
     for (const std::string& scan : options_.scans) scans.push_back(fullPath(scan));
-    return PcCorePointPrepare::preparePointData(options_.unit, fullPath(work.Path()), scans,
-                                                fullPath(options_.output), TreeType(),
-                                                options_.maxPoints, options_.maxLevel, display);
+    return PcCorePointPrepare::preparePointData(
+        options_.unit, fullPath(work.Path()), scans, fullPath(options_.output), TreeType(),
+        options_.maxPoints, options_.maxLevel, display, options_.memory);
 }
 
 void PrepareCommand::CheckResult(const TreePrepareResult& result, ProgressDisplay& display,

@@ -4,9 +4,8 @@
 #include <vector>
 
 #include "core/util/VpcDefinitions.h"
+#include "tree/construct/PcCorePointPrepare.h"
 #include "vpc/common/Command.h"
-
-struct TreePrepareResult;
 
 namespace vpc {
 
@@ -22,6 +21,8 @@ struct PrepareOptions {
     unsigned long long maxPoints = 10000;
     unsigned long long maxLevel = 12;
     unsigned long long unit = 0;
+    /// Bytes of points to keep in memory.
+    unsigned long long memory = PcCorePointPrepare::defaultPointMemory;
     std::string log;
     /// The folder for temporary files; empty stands for the output's.
     std::string work;

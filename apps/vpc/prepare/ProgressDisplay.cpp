@@ -27,9 +27,16 @@ constexpr double secondsToForecast = 1.0;
 constexpr std::size_t stages = 4;
 constexpr std::array<const char*, stages> stageNames = {"measuring scans", "sorting points",
                                                         "building levels", "writing file"};
-/// The share of a run's time that each stage takes, for binary scans and for text.
-constexpr std::array<double, stages> binaryShares = {0.05, 0.65, 0.03, 0.27};
-constexpr std::array<double, stages> textShares = {0.25, 0.40, 0.03, 0.32};
+/// The shares of a run's time that reading takes. The rest belongs to the last two stages.
+struct ReadingShares {
+    double measuring;
+    double adding;
+};
+constexpr ReadingShares binaryShares = {0.08, 0.40};
+constexpr ReadingShares textShares = {0.28, 0.44};
+/// The time that it takes to sort a point while levels are built, if it has to be sorted there, in
+/// times of what the writing takes for a point of the scans.
+constexpr double sortingToWriting = 0.2;
 
 double secondsBetween(std::chrono::steady_clock::time_point a,
                       std::chrono::steady_clock::time_point b) {
@@ -62,6 +69,7 @@ bool ProgressDisplay::onProgress(const PrepareProgress& progress) {
     if (Interrupt::Requested()) return false;
     const auto now = Clock::now();
     if (progress.stage != stage_) StartStage(progress.stage, now);
+    if (stage_ == PrepareStage::BuildLevels) pointsToSort_ = progress.pointsInAll;
     const auto interval = terminal_ ? barInterval : lineInterval;
     if (!settings_.quiet && now - lastShown_ >= interval) Show(progress, now);
     return true;
@@ -79,6 +87,7 @@ bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString
     else if (summary.points <= summary.nonFinitePoints)
         objection_ = Objection::NoPoints;
     pointsWithoutValues_ = summary.pointsWithoutValues;
+    points_ = summary.points;
     return objection_ == Objection::None && !Interrupt::Requested();
 }
 
@@ -90,7 +99,13 @@ void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {
 }
 
 double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
-    const auto& shares = settings_.format == DataFormat_LAS ? binaryShares : textShares;
+    const ReadingShares reading = settings_.format == DataFormat_LAS ? binaryShares : textShares;
+    const double rest = 1.0 - reading.measuring - reading.adding;
+    const double sorting = sortingToWriting * static_cast<double>(pointsToSort_);
+    const double building =
+        pointsToSort_ == 0 ? 0.0 : rest * sorting / (sorting + static_cast<double>(points_));
+    const std::array<double, stages> shares = {reading.measuring, reading.adding, building,
+                                               rest - building};
     const auto stage = static_cast<std::size_t>(progress.stage);
     double share = 0.0;
     for (std::size_t earlier = 0; earlier < stage; ++earlier) share += shares[earlier];

@@ -54,6 +54,9 @@ private:
     Clock::time_point lastShown_;
     Objection objection_ = Objection::None;
     unsigned long long pointsWithoutValues_ = 0;
+    unsigned long long points_ = 0;
+    /// Those that are sorted only while levels are built; known when that begins.
+    unsigned long long pointsToSort_ = 0;
     wxString lastWarning_;
 };
 

@@ -1,9 +1,6 @@
 #include "vpc/view/LoadedPointSet.h"
 
-#include <unistd.h>
-
 #include <filesystem>
-#include <limits>
 #include <memory>
 #include <system_error>
 
@@ -17,6 +14,7 @@
 #include "view/PcCoreProjectManager.h"
 #include "view/PointBuffers.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/SystemMemory.h"
 #include "vpc/common/TreeFile.h"
 
 namespace vpc {
@@ -29,14 +27,6 @@ OdGePoint3d toPoint(const VpcVector3D& v) {
 
 OdGeVector3d toVector(const VpcVector3D& v) {
     return {v.x, v.y, v.z};
-}
-
-unsigned long long systemMemory() {
-    const long pages = sysconf(_SC_PHYS_PAGES);
-    const long pageSize = sysconf(_SC_PAGE_SIZE);
-    // Where the system does not say how much memory it has, every budget may be tried.
-    if (pages <= 0 || pageSize <= 0) return std::numeric_limits<unsigned long long>::max();
-    return static_cast<unsigned long long>(pages) * static_cast<unsigned long long>(pageSize);
 }
 
 }  // namespace

@@ -22,8 +22,6 @@ namespace {
 
 /// Buffers of more points go to disk after every batch.
 constexpr unsigned long long flushThreshold = 100;
-/// Bytes of points that are kept in memory; what is more goes to the temporary files.
-constexpr unsigned long long pointMemory = 128ULL << 20;
 
 /// The observer of a run that nobody watches.
 class Unobserved final : public PrepareObserver {
@@ -40,12 +38,14 @@ public:
     /// Turns every exception into a failed result.
     TreePrepareResult Run(unsigned long long headerValue, const wxString& workingFolder,
                           const wxString& outputFile, VpcTreeType treeType,
-                          unsigned long long maxPointsPerNode, unsigned long long maxLevel);
+                          unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+                          unsigned long long pointMemory);
 
 private:
     TreePrepareResult Prepare(unsigned long long headerValue, const wxString& workingFolder,
                               const wxString& outputFile, VpcTreeType treeType,
-                              unsigned long long maxPointsPerNode, unsigned long long maxLevel);
+                              unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+                              unsigned long long pointMemory);
     /// Reads all scans for their bounding box. False leaves the reason in message_.
     [[nodiscard]] bool MeasureScans();
     /// Reads all scans into the tree.
@@ -76,11 +76,11 @@ TreePrepareResult failure(const wxString& message) {
 
 TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString& workingFolder,
                                   const wxString& outputFile, VpcTreeType treeType,
-                                  unsigned long long maxPointsPerNode,
-                                  unsigned long long maxLevel) {
+                                  unsigned long long maxPointsPerNode, unsigned long long maxLevel,
+                                  unsigned long long pointMemory) {
     try {
-        return Prepare(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode,
-                       maxLevel);
+        return Prepare(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel,
+                       pointMemory);
     } catch (const std::exception& e) {
         return failure(WithNotes(_("EXCEPTION in point cloud preprocessing: ") +
                                  FileTools::FromNativePath(e.what())));
@@ -94,7 +94,7 @@ TreePrepareResult PrepareRun::Run(unsigned long long headerValue, const wxString
 TreePrepareResult PrepareRun::Prepare(unsigned long long headerValue, const wxString& workingFolder,
                                       const wxString& outputFile, VpcTreeType treeType,
                                       unsigned long long maxPointsPerNode,
-                                      unsigned long long maxLevel) {
+                                      unsigned long long maxLevel, unsigned long long pointMemory) {
     if (inputFiles_.empty()) return failure(_("Point cloud list of input files is empty..."));
     VpcTimer::Instance()->Start();
     // The first file decides for all of them.
@@ -114,11 +114,15 @@ TreePrepareResult PrepareRun::Prepare(unsigned long long headerValue, const wxSt
     AddScans(tree);
     NoteLostPoints(tree);
 
-    Report(PrepareStage::BuildLevels, 0, pointsRead_);
+    Report(PrepareStage::BuildLevels, 0, 0);
+    tree.SetFinishProgress([this](unsigned long long done, unsigned long long points) {
+        Report(PrepareStage::BuildLevels, done, points);
+    });
     if (!tree.FinishAddData()) {
         AddNote(tree.FailureReason());
         return failure(WithNotes(_("ERROR: FinishAddData() failed!!")));
     }
+    Report(PrepareStage::WriteFile, 0, tree.PointsAdded());
     tree.SetProgress([this](unsigned long long done, unsigned long long points) {
         Report(PrepareStage::WriteFile, done, points);
     });
@@ -238,7 +242,9 @@ TreePrepareResult PcCorePointPrepare::preparePointData(unsigned long long header
 TreePrepareResult PcCorePointPrepare::preparePointData(
     unsigned long long headerValue, const wxString& workingFolder,
     const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
-    unsigned long long maxPointsPerNode, unsigned long long maxLevel, PrepareObserver& observer) {
+    unsigned long long maxPointsPerNode, unsigned long long maxLevel, PrepareObserver& observer,
+    unsigned long long pointMemory) {
     return PrepareRun(inputFiles, observer)
-        .Run(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel);
+        .Run(headerValue, workingFolder, outputFile, treeType, maxPointsPerNode, maxLevel,
+             pointMemory);
 }

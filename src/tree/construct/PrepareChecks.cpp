@@ -22,6 +22,7 @@
 #include "core/util/ReplacementFile.h"
 #include "io/FileIoFactory.h"
 #include "io/LasIO.h"
+#include "tree/construct/SpillFile.h"
 #include "tree/file/PointTreeLayout.h"
 
 namespace vpc {
@@ -32,9 +33,12 @@ using Kind = PrepareFinding::Kind;
 
 /// The shortest line that a point of a text scan takes in practice.
 constexpr unsigned long long textBytesPerPoint = 25;
-/// Bytes on disk for every point of the scans: its record in a temporary file, and its records in
-/// the result. There the coarser levels add a third in an octree and as much again in a kd-tree.
-constexpr unsigned long long workBytesPerPoint = 54;
+/// Bytes in the temporary file for every point of the scans, if next to none find room in memory:
+/// packed, with the number of its arrival, and with a share of the gaps between pieces.
+constexpr unsigned long long lasWorkBytesPerPoint = 26;
+constexpr unsigned long long textWorkBytesPerPoint = 50;
+/// Bytes in the result for every point of the scans: its record, to which the coarser levels add a
+/// third in an octree and as much again in a kd-tree.
 constexpr unsigned long long octreeBytesPerPoint = 72;
 constexpr unsigned long long kdTreeBytesPerPoint = 108;
 /// The bytes of a node's record with its share of the child entries, and the nodes for every full
@@ -252,11 +256,14 @@ void PrepareChecks::CheckRoom() {
     const unsigned long long result =
         points * (treeType_ == Tree_Octree ? octreeBytesPerPoint : kdTreeBytesPerPoint) +
         leaves * bytesPerNode;
-    const unsigned long long work = points * workBytesPerPoint;
+    const unsigned long long work =
+        points * (format_ == DataFormat_LAS ? lasWorkBytesPerPoint : textWorkBytesPerPoint);
     const auto outputStatus = statusOf(outputFolder_);
     const auto workStatus = statusOf(workingFolder_);
     if (outputStatus && workStatus && outputStatus->st_dev == workStatus->st_dev) {
-        RequireRoom(outputFolder_, result + work);
+        // What is in the result is given back from the temporary file, where that can be done.
+        const bool givesBack = SpillFile::GivesRoomBack(workingFolder_);
+        RequireRoom(outputFolder_, givesBack ? std::max(result, work) : result + work);
     } else {
         RequireRoom(outputFolder_, result);
         RequireRoom(workingFolder_, work);

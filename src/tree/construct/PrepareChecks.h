@@ -46,7 +46,8 @@ public:
     /// Everything that may make the run fail, in the order output, scans, log, folders, room; for
     /// each file the first thing that is wrong with it. To find out whether it can write there, it
     /// makes an empty folder in each of the run's two folders, and the log where there is none yet,
-    /// and removes them again. Call it once.
+    /// and removes them again; to find out whether room is given back there, a nameless file in the
+    /// working folder. Call it once.
     [[nodiscard]] std::vector<PrepareFinding> Run();
     /// How many points the scans hold: exact for LAS, estimated from the file's size for text.
     /// Known after Run.

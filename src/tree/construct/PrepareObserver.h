@@ -8,15 +8,19 @@
 enum class PrepareStage {
     MeasureScans,  ///< reading every scan once for the common bounding box
     AddPoints,     ///< reading every scan again, into the tree
-    BuildLevels,   ///< thinning the points for the coarser levels
-    WriteFile      ///< writing the point tree file
+    /// sorting the points that a lack of memory kept from being sorted before, and counting those
+    /// that the coarser levels get
+    BuildLevels,
+    WriteFile  ///< writing the point tree file
 };
 
 /// How far a run is.
 struct PrepareProgress {
     PrepareStage stage = PrepareStage::MeasureScans;
-    /// Points done in this stage, and points in all. The latter may grow while the scans are
-    /// measured; it is 0 until it is known.
+    /// Points done in this stage, and points that it has to do in all. While levels are built these
+    /// are only those that are still to be sorted, perhaps none; while the file is written, those
+    /// of all levels. The number in all may grow while the scans are measured; it is 0 until it is
+    /// known.
     unsigned long long pointsDone = 0;
     unsigned long long pointsInAll = 0;
 };
@@ -27,7 +31,8 @@ class PrepareObserver {
 public:
     virtual ~PrepareObserver() = default;
 
-    /// Called after every batch of points and every node written. False asks the run to stop: it
+    /// Called after every batch of points and every node written, and without any points done when
+    /// the last two stages begin. False asks the run to stop: it
     /// removes its temporary files and fails with the message "Point cloud preprocessing was
     /// cancelled".
     virtual bool onProgress(const PrepareProgress& progress) = 0;

@@ -1,6 +1,7 @@
 #include "tree/construct/SpillFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -9,6 +10,7 @@
 
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
+#include "core/util/StringTools.h"
 
 namespace vpc {
 
@@ -37,6 +39,19 @@ constexpr std::size_t partsPerCall = 1024;
 }
 
 }  // namespace
+
+bool SpillFile::GivesRoomBack(const std::string& folder) {
+    try {
+        SpillFile probe(folder + "/vpc-probe-" +
+                        FileTools::ToNativePath(StringTools::createGUID()));
+        std::array<char, alignment> page{};
+        std::vector<iovec> parts = {{page.data(), page.size()}};
+        probe.Free(probe.Write(parts), page.size());
+        return probe.givesBack_;
+    } catch (const IoError&) {
+        return false;
+    }
+}
 
 SpillFile::SpillFile(const std::string& path)
     : path_(path), descriptor_(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600)) {
@@ -72,9 +87,8 @@ void SpillFile::Read(unsigned long long position, char* data, unsigned long long
 void SpillFile::Free(unsigned long long position, unsigned long long size) {
     const unsigned long long whole = (size + alignment - 1) / alignment * alignment;
     if (givesBack_ && whole != 0)
-        givesBack_ =
-            fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
-                      static_cast<off_t>(position), static_cast<off_t>(whole)) == 0;
+        givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
+                               static_cast<off_t>(position), static_cast<off_t>(whole)) == 0;
 }
 
 void SpillFile::FailDamaged() const {

@@ -18,6 +18,10 @@ public:
     /// Pieces begin at multiples of this, so that all of their room can be given back.
     static constexpr unsigned long long alignment = 4096;
 
+    /// Whether Free gives room back in this folder, as far as a file of one page can tell. That
+    /// file has no name, like all; where it cannot be made the answer is no.
+    [[nodiscard]] static bool GivesRoomBack(const std::string& folder);
+
     /// Creates the file. This, Write and Read throw vpc::IoError when they fail.
     explicit SpillFile(const std::string& path);
     ~SpillFile();

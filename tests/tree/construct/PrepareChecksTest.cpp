@@ -1,8 +1,10 @@
 #include "tree/construct/PrepareChecks.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "support/TempFolder.h"
+#include "tree/construct/SpillFile.h"
 
 namespace vpc::test {
 namespace {
@@ -25,14 +27,18 @@ protected:
         PrepareChecks checks(toWx(folder.file(work)), files, toWx(folder.file(output)), Tree_Octree,
                              0, log.empty() ? wxString() : toWx(folder.file(log)));
         std::vector<std::pair<Kind, std::string>> found;
-        for (const PrepareFinding& finding : checks.Run())
+        problems = "";
+        for (const PrepareFinding& finding : checks.Run()) {
+            problems += finding.problem.utf8_string() + "\n";
             found.emplace_back(
                 finding.kind,
                 fs::path(finding.file.utf8_string()).lexically_relative(folder.path()).string());
+        }
         return found;
     }
 
     TempFolder folder;
+    std::string problems;
 };
 
 TEST_F(PrepareChecksTest, FindsNothingWhereAllIsWellAndLeavesNothingBehind) {
@@ -62,15 +68,27 @@ TEST_F(PrepareChecksTest, TellsOfEverythingThatStandsInTheWay) {
 }
 
 TEST_F(PrepareChecksTest, TellsOfTooLittleRoomHoweverLargeTheScansAre) {
-    constexpr auto hole = 1ULL << 43;
+    // Together 10^12 points, which are as many nodes: with one point a node.
     std::vector<std::string> scans;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 4; ++i) {
         scans.push_back(std::to_string(i) + ".pts");
         writeBytes(folder.file(scans.back()), "1\n0 0 0\n");
-        fs::resize_file(folder.file(scans.back()), hole);
+        fs::resize_file(folder.file(scans.back()), 25 * 250'000'000'000ULL - 1);
     }
     const std::vector<std::pair<Kind, std::string>> expected = {{Kind::NoRoom, "."}};
     EXPECT_EQ(findings(scans), expected);
+    // The result with its nodes. Only where the temporary file keeps its room they need both.
+    const bool givesBack = SpillFile::GivesRoomBack(folder.path());
+    EXPECT_THAT(problems, testing::HasSubstr(givesBack ? "about 872 TB" : "about 922 TB"));
+    const fs::path otherDisk = "/dev/shm";
+    struct stat here = {}, there = {};
+    if (stat(folder.path().c_str(), &here) != 0 || stat(otherDisk.c_str(), &there) != 0 ||
+        here.st_dev == there.st_dev)
+        GTEST_SKIP() << "there is no second disk";
+    const std::string work = otherDisk.lexically_relative(folder.path()).string();
+    EXPECT_EQ(findings(scans, "o.vpt", work), (std::vector<std::pair<Kind, std::string>>{
+                                                  {Kind::NoRoom, "."}, {Kind::NoRoom, work}}));
+    EXPECT_THAT(problems, testing::ContainsRegex("about 872 TB.*\n.*about 50.0 TB"));
 }
 
 }  // namespace
