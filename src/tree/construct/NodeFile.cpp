@@ -58,8 +58,8 @@ void NodeFile::Visit(const Visitor& visit, bool) {
     block->format = PointPacker::serialised;
     block->stride = recordSize;
     for (unsigned long long done = 0; done < count_; done += block->count) {
-        block->count = static_cast<std::uint16_t>(std::min<unsigned long long>(
-            count_ - done, RecordBlock::Capacity(block->stride)));
+        block->count = static_cast<std::uint16_t>(
+            std::min<unsigned long long>(count_ - done, RecordBlock::Capacity(block->stride)));
         stream.ReadCharArray2File(block->records, block->count * recordSize);
         if (!stream.IsStreamGood())
             throw IoError(file, wxGetTranslation("cannot be read"), stream.SystemError());

@@ -6,8 +6,8 @@ namespace vpc {
 
 void NodePoints::AddBlock(unsigned format, unsigned size, unsigned long long firstArrival) {
     CountTail();
-    const auto stride = static_cast<unsigned>(
-        size + (keepsArrivals_ ? sizeof(RecordBlock::ArrivalOffset) : 0));
+    const auto stride =
+        static_cast<unsigned>(size + (keepsArrivals_ ? sizeof(RecordBlock::ArrivalOffset) : 0));
     RecordBlock* block = store_->Acquire(*this);  // may write out and free this node's own blocks
     (last_ != nullptr ? last_->next : first_) = block;
     last_ = block;

@@ -65,8 +65,8 @@ void PointFormat::PlaceFields() {
 }
 
 bool PointFormat::PackOrWiden(const VpcPoint3D* points, unsigned long long count, char* records) {
-    const Misfits misfits = onGrid_ ? Pack<true>(points, count, records)
-                                    : Pack<false>(points, count, records);
+    const Misfits misfits =
+        onGrid_ ? Pack<true>(points, count, records) : Pack<false>(points, count, records);
     if (misfits.coordinates) onGrid_ = false;
     if (misfits.colour) colour_ = static_cast<Colour>(static_cast<unsigned>(colour_) + 1);
     if (misfits.intensity) intensityIsShort_ = false;

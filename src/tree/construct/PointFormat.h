@@ -35,8 +35,7 @@ public:
     [[nodiscard]] bool PackOrWiden(const VpcPoint3D* points, unsigned long long count,
                                    char* records);
     /// Turns packed points, `stride` bytes apart, into records of the tree file.
-    void Unpack(const char* packed, unsigned stride, unsigned long long count,
-                char* records) const;
+    void Unpack(const char* packed, unsigned stride, unsigned long long count, char* records) const;
     /// The coordinates of a packed point.
     Coordinates CoordinatesOf(const char* packed) const {
         Coordinates values;

@@ -27,8 +27,13 @@ PackedRun PointPacker::Pack(const VpcPoint3D* points, unsigned long long count) 
 
 PackedRun PointPacker::RunOf(const RecordBlock& block, unsigned skipped) const {
     const PointFormat& format = formats_[block.format];
-    return {block.Record(skipped), block.count - skipped, block.stride, block.format, &format,
-            block.HasArrivals(format) ? &block : nullptr, 0};
+    return {block.Record(skipped),
+            block.count - skipped,
+            block.stride,
+            block.format,
+            &format,
+            block.HasArrivals(format) ? &block : nullptr,
+            0};
 }
 
 }  // namespace vpc

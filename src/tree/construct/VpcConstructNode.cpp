@@ -227,8 +227,8 @@ void VpcConstructNode::AddChild(const Triplet& cell) {
     wxString fileName;
     if (!path_.empty())
         fileName = FileName() + "-" + wxString(std::to_string(cells_.IndexOf(cell)));
-    children_.push_back(std::make_unique<VpcConstructNode>(tree_, fileName, cells_.BoxOf(cell), this,
-                                                           cell, cells_.Counts()));
+    children_.push_back(std::make_unique<VpcConstructNode>(tree_, fileName, cells_.BoxOf(cell),
+                                                           this, cell, cells_.Counts()));
 }
 
 void VpcConstructNode::SplitNode() {
@@ -353,9 +353,8 @@ void VpcConstructNode::SettlePoints() {
     const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
     vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
-    own.VisitAndClear([this](const vpc::RecordBlock& block) {
-        Place(tree_->store_.Packer().RunOf(block));
-    });
+    own.VisitAndClear(
+        [this](const vpc::RecordBlock& block) { Place(tree_->store_.Packer().RunOf(block)); });
 }
 
 // --- Finishing -----------------------------------------------------------------------------------
@@ -483,8 +482,9 @@ void VpcConstructNode::VisitRecords(
     points_.Visit([&](const vpc::RecordBlock& block) {
         const auto count = std::min<unsigned long long>(block.count, left);
         if (gathered + count > VpcConstructTree::recordsInBuffer) passOn();
-        tree_->store_.Packer().Format(block.format).Unpack(
-            block.records, block.stride, count, records + gathered * vpc::recordSize);
+        tree_->store_.Packer()
+            .Format(block.format)
+            .Unpack(block.records, block.stride, count, records + gathered * vpc::recordSize);
         gathered += count;
         left -= count;
     });

@@ -18,12 +18,12 @@ class VpcConstructTree;
 
 /// One node of the tree under construction: a box, its points and, once it has split, its children.
 ///
-/// While points are added only leaves hold points; a split hands them on to the children. With point
-/// memory a full leaf may instead be frozen: it stays a leaf, takes all further points of its box
-/// and notes when they arrive. What its splits would have been is found out afterwards, alone and
-/// in memory: they depend on the points' arrival only. The tree's finishing then pushes the leaves
-/// down to the deepest level and fills the levels above with thinned copies; from then on the node
-/// takes no points and gets no children.
+/// While points are added only leaves hold points; a split hands them on to the children. With
+/// point memory a full leaf may instead be frozen: it stays a leaf, takes all further points of its
+/// box and notes when they arrive. What its splits would have been is found out afterwards, alone
+/// and in memory: they depend on the points' arrival only. The tree's finishing then pushes the
+/// leaves down to the deepest level and fills the levels above with thinned copies; from then on
+/// the node takes no points and gets no children.
 ///
 /// When a temporary file fails, functions that cannot return the failure throw vpc::IoError.
 class VpcConstructNode {

@@ -233,8 +233,7 @@ vpc::SamplePattern& VpcConstructTree::SamplePatternOfTree() {
 
 char* VpcConstructTree::RecordBuffer() {
     if (recordBuffer_ == nullptr)
-        recordBuffer_ =
-            std::make_unique_for_overwrite<char[]>(recordsInBuffer * vpc::recordSize);
+        recordBuffer_ = std::make_unique_for_overwrite<char[]>(recordsInBuffer * vpc::recordSize);
     return recordBuffer_.get();
 }
 

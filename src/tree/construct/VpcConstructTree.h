@@ -50,9 +50,9 @@ public:
     void InitializeRootNode(VpcBoundingBoxAxisAligned box);
     /// Sets the grid of the root's split from the aspect of its extents.
     void InitializeDimensionRatios(double dx, double dy, double dz);
-    /// Tells that the points that follow are of another scan, and on which grid its coordinates lie,
-    /// if on any. They are then packed tighter while the tree is built; which points there are does
-    /// not change.
+    /// Tells that the points that follow are of another scan, and on which grid its coordinates
+    /// lie, if on any. They are then packed tighter while the tree is built; which points there are
+    /// does not change.
     void BeginScan(const std::optional<vpc::CoordinateGrid>& grid);
     /// Adds `count` points; UntakenPoints counts those that find no node. Before the tree has a
     /// root and once it is finished, none does.
