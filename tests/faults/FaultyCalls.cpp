@@ -1,7 +1,9 @@
 // Comes before the C library (LD_PRELOAD) and lets calls of a program fail. The variable FAULTS
-// says which: KIND WAY N REPORT FOLDER. Of the calls of that kind (open, read, write, rename) that
-// are about files below the folder, the N-th fails: "once", "lasting" (those after it as well) or
-// "half" (after half of its bytes). How many there were is written to the file REPORT at the end.
+// says which: KIND WAY N REPORT FOLDER. Of the calls of that kind (open, read, write, rename,
+// punch) that are about files below the folder, the N-th fails: "once", "lasting" (those after it
+// as well) or "half" (after half of its bytes). Of the kind "garble", which are calls that read
+// from a place that they name, it gives zeros. How many there were is written to the file REPORT at
+// the end.
 //
 // The C library's calls within itself cannot be met: a buffered file fails where a program reads
 // it, writes it, or has its buffer written by a seek or by closing it.
@@ -18,9 +20,11 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -64,7 +68,10 @@ bool succeeds(const char* kind, const std::string& file, std::size_t& bytes) {
     ++p.seen;
     if (p.seen < p.call || (p.seen > p.call && p.way != "lasting")) return true;
     bytes = p.way == "half" ? bytes / 2 : 0;
-    errno = p.kind == "write" ? ENOSPC : p.kind == "read" ? EIO : EACCES;
+    errno = p.kind == "write"   ? ENOSPC
+            : p.kind == "read"  ? EIO
+            : p.kind == "punch" ? EOPNOTSUPP
+                                : EACCES;
     return false;
 }
 
@@ -99,12 +106,18 @@ std::size_t movedBuffered(const char* kind, std::FILE* file, std::size_t bytes, 
     return done;
 }
 
-/// A call on parts of memory, of which half are left out where half the bytes shall move.
+/// A call on parts of memory, which are cut where their half ends when half the bytes shall move.
 template <class Call>
-ssize_t movedParts(int descriptor, int count, const Call& call) {
-    const auto scaled = static_cast<std::size_t>(count) * sizeof(iovec);
-    return moved("write", descriptor, scaled, [&](std::size_t bytes) {
-        return call(std::max(1, static_cast<int>(bytes / sizeof(iovec))));
+ssize_t movedParts(int descriptor, const iovec* parts, int count, const Call& call) {
+    std::vector<iovec> taken(parts, parts + count);
+    std::size_t size = 0;
+    for (const iovec& part : taken) size += part.iov_len;
+    return moved("write", descriptor, size, [&](std::size_t bytes) {
+        for (iovec& part : taken) {
+            part.iov_len = std::min(part.iov_len, bytes);
+            bytes -= part.iov_len;
+        }
+        return call(taken.data());
     });
 }
 
@@ -151,17 +164,27 @@ ssize_t read(int file, void* data, std::size_t size) {
     return moved("read", file, size, [&](std::size_t n) { return REAL(read)(file, data, n); });
 }
 ssize_t pread64(int file, void* data, std::size_t size, off64_t at) {
-    return moved("read", file, size,
-                 [&](std::size_t n) { return REAL(pread64)(file, data, n, at); });
+    const ssize_t got =
+        moved("read", file, size, [&](std::size_t n) { return REAL(pread64)(file, data, n, at); });
+    std::size_t none = 0;
+    if (got > 0 && !succeeds("garble", fileOf(file), none))
+        std::memset(data, 0, static_cast<std::size_t>(got));
+    return got;
+}
+int fallocate64(int file, int mode, off64_t at, off64_t size) {
+    const auto call = [&] { return REAL(fallocate64)(file, mode, at, size); };
+    return unlessFails("punch", fileOf(file), call, -1);
 }
 ssize_t write(int file, const void* data, std::size_t size) {
     return moved("write", file, size, [&](std::size_t n) { return REAL(write)(file, data, n); });
 }
 ssize_t writev(int file, const iovec* parts, int count) {
-    return movedParts(file, count, [&](int n) { return REAL(writev)(file, parts, n); });
+    return movedParts(file, parts, count,
+                      [&](const iovec* taken) { return REAL(writev)(file, taken, count); });
 }
 ssize_t pwritev64(int file, const iovec* parts, int count, off64_t at) {
-    return movedParts(file, count, [&](int n) { return REAL(pwritev64)(file, parts, n, at); });
+    return movedParts(file, parts, count,
+                      [&](const iovec* taken) { return REAL(pwritev64)(file, taken, count, at); });
 }
 std::size_t fread(void* data, std::size_t size, std::size_t count, std::FILE* file) {
     const auto call = [&](std::size_t n) { return REAL(fread)(data, 1, n, file); };

@@ -1,10 +1,16 @@
 // Makes a tree file with so little memory that points go through temporary files, for which
-// `vpc prepare` needs far larger scans than a test's.
-// Usage: vpc_spilling_prepare MEMORY WORK_FOLDER/ OUT.vpt; with no memory every node has a file.
+// `vpc prepare` needs far larger scans than a test's. Prints whether points of frozen leaves were
+// handed on when the end nodes were listed, and whether some waited on.
+// Usage: vpc_spilling_prepare MEMORY scanner|random WORK_FOLDER/ OUT.vpt; with no memory every node
+// has a file.
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
+#include <utility>
 #include <vector>
 
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
@@ -12,29 +18,59 @@
 
 namespace {
 
-bool prepare(unsigned long long memory, const char* work, const char* output) {
-    VpcConstructTree tree(work, Tree_KdTree_Symmetric, 15000, 4, false, memory);
-    tree.setSubsampleType(Subsample_Random, false);
-    constexpr double side = 1U << 24U;
-    tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, side, side, side));
+constexpr double side = 1U << 24U;
+
+std::pair<double, double> strip(const VpcPoint3D& p) {
+    return {std::floor(p.x / (side / 8)), p.y};
+}
+
+std::vector<VpcPoint3D> makePoints(std::size_t count, bool asScanned) {
     unsigned state = 1;
     const auto next = [&state] { return (state = state * 1664525U + 1013904223U) >> 8U; };
-    std::vector<VpcPoint3D> points(5000);
-    for (int batch = 0; batch < 4; ++batch) {
-        for (VpcPoint3D& point : points) point.SetCoordinates(next(), next(), next());
-        tree.AddPoints(points.data(), points.size());
+    std::vector<VpcPoint3D> points(count);
+    for (VpcPoint3D& point : points) {
+        point.SetCoordinates(next(), next(), next());
+        // Some lie close together.
+        if (next() % 3 == 0) point.SetCoordinates(point.x, point.y / 64, point.z / 64);
+        point.intensity = point.scannerDistance = point.x / 3;
+        point.red = static_cast<std::uint16_t>(point.markerId = static_cast<std::uint16_t>(next()));
+    }
+    if (asScanned)
+        std::sort(points.begin(), points.end(),
+                  [](const VpcPoint3D& a, const VpcPoint3D& b) { return strip(a) < strip(b); });
+    return points;
+}
+
+bool prepare(unsigned long long memory, bool asScanned, const char* work, const char* output) {
+    VpcConstructTree tree(work, Tree_KdTree_Symmetric, 80, 6, false, memory);
+    tree.setSubsampleType(Subsample_Random, false);
+    tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, side, side, side));
+    constexpr std::size_t batch = 500;
+    const std::vector<VpcPoint3D> points = makePoints(8 * batch, asScanned);
+    for (std::size_t i = 0; i < points.size(); i += batch) {
+        tree.AddPoints(&points[i], batch);
         tree.FlushBuffersToDisk(100);
     }
-    if (tree.FinishAddData() && tree.CreateDiskTreeFile(output, 1)) return true;
-    std::fputs(tree.FailureReason().utf8_str(), stderr);
-    return false;
+    std::vector<std::pair<VpcConstructNode*, unsigned long long>> leaves;
+    for (const auto& level : tree.Levels())
+        for (VpcConstructNode* node : level)
+            if (node->Children().empty()) leaves.emplace_back(node, node->FrozenPoints());
+    unsigned long long handedOn = 0;
+    bool isDone = tree.BuildEndNodeList();
+    for (const auto& [leaf, count] : leaves) handedOn += count - leaf->FrozenPoints();
+    std::printf("%d %d\n", handedOn != 0, tree.Root()->FrozenPoints() != 0);
+    isDone = isDone && tree.FinishAddData() && tree.CreateDiskTreeFile(output, 1);
+    if (!isDone) std::fputs(tree.FailureReason().utf8_str(), stderr);
+    return isDone;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     try {
-        if (argc == 4 && prepare(std::strtoull(argv[1], nullptr, 10), argv[2], argv[3])) return 0;
+        if (argc == 5 && prepare(std::strtoull(argv[1], nullptr, 10),
+                                 std::strcmp(argv[2], "scanner") == 0, argv[3], argv[4]))
+            return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

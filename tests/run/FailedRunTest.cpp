@@ -1,5 +1,4 @@
 #include <csignal>
-#include <fstream>
 #include <functional>
 
 #include <gmock/gmock.h>
@@ -84,7 +83,7 @@ protected:
         writeLas(folder_.file("a.las"), {}, makeCloud({CloudShape::Uniform, points, 1}));
         return folder_.file("a.las");
     }
-    /// A scan of so many points that they cannot all wait in memory.
+    /// A scan of many batches.
     std::string bigScan() const { return smallScan(2800000); }
 
     const PrepareFolder folder_;
@@ -184,42 +183,6 @@ TEST_F(FailedRun, TellsWhatWasThrownAtIt) {
               "EXCEPTION in point cloud preprocessing: gr\u00fcn");
     EXPECT_EQ(messageOf([]() -> bool { throw 7; }),
               "UNCAUGHT EXCEPTION in point cloud preprocessing ");
-}
-
-TEST_F(FailedRun, KeepsNoMorePointsInMemoryThanItShall) {
-    const std::string scan = bigScan();
-    constexpr Word memory = 128U << 20U, points = 2800000;
-    // Readers need a little, too; the sanitizer keeps much of what was freed.
-#if defined(__SANITIZE_ADDRESS__)
-    constexpr Word room = 1U << 30U;
-#else
-    constexpr Word room = 32U << 20U;
-#endif
-    const auto residentBytes = [] {
-        Word pages = 0;
-        std::ifstream("/proc/self/statm") >> pages >> pages;
-        return pages * static_cast<Word>(sysconf(_SC_PAGESIZE));
-    };
-    /// Of the file without a name that the points go to.
-    const auto spilledBytes = [&] {
-        Word bytes = 0;
-        for (const auto& file : std::filesystem::directory_iterator("/proc/self/fd")) {
-            std::error_code gone;
-            const std::string name = std::filesystem::read_symlink(file, gone).string();
-            if (name.find(folder_.work()) == 0) bytes += std::filesystem::file_size(file, gone);
-        }
-        return bytes;
-    };
-    const Word before = residentBytes();
-    Observer observer;
-    observer.stage = PrepareStage::BuildLevels, observer.call = 1;
-    observer.act = [&] {
-        EXPECT_GE(spilledBytes() + memory, PointRecord::size * points);
-        EXPECT_LT(residentBytes(), before + memory + room);
-        return true;
-    };
-    EXPECT_TRUE(run(scan, &observer).success);
-    EXPECT_EQ(observer.call, 0) << "it was never looked";
 }
 
 TEST_F(FailedRun, TellsItsObserverHowFarItIsAndWhatTheScansLack) {

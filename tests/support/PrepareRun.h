@@ -53,6 +53,16 @@ public:
         EXPECT_TRUE(result.success) << result.message;
         return points;
     }
+    /// The size of the files without a name that this process has open in the working folder.
+    Word spilledBytes() const {
+        Word bytes = 0;
+        for (const auto& file : std::filesystem::directory_iterator("/proc/self/fd")) {
+            std::error_code gone;
+            const std::string name = std::filesystem::read_symlink(file, gone).string();
+            if (name.find(work()) == 0) bytes += std::filesystem::file_size(file, gone);
+        }
+        return bytes;
+    }
     TreeFile tree() const { return TreeFile(readBytes(output())); }
 };
 

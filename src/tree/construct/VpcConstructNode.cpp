@@ -333,7 +333,10 @@ void VpcConstructNode::ShapeChildren(Arrival* points, Arrival* others, std::size
 void VpcConstructNode::Shape(Arrival* points, Arrival* others, std::size_t count) {
     const auto full = std::max(tree_->maxPointsPerNode_, 1ULL);
     pointsOnDisk_ = count;
-    if (count < full || level_ >= tree_->maxLevel_ || !CanSplit()) return;
+    if (count < full) return;
+    // It is never asked again, even where the tree becomes deeper.
+    cannotSplit_ = level_ >= tree_->maxLevel_ || !CanSplit();
+    if (cannotSplit_) return;
     // It would have split when it was full, and not before it was there.
     splitAt_ = std::max(parent_->splitAt_, points[full - 1].arrival);
     pointsOnDisk_ = 0;
