@@ -286,10 +286,13 @@ void VpcConstructNode::ShapeFrozenLeaves(
         const unsigned long long points = points_.Count();
         // More points than memory takes are handed on for good. Some of the leaves that they reach
         // may be frozen in their turn.
-        if (points_.Blocks() > tree_->store_.BlocksToLoad())
+        const bool isTooLarge = points_.Blocks() > tree_->store_.BlocksToLoad();
+        if (isTooLarge)
             SplitNode();
         else
-            return ShapeFrozenLeaf(), shaped(points);
+            ShapeFrozenLeaf();
+        shaped(points);
+        if (!isTooLarge) return;
     }
     for (const auto& child : children_) child->ShapeFrozenLeaves(shaped);
 }
