@@ -42,7 +42,9 @@ std::vector<VpcPoint3D> makePoints(std::size_t count, bool asScanned) {
 }
 
 bool prepare(unsigned long long memory, bool asScanned, const char* work, const char* output) {
-    VpcConstructTree tree(work, Tree_KdTree_Symmetric, 80, 6, false, memory);
+    // Making many files is slow.
+    const unsigned long long mostPoints = memory == 0 ? 1200 : 80;
+    VpcConstructTree tree(work, Tree_KdTree_Symmetric, mostPoints, 6, false, memory);
     tree.setSubsampleType(Subsample_Random, false);
     tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, side, side, side));
     constexpr std::size_t batch = 500;
