@@ -46,7 +46,8 @@ bool SpillFile::GivesRoomBack(const std::string& folder) {
                         FileTools::ToNativePath(StringTools::createGUID()));
         std::array<char, alignment> page{};
         std::vector<iovec> parts = {{page.data(), page.size()}};
-        probe.Free(probe.Write(parts), page.size());
+        probe.Write(probe.Reserve(page.size()), parts);
+        probe.Free(0, page.size());
         return probe.givesBack_;
     } catch (const IoError&) {
         return false;
@@ -63,14 +64,15 @@ SpillFile::~SpillFile() {
     close(descriptor_);
 }
 
-unsigned long long SpillFile::Write(std::vector<iovec>& parts) {
-    unsigned long long size = 0;
-    for (const iovec& part : parts) size += part.iov_len;
+unsigned long long SpillFile::Reserve(unsigned long long size) {
     const unsigned long long position = end_;
+    end_ += Aligned(size);
+    return position;
+}
+
+void SpillFile::Write(unsigned long long position, std::vector<iovec>& parts) {
     if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(position)))
         Fail(wxGetTranslation("cannot be written"), errno);
-    end_ += (size + alignment - 1) / alignment * alignment;
-    return position;
 }
 
 void SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
@@ -85,7 +87,7 @@ void SpillFile::Read(unsigned long long position, char* data, unsigned long long
 }
 
 void SpillFile::Free(unsigned long long position, unsigned long long size) {
-    const unsigned long long whole = (size + alignment - 1) / alignment * alignment;
+    const unsigned long long whole = Aligned(size);
     if (givesBack_ && whole != 0)
         givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
                                static_cast<off_t>(position), static_cast<off_t>(whole)) == 0;

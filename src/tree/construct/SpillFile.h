@@ -17,6 +17,9 @@ class SpillFile {
 public:
     /// Pieces begin at multiples of this, so that all of their room can be given back.
     static constexpr unsigned long long alignment = 4096;
+    static constexpr unsigned long long Aligned(unsigned long long size) {
+        return (size + alignment - 1) / alignment * alignment;
+    }
 
     /// Whether Free gives room back in this folder, as far as a file of one page can tell. That
     /// file has no name, like all; where it cannot be made the answer is no.
@@ -28,8 +31,11 @@ public:
     SpillFile(const SpillFile&) = delete;
     SpillFile& operator=(const SpillFile&) = delete;
 
-    /// Writes the parts one after the other, and returns where they begin.
-    [[nodiscard]] unsigned long long Write(std::vector<iovec>& parts);
+    /// Sets `size` bytes of the file aside and returns where they begin. They take no room before
+    /// they are written.
+    [[nodiscard]] unsigned long long Reserve(unsigned long long size);
+    /// Writes the parts one after the other from `position`.
+    void Write(unsigned long long position, std::vector<iovec>& parts);
     /// Reads `size` bytes from `position`.
     void Read(unsigned long long position, char* data, unsigned long long size) const;
     /// Gives the room of `size` bytes from `position` back. Where the file system cannot do that,

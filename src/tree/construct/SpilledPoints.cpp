@@ -6,6 +6,13 @@
 
 namespace vpc {
 
+namespace {
+
+/// Bytes of the file for a node that has been written before.
+constexpr unsigned long long reservedForMore = ScratchLoan::blocks * RecordBlock::size;
+
+}  // namespace
+
 SpilledPoints::~SpilledPoints() {
     for (const Piece& piece : pieces_) store_.Spill().Free(piece.position, piece.size);
 }
@@ -19,7 +26,19 @@ void SpilledPoints::Append(const RecordBlock* first) {
         parts.push_back({const_cast<RecordBlock*>(block), bytes});
         size += bytes;
     }
-    if (size != 0) pieces_.push_back({store_.Spill().Write(parts), size});
+    if (size == 0) return;
+    const unsigned long long used = pieces_.empty() ? 0 : SpillFile::Aligned(pieces_.back().size);
+    if (!pieces_.empty() && pieces_.back().reserved - used >= size) {
+        store_.Spill().Write(pieces_.back().position + used, parts);
+        pieces_.back().size = used + size;
+        return;
+    }
+    // Who writes a second time will write again. What lies together is read and given back at once.
+    const unsigned long long reserved =
+        SpillFile::Aligned(pieces_.empty() ? size : std::max(size, reservedForMore));
+    const unsigned long long position = store_.Spill().Reserve(reserved);
+    store_.Spill().Write(position, parts);
+    pieces_.push_back({position, size, reserved});
 }
 
 void SpilledPoints::Visit(const Visitor& visit, bool giveBack) {

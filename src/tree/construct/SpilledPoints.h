@@ -22,6 +22,8 @@ private:
     struct Piece {
         unsigned long long position;
         unsigned long long size;
+        /// Bytes of the file from `position` that are for these points.
+        unsigned long long reserved;
     };
     void VisitPiece(const Piece& piece, RecordBlock* scratch, const Visitor& visit) const;
     /// Throws vpc::IoError when the block cannot be one that was written.
