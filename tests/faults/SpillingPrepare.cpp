@@ -59,6 +59,11 @@ bool prepare(unsigned long long memory, bool asScanned, const char* work, const 
             if (node->Children().empty()) leaves.emplace_back(node, node->FrozenPoints());
     unsigned long long handedOn = 0;
     bool isDone = tree.BuildEndNodeList();
+    if (!isDone) {
+        // Once more must not make a tree without some of the points.
+        std::fprintf(stderr, "%s; ", static_cast<const char*>(tree.FailureReason().utf8_str()));
+        isDone = tree.BuildEndNodeList();
+    }
     for (const auto& [leaf, count] : leaves) handedOn += count - leaf->FrozenPoints();
     std::printf("%d %d\n", handedOn != 0, tree.Root()->FrozenPoints() != 0);
     isDone = isDone && tree.FinishAddData() && tree.CreateDiskTreeFile(output, 1);

@@ -247,6 +247,7 @@ void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint
                                  unsigned long long skipped) {
     if (!children_.empty() || !tree_->BeginChange()) return;
     if (!IsFrozen()) splitAt_ = tree_->arrivals_;
+    const bool lackedPoints = std::exchange(tree_->lacksPoints_, true);  // until all have arrived
     // The children may ask for room, for which the points must not be written out meanwhile.
     vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
@@ -265,6 +266,7 @@ void VpcConstructNode::SplitInto(const Triplet& grid, const std::vector<VpcPoint
         skipped -= left;
         Place(tree_->store_.Packer().RunOf(block, left));
     });
+    tree_->lacksPoints_ = lackedPoints;
 }
 
 // --- Frozen leaves -------------------------------------------------------------------------------
@@ -282,7 +284,7 @@ unsigned long long VpcConstructNode::FrozenPoints() const {
 
 void VpcConstructNode::ShapeFrozenLeaves(
     const std::function<void(unsigned long long points)>& shaped) {
-    if (IsFrozen()) {
+    if (IsFrozen() && children_.empty()) {
         const unsigned long long points = points_.Count();
         // More points than memory takes are handed on for good. Some of the leaves that they reach
         // may be frozen in their turn.
@@ -357,10 +359,12 @@ void VpcConstructNode::SettlePoints() {
     const vpc::ScopedValue growth(tree_->growthToWatch_, noGrowth);
     const vpc::ScopedValue untaken(tree_->untakenPoints_, 0ULL);
     const vpc::ScopedValue arrivals(tree_->arrivals_, splitAt_);
+    const bool lackedPoints = std::exchange(tree_->lacksPoints_, true);  // as in SplitInto
     vpc::NodePoints own(tree_->store_);
     own.TakeOver(points_);
     own.VisitAndClear(
         [this](const vpc::RecordBlock& block) { Place(tree_->store_.Packer().RunOf(block)); });
+    tree_->lacksPoints_ = lackedPoints;
 }
 
 // --- Finishing -----------------------------------------------------------------------------------

@@ -45,6 +45,7 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     stage_ = Stage::Adding;
     samplesWhileWriting_ = false;
     arrivals_ = 0;
+    lacksPoints_ = false;
     const wxString fileName = store_.WritesBehind() ? wxString() : workingFolder_ + treeId_ + "--0";
     root_ = std::make_unique<VpcConstructNode>(this, fileName, box, nullptr,
                                                VpcConstructNode::Triplet{0, 0, 0},
@@ -121,6 +122,8 @@ bool VpcConstructTree::BuildEndNodeList() {
 bool VpcConstructTree::ListEndNodes() {
     if (stage_ == Stage::Written) return Refuse(wxGetTranslation("The tree has been written"));
     if (stage_ != Stage::Adding) return true;
+    if (lacksPoints_)
+        return Refuse(wxGetTranslation("Points were lost when a temporary file failed"));
     leafCount_ = filledLeafCount_ = emptyLeafCount_ = 0;
     endNodes_.clear();
     if (root_ != nullptr) {
@@ -188,7 +191,7 @@ bool VpcConstructTree::PopulateParentNodes() {
         if (stage_ == Stage::Finished) return true;
         if (ListEndNodes()) PopulateLevels();
         if (stage_ == Stage::Adding) pointsAdded_ = 0;
-        return stage_ != Stage::Written;
+        return failureReason_.empty();
     });
 }
 

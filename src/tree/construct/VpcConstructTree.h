@@ -61,7 +61,8 @@ public:
     /// true. Does nothing with point memory, which is written when it is full.
     bool FlushBuffersToDisk(unsigned long long threshold);
     /// Ends the adding: leaves go to the deepest level, parents get their samples. False when
-    /// there are no points or a temporary file fails. Does nothing in a finished tree.
+    /// there are no points, a temporary file fails, or points were lost when one failed before.
+    /// Does nothing in a finished tree.
     [[nodiscard]] bool FinishAddData();
     // The two steps of FinishAddData. After both the tree is finished, and they do nothing more.
 
@@ -176,6 +177,9 @@ private:
     /// Points that have arrived at the root so far. While a leaf's points are handed on afterwards,
     /// the number of the point that is.
     unsigned long long arrivals_ = 0;
+    /// A failure has ended the handing on of a node's points, and what was not yet handed on is
+    /// lost.
+    bool lacksPoints_ = false;
     unsigned long long leafCount_ = 0;
     unsigned long long filledLeafCount_ = 0;
     unsigned long long emptyLeafCount_ = 0;
