@@ -37,10 +37,11 @@ public:
     ///
     /// \param path the file for that node, where there is no budget
     std::unique_ptr<RestingPoints> MakeRestingPoints(const std::string& path);
-    /// True when so many nodes share the memory that their number should not grow: points would be
-    /// written over and over, a few at a time. A node with points at rest has seen that already;
-    /// others are told later, and only where the points come in no order. In order, most nodes wait
-    /// to be written for good.
+    /// True when so many nodes share the memory that this full node should not make more of them:
+    /// their points would be written over and over, a few at a time. A node with points at rest is
+    /// held back where each has less than blocksWorthWriting blocks. Any other is held back where
+    /// each has less than two and the points come in no order; in order, most nodes are done and
+    /// only wait to be written.
     bool IsThinlySpread(const NodePoints& node) const;
     /// Tells whether the next points are far apart from one another.
     void NoteOrder(bool isScattered) {

@@ -55,13 +55,6 @@ public:
         std::memcpy(place + size, &offset, sizeof offset);
     }
 
-    /// Makes the points that are in memory rest, and frees their memory. The node's own file is
-    /// created even if there are none. Throws vpc::IoError when they cannot be written; they then
-    /// stay in memory, and those that rest already stay, too.
-    ///
-    /// \param path the node's own file, where nodes have files of their own
-    void WriteOut(const std::string& path = {});
-
     /// Adds as many of `count` packed points, one behind the other and without arrivals, as one
     /// block takes, and returns how many; none where arrivals are kept.
     unsigned AppendSome(const char* records, unsigned count, unsigned format, unsigned size) {
@@ -73,6 +66,13 @@ public:
         count_ += added;
         return added;
     }
+
+    /// Makes the points that are in memory rest, and frees their memory. The node's own file is
+    /// created even if there are none. Throws vpc::IoError when they cannot be written; they then
+    /// stay in memory, and those that rest already stay, too.
+    ///
+    /// \param path the node's own file, where nodes have files of their own
+    void WriteOut(const std::string& path = {});
 
     /// Has the processor fetch what the next Append reads, and, once that is there, what it writes.
     void PrefetchForAppend() const { __builtin_prefetch(this, 1); }

@@ -40,9 +40,9 @@ public:
     ///
     /// \param pointMemory bytes of points to keep in memory, packed; those that find no room there
     ///                    wait in a temporary file. More makes a run faster or changes nothing, and
-    ///                    the result is the same. A run takes some 30 MB, 400 bytes for every node
-    ///                    and at times a tenth of pointMemory beyond it. 0 keeps a file for every
-    ///                    node, which is several times slower
+    ///                    the result is the same. A run takes some 30 MB, 500 bytes for every node
+    ///                    and, while it sorts what memory kept back, up to half of pointMemory
+    ///                    beyond it. 0 keeps a file for every node, which is several times slower
     [[nodiscard]] static TreePrepareResult preparePointData(
         unsigned long long headerValue, const wxString& workingFolder,
         const std::vector<wxString>& inputFiles, wxString outputFile, VpcTreeType treeType,
