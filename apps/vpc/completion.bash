@@ -5,7 +5,7 @@ _vpc_options() { # COMMAND
   case $1 in
     prepare)
       echo --help --output --tree --max-points --max-level --unit --memory --work \
-        --log --allow-incomplete --quiet --force
+        --log --text --allow-incomplete --skip-bad --quiet --force
       ;;
     info) echo --help --json --nodes ;;
     verify) echo --help ;;
@@ -40,6 +40,7 @@ _vpc() {
   else
     case $command:$before in
       prepare:--tree) words='octree kd' ;;
+      prepare:--text) words='auto strict' ;;
       *:--density) words='low full' ;;
       *:--stylization) words='scan elevation intensity' ;;
       *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
@@ -53,7 +54,7 @@ _vpc() {
       *:--output | *:-o) files='@(pts|ptx|ply)' ;;
       *:--image) files='png' ;;
       *:--work | *:--diagnostics | *:--log | view:--points) files='*' ;;
-      prepare:*) files='@(las|pts|ptx)' ;;
+      prepare:*) files='@(las|pts|ptx|xyz|txt|csv|asc)' ;;
       sample:*) files='@(las|pts|ptx)' ;;
       *) files='vpt' ;;
     esac

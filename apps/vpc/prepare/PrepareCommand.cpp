@@ -8,23 +8,24 @@
 #include <cstdlib>
 #include <filesystem>
 #include <numeric>
+#include <optional>
 #include <system_error>
 
 #include <CLI/CLI.hpp>
 
-#include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/util/DisplayText.h"
 #include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "core/util/VpcLogger.h"
-#include "io/FileIoFactory.h"
 #include "tree/construct/PrepareChecks.h"
 #include "tree/file/LevelTotals.h"
 #include "tree/file/PointTreeReader.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/prepare/ProgressDisplay.h"
+#include "vpc/scan/ScanList.h"
+#include "vpc/scan/ScanSet.h"
 
 namespace vpc {
 
@@ -83,19 +84,6 @@ void log(const wxString& text) {
     VpcLogger::Instance()->Add(text, false);
 }
 
-/// Says what is wrong with a scan whose text has no values for some of its points.
-std::string faultOfText(const std::string& scan, VpcDataFormat format,
-                        unsigned long long pointsWithoutValues) {
-    const unsigned long long columns = FileTools::CountTokensOnLine(fullPath(scan), 1);
-    const bool readable = columns == 3 || columns == 4 || columns == 6 || columns == 7;
-    if (format == DataFormat_PTS && !readable)
-        return "'" + scan + "' cannot be read: its second line holds " + std::to_string(columns) +
-               " values, where a point's line in PTS holds 3, 4, 6 or 7; write it in such a form";
-    return "'" + scan + "' is not complete: of all points claimed, " +
-           std::to_string(pointsWithoutValues) +
-           " have no values; get a complete copy, or take it as it is with --allow-incomplete";
-}
-
 /// The remedy for a finding; names the program's options where they help.
 wxString remedyOf(const PrepareFinding& finding) {
     switch (finding.kind) {
@@ -132,10 +120,12 @@ std::string checkMemory(const std::string& text) {
 }  // namespace
 
 PrepareCommand::PrepareCommand(CLI::App& app)
-    : Command(app, "prepare", "Turn scans (LAS, PTS or PTX, all of one format) into a tree file") {
+    : Command(app, "prepare", "Turn scans (LAS, or PTS and other text, or PTX) into a tree file") {
     CLI::App& options = Options();
     options
-        .add_option("SCAN", options_.scans, "The scan files, in the order their points refer to")
+        .add_option("SCAN", options_.scans,
+                    "The scans, in the order their points refer to: files, folders (the scans in "
+                    "them, sorted by name) and lists (@list.txt, a name a line)")
         ->required();
     options.add_option("-o,--output", options_.output, "The tree file to write, named .vpt")
         ->required()
@@ -177,15 +167,24 @@ PrepareCommand::PrepareCommand(CLI::App& app)
                     "there and removed again")
         ->type_name("DIR");
     options.add_option("--log", options_.log, "Log the run to this file")->type_name("FILE");
+    options
+        .add_option("--text", options_.text,
+                    "How texts are read: auto takes header lines, commas, semicolons, a decimal "
+                    "comma and a missing count; strict takes plain PTS and PTX only")
+        ->check(CLI::IsMember({"auto", "strict"}))
+        ->capture_default_str()
+        ->type_name("HOW");
     options.add_flag("--allow-incomplete", options_.allowIncomplete,
-                     "Go on when a scan's text ends before its points do; the missing ones "
-                     "become zeros");
+                     "Go on with the points that are there when points are missing or cannot be "
+                     "read; those are left out");
+    options.add_flag("--skip-bad", options_.skipBad, "Leave out scans that cannot be used");
     options.add_flag("--quiet", options_.quiet, "Show no progress");
     options.add_flag("--force", options_.force, "Go on when the disk seems to lack room");
     options.footer(
         "Examples:\n"
         "  vpc prepare -o scan.vpt scan.las\n"
         "  vpc prepare --tree kd --max-points 50000 --unit Feet -o site.vpt east.pts west.pts\n"
+        "  vpc prepare -o site.vpt scans/\n"
         "At its peak a run takes as much disk as its result, about 72 bytes a point and 108 with\n"
         "--tree kd. Temporary files take up to 26 bytes a point of LAS and 50 of PTS and PTX. "
         "They\n"
@@ -198,17 +197,25 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 int PrepareCommand::Run() {
     Interrupt::Catch();
     options_.unit = *DrawingUnits::Parse(unitText_);
-    PrepareChecks checks = Checks();
-    Require(checks.Run());
+    const ScanList list(options_.scans);
+    std::optional<WorkFolder> work;  // outlives what the scans put into it
+    ScanSet scans(list.Files(),
+                  {{options_.allowIncomplete, options_.text == "strict"}, options_.skipBad});
+    RequireChecks(scans);
     const RunLog runLog(options_.log);
-    LogStart();
-    ProgressDisplay display({options_.quiet, options_.allowIncomplete, checks.Format(),
-                             checks.EstimatedPoints(), "vpc " + Name()});
-    const TreePrepareResult result = Prepare(display);
+    LogStart(scans);
+    const CheckedScans checked = scans.Checked();
+    ProgressDisplay display({options_.quiet, checked.format, checked.points, "vpc " + Name(),
+                             [&](const wxString& message) { return scans.InUsersNames(message); }});
+    for (const std::string& warning : list.Warnings())
+        display.Warn(FileTools::FromNativePath(warning));
+    work.emplace(WorkParent());
+    SettleScans(scans, work->Path(), display);
+    const TreePrepareResult result = Prepare(scans, work->Path(), display);
     display.Clear();
-    log(result.success ? wxString("Prepared") : "Failed: " + result.message);
-    CheckResult(result, display, checks.Format());
-    if (!result.message.empty()) display.Warn(result.message);
+    log(result.success ? wxString("Prepared") : "Failed: " + scans.InUsersNames(result.message));
+    CheckResult(result, scans, display);
+    if (!result.message.empty()) display.Warn(scans.InUsersNames(result.message));
     PrintSummary(result);
     return exitDone;
 }
@@ -223,73 +230,75 @@ VpcTreeType PrepareCommand::TreeType() const {
     return options_.tree == "kd" ? Tree_KdTree_Symmetric : Tree_Octree;
 }
 
-PrepareChecks PrepareCommand::Checks() const {
-    std::vector<wxString> scans;
-    for (const std::string& scan : options_.scans) scans.push_back(FileTools::FromNativePath(scan));
-    return {FileTools::FromNativePath(WorkParent()),
-            scans,
-            FileTools::FromNativePath(options_.output),
-            TreeType(),
-            options_.maxPoints,
-            FileTools::FromNativePath(options_.log)};
-}
-
-void PrepareCommand::Require(const std::vector<PrepareFinding>& findings) const {
-    for (PrepareFinding finding : findings) {
+void PrepareCommand::RequireChecks(const ScanSet& scans) const {
+    std::vector<wxString> names;
+    for (const std::string& scan : scans.Names()) names.push_back(FileTools::FromNativePath(scan));
+    PrepareChecks checks(FileTools::FromNativePath(WorkParent()), names,
+                         FileTools::FromNativePath(options_.output), TreeType(), options_.maxPoints,
+                         FileTools::FromNativePath(options_.log));
+    checks.TakeScansAsChecked(scans.Checked());
+    for (PrepareFinding finding : checks.Run()) {
         if (options_.force && finding.kind == PrepareFinding::Kind::NoRoom) continue;
         finding.remedy = remedyOf(finding);
         throw CommandError(FileTools::ToNativePath(finding.Sentence()));
     }
 }
 
-TreePrepareResult PrepareCommand::Prepare(ProgressDisplay& display) const {
-    const WorkFolder work(WorkParent());
-    Interrupt::Check();
-    std::vector<wxString> scans;
-    for (const std::string& scan : options_.scans) scans.push_back(fullPath(scan));
+void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,
+                                 ProgressDisplay& display) const {
+    const auto requireNoInterrupt = [this] {
+        if (Interrupt::Requested())
+            throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
+    };
+    requireNoInterrupt();
+    scans.Check(std::filesystem::absolute(workFolder).string(),
+                [&](unsigned long long done, unsigned long long inAll) {
+                    requireNoInterrupt();
+                    display.ShowChecking(done, inAll);
+                });
+    display.Clear();
+    scans.Settle(Unchanged());
+    for (const std::string& note : scans.Notes()) display.Note(FileTools::FromNativePath(note));
+    for (const std::string& warning : scans.Warnings())
+        display.Warn(FileTools::FromNativePath(warning));
+}
+
+TreePrepareResult PrepareCommand::Prepare(const ScanSet& scans, const std::string& workFolder,
+                                          ProgressDisplay& display) const {
     return PcCorePointPrepare::preparePointData(
-        options_.unit, fullPath(work.Path()), scans, fullPath(options_.output), TreeType(),
+        options_.unit, fullPath(workFolder), scans.Sources(), fullPath(options_.output), TreeType(),
         options_.maxPoints, options_.maxLevel, display, options_.memory);
 }
 
-void PrepareCommand::CheckResult(const TreePrepareResult& result, ProgressDisplay& display,
-                                 VpcDataFormat format) const {
+void PrepareCommand::CheckResult(const TreePrepareResult& result, const ScanSet& scans,
+                                 ProgressDisplay& display) const {
     if (result.success) return;
-    const std::string unchanged = "; '" + options_.output + "' was not touched";
     if (display.Objected() == ProgressDisplay::Objection::NoPoints)
-        throw CommandError("'" + options_.scans.front() +
+        throw CommandError("'" + scans.Names().front() +
                            "' and the other scans, if any, hold no points that could be "
                            "prepared; get complete copies" +
-                           unchanged);
-    if (display.Objected() == ProgressDisplay::Objection::PointsWithoutValues)
+                           Unchanged());
+    if (display.Objected() == ProgressDisplay::Objection::TextChanged)
         throw CommandError(
-            faultOfText(FirstIncomplete(format), format, display.PointsWithoutValues()) +
-            unchanged);
+            "a scan has become shorter since it was checked; start again when "
+            "nothing writes to the scans" +
+            Unchanged());
     if (Interrupt::Requested())
-        throw CommandInterrupted("interrupted; temporary files are removed" + unchanged);
-    const wxString message = wxString(result.message).Trim(false);
+        throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
+    const wxString message = scans.InUsersNames(wxString(result.message).Trim(false));
     // The failure comes first, then what there was to say before it.
     const wxString warnings = message.AfterFirst('\n');
     if (!warnings.empty()) display.Warn(warnings);
-    throw CommandError(FileTools::ToNativePath(message.BeforeFirst('\n')) + unchanged);
+    throw CommandError(FileTools::ToNativePath(message.BeforeFirst('\n')) + Unchanged());
 }
 
-std::string PrepareCommand::FirstIncomplete(VpcDataFormat format) const {
-    for (const std::string& scan : options_.scans) {
-        VpcBoundingBoxAxisAligned box;
-        wxString message;
-        ScanSummary summary;
-        if (FileIoFactory::DetermineMultipleBoundingBox({fullPath(scan)}, format, box, message,
-                                                        &summary) &&
-            summary.pointsWithoutValues > 0)
-            return scan;
-    }
-    return options_.scans.front();
+std::string PrepareCommand::Unchanged() const {
+    return "; '" + options_.output + "' was not touched";
 }
 
-void PrepareCommand::LogStart() const {
+void PrepareCommand::LogStart(const ScanSet& scans) const {
     log(wxString("vpc " VPC_PROGRAM_VERSION " prepares ") + fullPath(options_.output));
-    for (const std::string& scan : options_.scans) log("Scan: " + fullPath(scan));
+    for (const std::string& scan : scans.Names()) log("Scan: " + fullPath(scan));
     log(wxString::Format("Tree %s, at most %llu points a node, split down to level %llu, unit %llu",
                          options_.tree.c_str(), options_.maxPoints, options_.maxLevel,
                          options_.unit));

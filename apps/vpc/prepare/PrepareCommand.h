@@ -9,12 +9,13 @@
 
 namespace vpc {
 
-class PrepareChecks;
 struct PrepareFinding;
 class ProgressDisplay;
+class ScanSet;
 
 /// What the user asks of one preparing run; file names in the system's encoding.
 struct PrepareOptions {
+    /// Files, folders and lists ("@list.txt").
     std::vector<std::string> scans;
     std::string output;
     std::string tree = "octree";
@@ -26,7 +27,9 @@ struct PrepareOptions {
     std::string log;
     /// The folder for temporary files; empty stands for the output's.
     std::string work;
+    std::string text = "auto";
     bool allowIncomplete = false;
+    bool skipBad = false;
     bool quiet = false;
     bool force = false;
 };
@@ -41,15 +44,18 @@ private:
     /// The folder in which the run's own folder for temporary files is made.
     std::string WorkParent() const;
     VpcTreeType TreeType() const;
-    PrepareChecks Checks() const;
-    /// Throws CommandError for the first finding that the user has not asked to ignore.
-    void Require(const std::vector<PrepareFinding>& findings) const;
-    TreePrepareResult Prepare(ProgressDisplay& display) const;
-    void CheckResult(const TreePrepareResult& result, ProgressDisplay& display,
-                     VpcDataFormat format) const;
-    /// The first scan that claims points without values.
-    std::string FirstIncomplete(VpcDataFormat format) const;
-    void LogStart() const;
+    /// Throws CommandError for what would make the run fail, other than its scans, and that the
+    /// user has not asked to ignore.
+    void RequireChecks(const ScanSet& scans) const;
+    /// Reads the texts to their ends, and leaves out the scans that the user allows to leave out.
+    void SettleScans(ScanSet& scans, const std::string& workFolder, ProgressDisplay& display) const;
+    TreePrepareResult Prepare(const ScanSet& scans, const std::string& workFolder,
+                              ProgressDisplay& display) const;
+    void CheckResult(const TreePrepareResult& result, const ScanSet& scans,
+                     ProgressDisplay& display) const;
+    /// The end of a sentence: that an older output has not been touched.
+    std::string Unchanged() const;
+    void LogStart(const ScanSet& scans) const;
     void PrintSummary(const TreePrepareResult& result) const;
 
     PrepareOptions options_;

@@ -27,13 +27,15 @@ constexpr double secondsToForecast = 1.0;
 constexpr std::size_t stages = 4;
 constexpr std::array<const char*, stages> stageNames = {"measuring scans", "sorting points",
                                                         "building levels", "writing file"};
+constexpr const char* checkingName = "checking scans";
 /// The shares of a run's time that reading takes. The rest belongs to the last two stages.
 struct ReadingShares {
+    double checking;
     double measuring;
     double adding;
 };
-constexpr ReadingShares binaryShares = {0.08, 0.40};
-constexpr ReadingShares textShares = {0.28, 0.44};
+constexpr ReadingShares binaryShares = {0.0, 0.08, 0.40};
+constexpr ReadingShares textShares = {0.10, 0.25, 0.40};
 /// The time that it takes to sort a point while levels are built, if it has to be sorted there, in
 /// times of what the writing takes for a point of the scans.
 constexpr double sortingToWriting = 0.2;
@@ -70,23 +72,49 @@ bool ProgressDisplay::onProgress(const PrepareProgress& progress) {
     const auto now = Clock::now();
     if (progress.stage != stage_) StartStage(progress.stage, now);
     if (stage_ == PrepareStage::BuildLevels) pointsToSort_ = progress.pointsInAll;
-    const auto interval = terminal_ ? barInterval : lineInterval;
-    if (!settings_.quiet && now - lastShown_ >= interval) Show(progress, now);
+    if (IsTimeToShow(now)) {
+        const double inStage = secondsBetween(stageStart_, now);
+        const std::string rate =
+            inStage > 0.0 ? DisplayText::Short(static_cast<double>(progress.pointsDone) / inStage) +
+                                " points/s"
+                          : "";
+        Show(DoneShare(progress), stageNames[static_cast<std::size_t>(progress.stage)], rate, now);
+    }
     return true;
+}
+
+bool ProgressDisplay::IsTimeToShow(Clock::time_point now) const {
+    const auto interval = terminal_ ? barInterval : lineInterval;
+    return !settings_.quiet && now - lastShown_ >= interval;
+}
+
+void ProgressDisplay::ShowChecking(unsigned long long bytesDone, unsigned long long bytesInAll) {
+    const auto now = Clock::now();
+    // The stage that follows begins with the last of these calls.
+    stageStart_ = now;
+    if (!IsTimeToShow(now)) return;
+    const double done = static_cast<double>(bytesDone);
+    const double part = bytesInAll == 0 ? 0.0 : done / static_cast<double>(bytesInAll);
+    const double elapsed = secondsBetween(start_, now);
+    const std::string rate =
+        elapsed > 0.0 ? DisplayText::Bytes(static_cast<unsigned long long>(done / elapsed)) + "/s"
+                      : "";
+    // Texts that are copied are read twice.
+    Show(textShares.checking * std::min(part, 1.0), checkingName, rate, now);
 }
 
 bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString& message) {
     VpcLogger::Instance()->Add(wxString::Format("The scans hold %llu points", summary.points),
                                false);
-    if (!message.empty()) Warn(message);
+    if (!message.empty()) Warn(settings_.inUsersNames(message));
     if (summary.missingRecords > 0 && message.empty())
         Warn(wxString::Format("the scans hold %llu points fewer than their headers claim",
                               summary.missingRecords));
-    if (summary.pointsWithoutValues > 0 && !settings_.allowIncomplete)
-        objection_ = Objection::PointsWithoutValues;
+    // Every value was there when the texts were checked.
+    if (summary.pointsWithoutValues > 0)
+        objection_ = Objection::TextChanged;
     else if (summary.points <= summary.nonFinitePoints)
         objection_ = Objection::NoPoints;
-    pointsWithoutValues_ = summary.pointsWithoutValues;
     points_ = summary.points;
     return objection_ == Objection::None && !Interrupt::Requested();
 }
@@ -100,14 +128,14 @@ void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {
 
 double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
     const ReadingShares reading = settings_.format == DataFormat_LAS ? binaryShares : textShares;
-    const double rest = 1.0 - reading.measuring - reading.adding;
+    const double rest = 1.0 - reading.checking - reading.measuring - reading.adding;
     const double sorting = sortingToWriting * static_cast<double>(pointsToSort_);
     const double building =
         pointsToSort_ == 0 ? 0.0 : rest * sorting / (sorting + static_cast<double>(points_));
     const std::array<double, stages> shares = {reading.measuring, reading.adding, building,
                                                rest - building};
     const auto stage = static_cast<std::size_t>(progress.stage);
-    double share = 0.0;
+    double share = reading.checking;
     for (std::size_t earlier = 0; earlier < stage; ++earlier) share += shares[earlier];
     unsigned long long inAll = progress.pointsInAll;
     if (progress.stage == PrepareStage::MeasureScans)
@@ -117,16 +145,13 @@ double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
     return share + shares[stage] * std::min(done, 1.0);
 }
 
-void ProgressDisplay::Show(const PrepareProgress& progress, Clock::time_point now) {
+void ProgressDisplay::Show(double share, const char* stage, const std::string& rate,
+                           Clock::time_point now) {
     lastShown_ = now;
-    const double share = DoneShare(progress);
     const double elapsed = secondsBetween(start_, now);
-    const double inStage = secondsBetween(stageStart_, now);
-    std::string line = padded(std::to_string(static_cast<int>(share * 100.0)) + " %", 5) + "  " +
-                       stageNames[static_cast<std::size_t>(progress.stage)];
-    if (inStage > 0.0)
-        line += "  " + DisplayText::Short(static_cast<double>(progress.pointsDone) / inStage) +
-                " points/s";
+    std::string line =
+        padded(std::to_string(static_cast<int>(share * 100.0)) + " %", 5) + "  " + stage;
+    if (!rate.empty()) line += "  " + rate;
     if (share >= shareToForecast && elapsed >= secondsToForecast)
         line += "  " + DisplayText::Duration(elapsed * (1.0 - share) / share) + " left";
     if (terminal_) {
@@ -152,8 +177,19 @@ void ProgressDisplay::Warn(const wxString& text) {
     wxString line = text;
     line.Trim(true).Trim(false);
     VpcLogger::Instance()->Add("Warning: " + line, false);
-    std::fprintf(stderr, "%s: warning: %s\n", settings_.command.c_str(),
-                 FileTools::ToNativePath(line).c_str());
+    PrintLine("warning: " + line);
+}
+
+void ProgressDisplay::Note(const wxString& text) {
+    VpcLogger::Instance()->Add(text, false);
+    if (settings_.quiet) return;
+    Clear();
+    PrintLine(text);
+}
+
+void ProgressDisplay::PrintLine(const wxString& text) const {
+    std::fprintf(stderr, "%s: %s\n", settings_.command.c_str(),
+                 FileTools::ToNativePath(text).c_str());
 }
 
 }  // namespace vpc

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "core/util/VpcDefinitions.h"
@@ -14,16 +15,18 @@ class ProgressDisplay : public PrepareObserver {
 public:
     struct Settings {
         bool quiet;
-        /// Whether a run may go on with points that have no values in their text.
-        bool allowIncomplete;
         VpcDataFormat format;
         /// Points expected while the scans are still being measured.
         unsigned long long estimatedPoints;
         std::string command;
+        /// Puts the users' names of scans into a message of the library.
+        std::function<wxString(const wxString&)> inUsersNames;
     };
 
     explicit ProgressDisplay(Settings settings);
 
+    /// Shows how many bytes of the texts have been checked. This comes before the run.
+    void ShowChecking(unsigned long long bytesDone, unsigned long long bytesInAll);
     bool onProgress(const PrepareProgress& progress) override;
     bool onScansMeasured(const ScanSummary& summary, const wxString& message) override;
 
@@ -31,19 +34,22 @@ public:
     void Clear();
     /// Prints a warning on standard error and into the log, unless it repeats the last one.
     void Warn(const wxString& text);
+    /// Prints on standard error, unless quiet, and into the log what is worth knowing.
+    void Note(const wxString& text);
     /// Why this object ended the run without the user's asking for it.
-    enum class Objection { None, PointsWithoutValues, NoPoints };
+    enum class Objection { None, TextChanged, NoPoints };
     Objection Objected() const { return objection_; }
-    /// Points that the scans claim and have no values for; known once they have been measured.
-    unsigned long long PointsWithoutValues() const { return pointsWithoutValues_; }
 
 private:
     using Clock = std::chrono::steady_clock;
 
     void StartStage(PrepareStage stage, Clock::time_point now);
+    bool IsTimeToShow(Clock::time_point now) const;
     /// The part of the whole run that is done, 0 to 1.
     double DoneShare(const PrepareProgress& progress) const;
-    void Show(const PrepareProgress& progress, Clock::time_point now);
+    /// Shows the share of the whole run, the stage, and how fast it goes.
+    void Show(double share, const char* stage, const std::string& rate, Clock::time_point now);
+    void PrintLine(const wxString& text) const;
 
     Settings settings_;
     bool terminal_;
@@ -53,7 +59,6 @@ private:
     Clock::time_point stageStart_;
     Clock::time_point lastShown_;
     Objection objection_ = Objection::None;
-    unsigned long long pointsWithoutValues_ = 0;
     unsigned long long points_ = 0;
     /// Those that are sorted only while levels are built; known when that begins.
     unsigned long long pointsToSort_ = 0;

@@ -1,6 +1,5 @@
 #include "core/util/TextScanner.h"
 
-#include <bit>
 #include <cerrno>
 #include <charconv>
 #include <cstdint>
@@ -9,6 +8,8 @@
 #include <limits>
 
 #include <locale.h>
+
+#include "core/util/DigitRun.h"
 
 namespace vpc {
 namespace {
@@ -48,21 +49,14 @@ bool isSpace(char c) {
 }
 
 /// Appends the decimal digits at `p` to `value`, which wraps when there are too many; returns where
-/// they end. It takes eight digits at a time and has no branch for each of them, because with
-/// numbers of changing length the processor would mispredict most of those branches. It looks at up
-/// to eight characters behind the digits.
+/// they end. It looks at up to eight characters behind the digits.
 const char* readDigits(const char* p, std::uint64_t& value) {
     for (;;) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, p, sizeof eight);
-        eight ^= 0x3030303030303030ULL;  // digits become 0 to 9, all else 10 and above
-        // Sets the top bit of every byte above 9. A carry disturbs only bytes behind such a byte.
-        const std::uint64_t others =
-            ((eight + 0x7676767676767676ULL) | eight) & 0x8080808080808080ULL;
-        const int digits = others == 0 ? 8 : std::countr_zero(others) / 8;
+        const DigitRun eight(p);
+        const int digits = eight.length;
         if (digits == 0) return p;
         // Moves the digits up, with zeros before them, and joins them to pairs, fours and eights.
-        std::uint64_t n = eight << (64 - 8 * digits);
+        std::uint64_t n = eight.values << (64 - 8 * digits);
         n = n * 10 + (n >> 8);
         n = ((n & 0x000000FF000000FFULL) * 0x000F424000000064ULL +
              ((n >> 16) & 0x000000FF000000FFULL) * 0x0000271000000001ULL) >>

@@ -21,7 +21,7 @@
 #include "core/util/IoError.h"
 #include "core/util/ReplacementFile.h"
 #include "io/FileIoFactory.h"
-#include "io/LasIO.h"
+#include "io/LasPointCount.h"
 #include "tree/construct/SpillFile.h"
 #include "tree/file/PointTreeLayout.h"
 
@@ -100,9 +100,17 @@ PrepareChecks::PrepareChecks(const wxString& workingFolder, const std::vector<wx
     for (const wxString& file : inputFiles) scans_.push_back(FileTools::ToNativePath(file));
 }
 
+void PrepareChecks::TakeScansAsChecked(const CheckedScans& scans) {
+    scansAreChecked_ = true;
+    format_ = scans.format;
+    points_ = scans.points;
+    copyBytes_ = scans.copyBytes;
+}
+
 std::vector<PrepareFinding> PrepareChecks::Run() {
     CheckOutput();
-    for (const std::string& scan : scans_) CheckScan(scan);
+    if (!scansAreChecked_)
+        for (const std::string& scan : scans_) CheckScan(scan);
     if (!log_.empty()) CheckLog();
     CheckFolder(outputFolder_);
     if (workingFolder_ != outputFolder_) CheckFolder(workingFolder_);
@@ -141,25 +149,43 @@ void PrepareChecks::CheckOutput() {
              _("choose another output name"));
 }
 
-void PrepareChecks::CheckScan(const std::string& scan) {
-    const auto status = statusOf(scan);
+std::optional<PrepareFinding> PrepareChecks::FaultOfFile(const wxString& scan) {
+    const auto fault = [&](const wxString& problem, const wxString& remedy) {
+        return PrepareFinding{Kind::Scan, scan, problem, remedy};
+    };
+    const std::string file = FileTools::ToNativePath(scan);
+    const auto status = statusOf(file);
     if (!status) {
         const bool missing = errno == ENOENT || errno == ENOTDIR;
         const wxString why = reason();
-        if (missing) return Tell(Kind::Scan, scan, _("does not exist"), _("check the name"));
-        return Tell(Kind::Scan, scan, _("cannot be looked at") + why,
-                    _("check its folders' rights"));
+        if (missing) return fault(_("does not exist"), _("check the name"));
+        return fault(_("cannot be looked at") + why, _("check its folders' rights"));
     }
-    if (!S_ISREG(status->st_mode))
-        return Tell(Kind::Scan, scan, _("is no regular file"), _("name scan files only"));
-    if (!HasFormat(scan) || !Opens(scan)) return;
-    const auto size = static_cast<unsigned long long>(status->st_size);
-    if (size == 0)
-        return Tell(Kind::Scan, scan, _("is empty"), _("get a complete copy or leave it out"));
+    if (!S_ISREG(status->st_mode)) return fault(_("is no regular file"), _("name scan files only"));
+    if (!opens(file, "rb")) {
+        const wxString why = reason();
+        return fault(_("cannot be read") + why, _("change its permissions"));
+    }
+    if (status->st_size == 0) return fault(_("is empty"), _("get a complete copy or leave it out"));
+    return std::nullopt;
+}
+
+void PrepareChecks::CheckScan(const std::string& scan) {
+    if (auto fault = FaultOfFile(FileTools::FromNativePath(scan))) {
+        findings_.push_back(std::move(*fault));
+        return;
+    }
+    if (!HasFormat(scan) || !OpensForUpdate(scan)) return;
+    const auto status = statusOf(scan);
+    const auto size = status ? static_cast<unsigned long long>(status->st_size) : 0;
     if (format_ == DataFormat_LAS)
         CountLasPoints(scan, size);
     else
-        points_ += size / textBytesPerPoint + 1;
+        points_ += EstimatedTextPoints(size);
+}
+
+unsigned long long PrepareChecks::EstimatedTextPoints(unsigned long long bytes) {
+    return bytes / textBytesPerPoint + 1;
 }
 
 bool PrepareChecks::HasFormat(const std::string& scan) {
@@ -180,43 +206,27 @@ bool PrepareChecks::HasFormat(const std::string& scan) {
     return false;
 }
 
-bool PrepareChecks::Opens(const std::string& scan) {
-    if (!opens(scan, "rb")) {
-        const wxString why = reason();
-        Tell(Kind::Scan, scan, _("cannot be read") + why, _("change its permissions"));
-        return false;
-    }
-    if (format_ != DataFormat_LAS && !opens(scan, "r+b")) {
-        const wxString why = reason();
-        Tell(Kind::Scan, scan,
-             _("cannot be written") + why +
-                 _(", and PTS and PTX scans are opened for update though never changed"),
-             _("make it writable or use a copy"));
-    }
-    return true;
+bool PrepareChecks::OpensForUpdate(const std::string& scan) {
+    if (format_ == DataFormat_LAS || opens(scan, "r+b")) return true;
+    const wxString why = reason();
+    Tell(Kind::Scan, scan,
+         _("cannot be written") + why +
+             _(", and PTS and PTX scans are opened for update though never changed"),
+         _("make it writable or use a copy"));
+    return false;
 }
 
 void PrepareChecks::CountLasPoints(const std::string& scan, unsigned long long size) {
-    LasIO reader(1);
-    if (!reader.readHeader(FileTools::FromNativePath(scan), true)) {
-        const wxString fault = wxString(reader.errorMessage).Trim(true).Trim(false);
-        return Tell(Kind::Scan, scan,
-                    wxString::Format(
-                        _("cannot be used: %s (give a LAS file of version 1.0 to 1.4)"), fault),
-                    wxString());
-    }
-    const unsigned long long claimed = reader.numberOfPoints;
-    if (claimed == 0)
+    const LasPointCount points(FileTools::FromNativePath(scan), size);
+    if (!points.fault.empty()) return Tell(Kind::Scan, scan, points.fault, wxString());
+    if (points.claimed == 0)
         return Tell(Kind::Scan, scan, _("has a LAS header but holds no points"), _("leave it out"));
-    const unsigned long long start = reader.offsetToPointData;
-    const unsigned long long length = reader.pointDataRecordLength;
-    const unsigned long long held = length == 0 || size < start ? 0 : (size - start) / length;
-    if (held == 0)
-        return Tell(
-            Kind::Scan, scan,
-            wxString::Format(_("holds none of the %llu points that its header claims"), claimed),
-            _("get a complete copy or leave it out"));
-    points_ += std::min(held, claimed);
+    if (points.held == 0)
+        return Tell(Kind::Scan, scan,
+                    wxString::Format(_("holds none of the %llu points that its header claims"),
+                                     points.claimed),
+                    _("get a complete copy or leave it out"));
+    points_ += points.held;
 }
 
 void PrepareChecks::CheckLog() {
@@ -263,10 +273,11 @@ void PrepareChecks::CheckRoom() {
     if (outputStatus && workStatus && outputStatus->st_dev == workStatus->st_dev) {
         // What is in the result is given back from the temporary file, where that can be done.
         const bool givesBack = SpillFile::GivesRoomBack(workingFolder_);
-        RequireRoom(outputFolder_, givesBack ? std::max(result, work) : result + work);
+        RequireRoom(outputFolder_,
+                    (givesBack ? std::max(result, work) : result + work) + copyBytes_);
     } else {
         RequireRoom(outputFolder_, result);
-        RequireRoom(workingFolder_, work);
+        RequireRoom(workingFolder_, work + copyBytes_);
     }
 }
 

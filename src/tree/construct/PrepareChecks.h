@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,15 @@ struct PrepareFinding {
     wxString Sentence() const;
 };
 
+/// What is known of scans that the caller has checked itself.
+struct CheckedScans {
+    VpcDataFormat format = DataFormat_Unknown;
+    /// How many points they hold, or about how many.
+    unsigned long long points = 0;
+    /// Bytes of the copies of scans that the caller puts into the working folder.
+    unsigned long long copyBytes = 0;
+};
+
 /// Looks before a preparing run for what would make it fail later: scans that are missing,
 /// incomplete or of several formats, missing rights and folders, a disk without enough room.
 ///
@@ -43,6 +53,14 @@ public:
                   const wxString& outputFile, VpcTreeType treeType,
                   unsigned long long maxPointsPerNode, const wxString& logFile = wxString());
 
+    /// What is wrong with a scan whatever its format is: it is missing, no regular file, not
+    /// readable or empty. Nothing where it is none of these.
+    [[nodiscard]] static std::optional<PrepareFinding> FaultOfFile(const wxString& scan);
+    /// How many points a text scan of this size may hold; more than it does hold in practice.
+    [[nodiscard]] static unsigned long long EstimatedTextPoints(unsigned long long bytes);
+
+    /// Lets Run leave the scans alone, but for the question whether one is the output or the log.
+    void TakeScansAsChecked(const CheckedScans& scans);
     /// Everything that may make the run fail, in the order output, scans, log, folders, room; for
     /// each file the first thing that is wrong with it. To find out whether it can write there, it
     /// makes an empty folder in each of the run's two folders, and the log where there is none yet,
@@ -60,7 +78,8 @@ private:
     void CheckScan(const std::string& scan);
     /// Whether the extension names a format, and the same one as those of the other scans.
     bool HasFormat(const std::string& scan);
-    bool Opens(const std::string& scan);
+    /// Whether the scan can be opened as the readers of its format do.
+    bool OpensForUpdate(const std::string& scan);
     /// Adds the points of a LAS scan: as many as its header claims and it has records for.
     void CountLasPoints(const std::string& scan, unsigned long long size);
     void CheckLog();
@@ -80,6 +99,8 @@ private:
     unsigned long long maxPointsPerNode_;
     VpcDataFormat format_ = DataFormat_Unknown;
     unsigned long long points_ = 0;
+    unsigned long long copyBytes_ = 0;
+    bool scansAreChecked_ = false;
     std::vector<PrepareFinding> findings_;
 };
 
