@@ -63,7 +63,6 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
     write("five.pts", "2\n1 2 3 4 5\n6 7 8 9 10\n");
     write("short.pts", "5\n0 0 0\n1 2 3\n4 5 inf\n");
     write("o.vpt", "older");
-    fs::create_directory(folder.file("d.pts"));
     fs::create_directory(folder.file("dir.vpt"));
     fs::create_hard_link(folder.file("a.pts"), folder.file("same.vpt"));
     sample("ok.las", "10");
@@ -76,7 +75,7 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
         const char* arguments;
         const char* sentence;
     } cases[] = {{"none.pts", "'none.pts' does not exist"},
-                 {"d.pts", "'d.pts' is no regular file"},
+                 {"/dev/null", "'/dev/null' is no regular file"},
                  {"empty.pts", "'empty.pts' is empty"},
                  {"a.pts b.ptx", "'b.ptx' is of another format (PTX) than 'a.pts' (PTS)"},
                  {"bad.las", "'bad.las' holds 'no such thing' in line 1"},
@@ -114,14 +113,14 @@ TEST_F(PrepareCommandTest, TooLittleRoomIsAnErrorThatForceOverrides) {
     // A scan with a large hole in the place of its points.
     LasBuilder scan;
     scan.versionMinor = 4;
-    scan.count = 1ULL << 38;
+    scan.count = 1ULL << 37;
     write("big.las", scan.bytes());
     fs::resize_file(folder.file("big.las"), 1ULL << 43);
     const std::string error = run("prepare -o x.vpt big.las").err;
     EXPECT_THAT(error,
-                ContainsRegex("has [0-9.]+ [kMGT]?B free.*about (18.8|26.0) TB.*\n?.*--force"));
+                ContainsRegex("has [0-9.]+ [kMGT]?B free.*about (9.94|13.5) TB.*\n?.*--force"));
     EXPECT_TRUE(folder.holdsOnly({"big.las"}));
-    ProgramRun forced("prepare -o x.vpt --force --allow-incomplete big.las", folder.path());
+    ProgramRun forced("prepare -o x.vpt --force big.las", folder.path());
     EXPECT_TRUE(ProgramRun::waitUntil([&] { return entries() > 2; }));
     forced.send(SIGKILL);  // it would look for points in the hole for hours
 }

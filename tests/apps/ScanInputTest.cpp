@@ -128,11 +128,11 @@ TEST_F(ScanInputTest, NamesAllBadScansAndCanLeaveThemOut) {
         "  'none.pts' does not exist; check the name\n"
         "  'bad.pts' claims 3 points in line 1 and has 1; get a complete copy\n"
         "  'empty.pts' is empty; get a complete copy or leave it out\n"
-        "  'word.csv' holds '1;x;3' in line 2, where 'x;3' is no number; correct it\n"
+        "  'word.csv' holds '1;x;3' in line 2, where 'x' is no number; correct it\n"
         "  's.las' is of another format (LAS) than 'a.pts' (PTS); prepare scans of one format "
         "at a time\n"
-        "otherwise take the points that are there with --allow-incomplete or leave out such "
-        "scans with --skip-bad; 'o.vpt' was not touched\n");
+        "--allow-incomplete takes the points that are there and --skip-bad leaves out such "
+        "scans; 'o.vpt' was not touched\n");
     const ProgramResult skipped = run("prepare --quiet --skip-bad -o t.vpt " + scans);
     EXPECT_EQ(skipped.status, 0);
     EXPECT_EQ(read("t.vpt"), tree);

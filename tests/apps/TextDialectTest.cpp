@@ -70,7 +70,7 @@ Scan makeScan(std::size_t columns, bool isGrid, unsigned seed) {
     return scan;
 }
 
-std::string write(const Scan& scan, const Dialect& dialect) {
+std::string textOf(const Scan& scan, const Dialect& dialect) {
     const std::size_t columns = scan.blocks[0].back().size();
     const Row names = columns == 3   ? Row{"X", "Y", "Z"}
                       : columns == 4 ? Row{"X", "Y", "Z", "Intensity"}
@@ -94,7 +94,10 @@ std::string write(const Scan& scan, const Dialect& dialect) {
     };
     if (dialect.header == 1) {
         text += "# made by a scanner, 3.5 m up" + dialect.lineEnd + "//";
-        scan.isGrid ? add({"a grid"}, "", false) : addNames("", "");
+        if (scan.isGrid)
+            add({"a grid"}, "", false);
+        else
+            addNames("", "");
     } else if (mixed) {
         addNames("\"", dialect.between == " " ? "" : " [m]");
     }
@@ -138,8 +141,8 @@ TEST_F(TextDialectTest, EveryDialectGivesTheTreeOfThePlainText) {
             Scan scan = makeScan(columns, isGrid, static_cast<unsigned>(i));
             if (!dialects[i].count && !isGrid) scan.blocks.pop_back();
             const std::string name = std::to_string(i);
-            ProgramTest::write("plain" + name + (isGrid ? ".ptx" : ".pts"), write(scan, {}));
-            ProgramTest::write("other" + name + ".txt", write(scan, dialects[i]));
+            write("plain" + name + (isGrid ? ".ptx" : ".pts"), textOf(scan, {}));
+            write("other" + name + ".txt", textOf(scan, dialects[i]));
             plain += " plain" + name + (isGrid ? ".ptx" : ".pts");
             others += " other" + name + ".txt";
         }
@@ -157,41 +160,43 @@ TEST_F(TextDialectTest, EveryDialectGivesTheTreeOfThePlainText) {
 }
 
 TEST_F(TextDialectTest, SaysWhatItReads) {
-    ProgramTest::write("a.csv",
-                       "\xef\xbb\xbf"
-                       "\"Class\";\"Y [m]\";\"X [m]\";\"Z [m]\"\r\n"
-                       "2;1,5;4;5\r\n# half\r\n2;1,5D+1;.5e0;1\r\n");
-    expectFailure("prepare -o t.vpt a.csv", 1, "holds '2;1,5D+1;.5e0;1' in line 4, where '.5e0;1'");
-    ProgramTest::write("a.csv",
-                       "\xef\xbb\xbf"
-                       "\"Class\";\"Y [m]\";\"X [m]\";\"Z [m]\"\r\n"
-                       "2;1,5;4;5\r\n# half\r\n2;1,5D+1;-7;1;\r\n");
+    write("a.csv",
+          "\xef\xbb\xbf"
+          "\"Class\";\"Y [m]\";\"X [m]\";\"Z [m]\"\r\n"
+          "2;1,5;4;5\r\n# half\r\n2;1,5D+1;.5e0;1\r\n");
+    expectFailure("prepare -o t.vpt a.csv", 1,
+                  "holds '2;1,5D+1;.5e0;1' in line 4, where '.5e0' is");
+    write("a.csv",
+          "\xef\xbb\xbf"
+          "\"Class\";\"Y [m]\";\"X [m]\";\"Z [m]\"\r\n"
+          "2;1,5;4;5\r\n# half\r\n2;1,5D+1;-7;1;\r\n");
     EXPECT_THAT(run("prepare -o t.vpt a.csv").err,
                 HasSubstr("'a.csv': a byte order mark, 2 header or comment lines skipped, columns "
                           "taken by their names, 'class' left out, semicolons between values, a "
                           "decimal comma, no count line: 2 points\n"));
     EXPECT_EQ(run("prepare --quiet -o t.vpt a.csv").err, "");
-    ProgramTest::write("b.pts", "2\n4 1.5 5\n-7 15 1\n");
+    write("b.pts", "2\n4 1.5 5\n-7 15 1\n");
     EXPECT_EQ(treeOf("a.csv"), treeOf("b.pts"));
     EXPECT_TRUE(folder.holdsOnly({"a.csv", "b.pts", "t.vpt"}));
     expectFailure("prepare --text strict -o t.vpt a.csv", 1, "'a.csv' is not plain text (a byte");
-    ProgramTest::write("c.pts", "2\n4 1.5 5\n# half\n-7 15 1\n");
+    write("c.pts", "2\n4 1.5 5\n# half\n-7 15 1\n");
     EXPECT_EQ(treeOf("c.pts"), treeOf("b.pts"));
     expectFailure("prepare --text strict -o t.vpt c.pts", 1,
                   "plain in line 3, which holds '# half'");
 }
 
 TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
-    std::string long_ = "1000\n";
-    for (int i = 0; i < 999; ++i) long_ += "1 2 3\n";
+    std::string lines = "1000\n";
+    for (int i = 0; i < 999; ++i) lines += "1 2 3\n";
     const std::string grid =
         "1\n2\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n1 0 0 0\n0 1 0 0\n0 0 1 0\n0 0 0 1\n";
     const struct {
         std::string text;
         const char* sentence;
     } cases[] = {
-        {"2\n1 2 3\n1 2 x3\n", "holds '1 2 x3' in line 3, where 'x3' is no number; correct it, or"},
-        {long_ + "4 5\x1b[m 6\n", "holds '4 5\\x1b[m 6' in line 1001, where '5\\x1b[m' is"},
+        {"2\n1 2 3\n1 2 x3\n",
+         "holds '1 2 x3' in line 3, where 'x3' is no number; correct it; --allow"},
+        {lines + "4 5\x1b[m 6\n", "holds '4 5\\x1b[m 6' in line 1001, where '5\\x1b[m' is"},
         {"2\n1 2 3\n1 2 3 4\n", "'1 2 3 4' in line 3, which has 4 values where the lines before"},
         {"1,2,3,4,5,6\n1,2,3,4,5,6\n", "may be six numbers or three with a decimal comma"},
         {"1,234 5.678 2\n1,234 5.678 2\n", "in line 1, which mixes points and commas"},
@@ -199,7 +204,7 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {"1\n1 2 3 4 5\n",
          "holds 5 values in line 2 ('1 2 3 4 5'), where a point has 3, 4, 6 or 7"},
         {"//X Y Z R G B\n1 2 3\n", "holds 3 values in line 2 ('1 2 3'), where line 1 names 6"},
-        {"3\n1 2 3\n1 2 3\n", "claims 3 points in line 1 and has 2; get a complete copy, or take"},
+        {"3\n1 2 3\n1 2 3\n", "claims 3 points in line 1 and has 2; get a complete copy; --allow"},
         {"1\n1 2 3\n1 2 3\n1\n1 2 3\n", "claims 1 point in line 1 and has 2"},
         {"1\n1 2 3\n99999999999999999999\n1 2 3\n", "'99999999999999999999' in line 3"},
         {"12.5\n1 2 3\n", "holds '12.5' in line 1, which is no line of numbers"},
@@ -217,7 +222,7 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {grid.substr(0, 4), "holds '1 0' in line 4"}};
     for (const auto& c : cases) {
         const bool isLast = &c == std::end(cases) - 1;
-        ProgramTest::write("a.txt", isLast ? "1\n2\n0 0 0\n" : c.text);
+        write("a.txt", isLast ? "1\n2\n0 0 0\n" : c.text);
         expectFailure("prepare -o t.vpt a.txt", 1,
                       isLast ? "ends where the scanner's X axis is expected" : c.sentence);
     }
@@ -226,10 +231,10 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
 
 TEST_F(TextDialectTest, AllowIncompleteTakesThePointsThatAreThere) {
     const std::string points = "1 2 3 9 9 9\n4 5 6 9 9 9\n-7 8 9 9 9 9\n";
-    ProgramTest::write("good.pts", "3\n" + points);
+    write("good.pts", "3\n" + points);
     const std::string grid = "1 0 0\n0 1 0\n0 0 1\n1 0 0 0\n0 1 0 0\n0 0 1 0\n0 0 0 1\n";
     const std::string cells = "1 2 3 0.5\n4 5 6 0.5\n-7 8 9 0.5\n";
-    ProgramTest::write("good.ptx", "3\n1\n0 0 0\n" + grid + cells);
+    write("good.ptx", "3\n1\n0 0 0\n" + grid + cells);
     const struct {
         std::string text;
         const char* warning;
@@ -237,12 +242,12 @@ TEST_F(TextDialectTest, AllowIncompleteTakesThePointsThatAreThere) {
     } cases[] = {
         {"5\n" + points, "lacks 2 points", "good.pts"},
         {"1\n" + points, "has 2 points more", "good.pts"},
-        {"0\n5\n1 2 3 9 9 9\nfoo\n1 2\n" + points.substr(12),
-         "has 2 lines left out that cannot be read: 'foo' in line 4, which is no", "good.pts"},
+        {"5\n1 2 3 9 9 9\nfoo\n1 2\n0\n" + points.substr(12),
+         "has 2 lines left out that cannot be read: 'foo' in line 3, which is no", "good.pts"},
         {"2\n5\n0 0 0\n" + grid + "1 2 3 0.5 7\n" + cells, "lacks 6 points", "good.ptx"},
         {"2\n1\n0 0 0\n" + grid + cells + "2\n2\n0 0 0\n1 0 0\n", "has 1 point more", "good.ptx"}};
     for (const auto& c : cases) {
-        ProgramTest::write("bad.txt", c.text);
+        write("bad.txt", c.text);
         expectFailure("prepare -o t.vpt bad.txt", 1, "--allow-incomplete");
         const ProgramResult result =
             run("prepare --max-points 20 --quiet --allow-incomplete -o t.vpt bad.txt");
@@ -251,7 +256,7 @@ TEST_F(TextDialectTest, AllowIncompleteTakesThePointsThatAreThere) {
         EXPECT_TRUE(tree == treeOf(c.good)) << c.warning;
     }
     // Colours that the tree file cannot hold as they are.
-    ProgramTest::write("odd.pts", "2\n1 2 3 0.5 0.25 1\n4 5 6 255.0 65535 7e1\n");
+    write("odd.pts", "2\n1 2 3 0.5 0.25 1\n4 5 6 255.0 65535 7e1\n");
     EXPECT_THAT(run("prepare -o t.vpt odd.pts").err,
                 HasSubstr("colours that are no whole numbers from 0 to 65535 in 1 line, line 2"));
 }

@@ -38,6 +38,8 @@ protected:
         writeLas(folder_.file("a.las"), {}, cloud);
         writePts(folder_.file("a.pts"), 7, {cloud});
         writePts(folder_.file("b.pts"), 7, {cloud});
+        // One that is copied before it is read.
+        writeBytes(folder_.file("c.csv"), "//a scan\n" + readBytes(folder_.file("a.pts")));
         writePtx(folder_.file("a.ptx"), {{cloud}});
     }
     Files files() const {
@@ -127,7 +129,7 @@ protected:
 
 TEST_F(FaultyRun, WritesATreeFileOrNothing) {
     const std::vector<std::vector<std::string>> scans = {
-        {"200", "a.las"}, {"350", "a.pts", "b.pts"}, {"1000", "a.ptx"}};
+        {"200", "a.las"}, {"350", "a.pts", "b.pts"}, {"1000", "a.ptx"}, {"1000", "c.csv"}};
     for (const auto& names : scans) {
         Job job{{"prepare", "--tree", "kd", "--work", "work", "-o", "o.vpt", "--max-points"},
                 "o.vpt"};

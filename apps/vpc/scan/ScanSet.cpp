@@ -96,25 +96,15 @@ void ScanSet::Settle(const std::string& unchanged) {
 
 void ScanSet::Refuse(const std::string& unchanged) const {
     std::vector<std::string> sentences;
-    const ScanFile* last = nullptr;
-    for (const ScanFile& scan : scans_) {
-        if (!scan.Fault()) continue;
-        sentences.push_back(sentence(scan));
-        last = &scan;
-    }
+    for (const ScanFile& scan : scans_)
+        if (scan.Fault()) sentences.push_back(sentence(scan));
     const std::string advice = Advice();
     if (sentences.size() == 1)
-        throw CommandError(sentences.front() +
-                           (advice.empty()                    ? ""
-                            : last->Fault()->Remedy().empty() ? "; " + advice
-                                                              : ", or " + advice) +
-                           unchanged);
+        throw CommandError(sentences.front() + (advice.empty() ? "" : "; " + advice) + unchanged);
     std::string text = std::to_string(sentences.size()) + " of " + std::to_string(scans_.size()) +
                        " scans cannot be used";
     for (const std::string& line : sentences) text += "\n  " + line;
-    throw CommandError(text + "\n" +
-                       (advice.empty() ? "no other scan is left" : "otherwise " + advice) +
-                       unchanged);
+    throw CommandError(text + "\n" + (advice.empty() ? "no scan is left" : advice) + unchanged);
 }
 
 /// What the program's options can do about the faults.
@@ -127,10 +117,9 @@ std::string ScanSet::Advice() const {
         return scan.Fault() && scan.Fault()->Which() == Kind::Incomplete;
     });
     std::string advice;
-    if (canBeTaken) advice = "take the points that are there with --allow-incomplete";
+    if (canBeTaken) advice = "--allow-incomplete takes the points that are there";
     if (othersAreGood && !rules_.skipBad)
-        advice +=
-            std::string(advice.empty() ? "" : " or ") + "leave out such scans with --skip-bad";
+        advice += std::string(advice.empty() ? "" : " and ") + "--skip-bad leaves out such scans";
     return advice;
 }
 

@@ -124,7 +124,8 @@ private:
         const char* const end = line.data() + line.size();
         const std::string_view rest(values_.Place(),
                                     static_cast<std::size_t>(end - values_.Place()));
-        const std::string_view word = rest.substr(0, rest.find_first_of(" \t"));
+        const std::string_view word =
+            rest.substr(0, rest.find_first_of(std::string(" \t") + dialect_.style.separator));
         RefuseLine(word.size() == line.size()
                        ? "which is no number"
                        : "where " + TextLines::Shown(word) + " is no number");
