@@ -16,4 +16,11 @@ std::string Command::Name() const {
     return options_->get_name();
 }
 
+std::vector<std::string> Command::OptionNames() const {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : options_->get_options())
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    return names;
+}
+
 }  // namespace vpc
