@@ -92,7 +92,7 @@ TEST_F(PrepareCommandTest, RefusesBeforeItStartsInASentenceThatNamesTheFile) {
                       c.sentence);
     }
     // A run that fails tells also what it had left out till then.
-    expectFailure("prepare -o o.vpt --allow-incomplete short.pts", 1, "warning: 1 points with",
+    expectFailure("prepare -o o.vpt --allow-incomplete short.pts", 1, "short.pts: 1 points with",
                   400);
     EXPECT_EQ(folder.names(), before);
     EXPECT_EQ(read("a.pts"), threePoints);
