@@ -98,8 +98,8 @@ TEST_F(ScanAccountTest, TellsOfEverythingThatDidNotBecomePoints) {
         {"a.pts", "1", 1, "its text lacks 1 of the 1" + lacking},
         {"a.pts", "2\n1 2 3\n4 5", 2,
          "1 point lacks some of its values, and zeros stand for them\n"},
-        {"a.pts", "2\n1 2 3\n4 5 6\n-7 8 9\n\n1 1 1", 2,
-         "from line 4 ('-7 8 9') on, 2 lines beyond the 2 points that it claims were not read\n"},
+        {"a.pts", "2\n1 2 3\n4 5 6\n-.7 8 9\n\n1 1 1", 2,
+         "from line 4 ('-.7 8 9') on, 2 lines beyond the 2 points that it claims were not read\n"},
         {"a.pts", "1\n1 2 3\n2 5 6\n", 3,
          "line 3 ('2 5 6') stands where a count of points belongs, and was taken for one\n"
          "its text lacks 1 of the 3" +
