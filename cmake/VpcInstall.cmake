@@ -39,6 +39,7 @@ set(vpc_headers
   host/VpcPlugin.h
   io/FileIoFactory.h
   io/FileParentIO.h
+  io/ScanAccount.h
   io/ScanSummary.h
   tree/construct/PcCorePointPrepare.h
   tree/construct/PrepareChecks.h

@@ -30,6 +30,7 @@
 #include "platform/PcDbPointCloudDef.h"
 #include "platform/PcDbPointCloudDefPE.h"
 #include "platform/TreePreparePars.h"
+#include "tree/construct/PrepareObserver.h"
 #include "tree/construct/TreePrepareResult.h"
 
 namespace {
@@ -59,6 +60,25 @@ private:
 
 // --- 2. From a scan to a tree file ---------------------------------------------------------------
 
+/// What a host shows of a run. Returning false from either call would end it.
+class ProgressBar : public PrepareObserver {
+public:
+    bool onProgress(const PrepareProgress& progress) override {
+        const bool isDone = progress.pointsDone == progress.pointsInAll;
+        if (isDone && progress.pointsDone != 0)
+            std::printf("  stage %d is done\n", static_cast<int>(progress.stage));
+        return true;
+    }
+    bool onScansMeasured(const ScanSummary& summary, const wxString&) override {
+        for (const ScanAccount& scan : summary.scans) {
+            std::printf("  %s holds %llu points\n", scan.file.utf8_string().c_str(), scan.points);
+            for (const wxString& sentence : scan.sentences)
+                std::printf("  %s\n", sentence.utf8_string().c_str());
+        }
+        return true;
+    }
+};
+
 std::string prepare(const Plugin& plugin, const std::string& scan, const std::string& folder) {
     const std::string treeFile = folder + "/scan.vpt";
     TreePreparePars pars;
@@ -70,8 +90,10 @@ std::string prepare(const Plugin& plugin, const std::string& scan, const std::st
     pars.maxPointsPerNode = 2000;
     pars.maxLevel = 12;
 
+    ProgressBar progress;
     TreePrepareResult result;
-    if (!plugin.find<decltype(vpcPreparePointData)>("vpcPreparePointData")(pars, result))
+    if (!plugin.find<decltype(vpcPreparePointDataObserved)>("vpcPreparePointDataObserved")(
+            pars, progress, result))
         throw std::runtime_error(result.message.utf8_string());
     return treeFile;
 }

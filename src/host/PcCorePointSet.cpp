@@ -232,6 +232,13 @@ TreePrepareResult PcCorePointSet::preparePointData(const TreePreparePars& pars) 
                                                 pars.maxPointsPerNode, pars.maxLevel);
 }
 
+TreePrepareResult PcCorePointSet::preparePointData(const TreePreparePars& pars,
+                                                   PrepareObserver& observer) {
+    return PcCorePointPrepare::preparePointData(pars.headerValue, pars.workingFolder,
+                                                pars.inputFiles, pars.outputFile, pars.treeType,
+                                                pars.maxPointsPerNode, pars.maxLevel, observer);
+}
+
 std::vector<std::pair<unsigned long long, unsigned long long>> PcCorePointSet::GetNodePointSummary()
     const {
     if (!manager_ || manager_->tree() == nullptr) return {};

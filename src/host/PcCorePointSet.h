@@ -13,6 +13,7 @@
 #include "tree/construct/TreePrepareResult.h"
 
 class PcCoreProjectManager;
+class PrepareObserver;
 
 /// A point set as the host sees it: a thin facade over the project manager of one loaded file.
 ///
@@ -88,6 +89,9 @@ public:
     static unsigned long long currentVptVersion();
     /// Turns scans into a point tree file.
     static TreePrepareResult preparePointData(const TreePreparePars& pars);
+    /// The same, watched by `observer`, which can stop the run.
+    static TreePrepareResult preparePointData(const TreePreparePars& pars,
+                                              PrepareObserver& observer);
 
     /// The numbers of nodes and points of every level, the coarsest first.
     std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;

@@ -20,6 +20,17 @@ Extension* create() {
     }
 }
 
+/// Prepares with whatever `arguments` PcCorePointSet takes.
+template <class... Arguments>
+bool prepare(TreePrepareResult& result, Arguments&... arguments) {
+    try {
+        result = PcCorePointSet::preparePointData(arguments...);
+        return result.success;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 }  // namespace
 
 PcDbPointCloudDefPE* vpcCreatePointCloudExtension() {
@@ -31,10 +42,10 @@ OdOPMClientExtension* vpcCreatePropertiesExtension() {
 }
 
 bool vpcPreparePointData(const TreePreparePars& pars, TreePrepareResult& result) {
-    try {
-        result = PcCorePointSet::preparePointData(pars);
-        return result.success;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+    return prepare(result, pars);
+}
+
+bool vpcPreparePointDataObserved(const TreePreparePars& pars, PrepareObserver& observer,
+                                 TreePrepareResult& result) {
+    return prepare(result, pars, observer);
 }

@@ -4,6 +4,7 @@
 #include "platform/OdOPMClientExtension.h"
 #include "platform/PcDbPointCloudDefPE.h"
 #include "platform/TreePreparePars.h"
+#include "tree/construct/PrepareObserver.h"
 #include "tree/construct/TreePrepareResult.h"
 
 /// A host that has loaded the plug-in begins here. Returns a new extension, which the caller
@@ -18,3 +19,9 @@ extern "C" VPC_EXPORT OdOPMClientExtension* vpcCreatePropertiesExtension();
 /// returns false and leaves `result` alone.
 extern "C" VPC_EXPORT bool vpcPreparePointData(const TreePreparePars& pars,
                                                TreePrepareResult& result);
+
+/// The same, watched by `observer`: it is told how far the run is and what the scans hold, and can
+/// end the run.
+extern "C" VPC_EXPORT bool vpcPreparePointDataObserved(const TreePreparePars& pars,
+                                                       PrepareObserver& observer,
+                                                       TreePrepareResult& result);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <utility>
 
 #include <wx/filename.h>
 #include <wx/log.h>
@@ -10,6 +9,7 @@
 
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
+#include "core/util/TextLine.h"
 #include "io/LasIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
@@ -35,16 +35,17 @@ unsigned long long pointsInHeaders(const std::vector<wxString>& files, VpcDataFo
     return points;
 }
 
-wxString cannotBeOpened(const wxString& file, int systemReason) {
-    return vpc::IoError(file, wxGetTranslation("cannot be opened"), systemReason).Message();
-}
-
 /// One pass over every point of a list of files.
 class BoundingBoxPass {
 public:
-    BoundingBoxPass(FileParentIO& fileReader, VpcBoundingBoxAxisAligned& commonBox,
-                    const ScanProgress& observer, unsigned long long pointsKnown)
-        : reader_(fileReader), box_(commonBox), progress_(observer), pointsKnown_(pointsKnown) {}
+    BoundingBoxPass(FileParentIO& fileReader, VpcDataFormat format,
+                    VpcBoundingBoxAxisAligned& commonBox, const ScanProgress& observer,
+                    unsigned long long pointsKnown)
+        : reader_(fileReader),
+          format_(format),
+          box_(commonBox),
+          progress_(observer),
+          pointsKnown_(pointsKnown) {}
 
     /// False when the file cannot be read or the observer asks to stop.
     [[nodiscard]] bool Read(const wxString& file);
@@ -55,15 +56,20 @@ public:
 
 private:
     [[nodiscard]] bool CountIsPossible(const wxString& file);
-    [[nodiscard]] bool ReportProgress() const;
+    /// Asks the observer whether to go on.
+    [[nodiscard]] bool ReportProgress();
     void AddToBox();
+    /// Adds the account of the file that was read, and returns what it says.
+    wxString AddAccount(unsigned long long delivered);
 
     FileParentIO& reader_;
+    VpcDataFormat format_;
     VpcBoundingBoxAxisAligned& box_;
     const ScanProgress& progress_;
     unsigned long long pointsKnown_;
+    unsigned long long points_ = 0;
     bool hasBox_ = false;
-    bool isFirst_ = true;
+    bool stopped_ = false;
 };
 
 bool BoundingBoxPass::Read(const wxString& file) {
@@ -71,24 +77,20 @@ bool BoundingBoxPass::Read(const wxString& file) {
         failure = reader_.errorMessage;
         return false;
     }
-    if (std::exchange(isFirst_, false)) summary.firstFileOpened = reader_.opened;
-    if (!reader_.opened)
-        appendLine(warnings, wxString::Format(wxGetTranslation("%s and is left out"),
-                                              cannotBeOpened(file, reader_.openError)));
     unsigned long long delivered = 0;
     bool goesOn = CountIsPossible(file);
     while (goesOn && reader_.pointsRemaining != 0) {
         const unsigned long long n = reader_.nextPointBatch();
         delivered += n;
-        summary.points += n;
+        points_ += n;
         goesOn = CountIsPossible(file) && ReportProgress();
     }
     reader_.closeRead();
-    summary.nonFinitePoints += reader_.nonFinitePoints;
-    summary.pointsWithoutValues += reader_.pointsWithoutValues;
-    summary.missingRecords += reader_.missingRecords;
-    if (!goesOn) return false;
-    appendLine(warnings, reader_.errorMessage);
+    if (stopped_) return false;
+    const wxString account = AddAccount(delivered);
+    // What else there is to say of a count that cannot be true may tell why it was taken for one.
+    appendLine(failure.empty() ? warnings : failure, account);
+    if (!goesOn || stopped_) return false;
     if (delivered != 0 && reader_.HasExtent()) AddToBox();
     return true;
 }
@@ -101,10 +103,31 @@ bool BoundingBoxPass::CountIsPossible(const wxString& file) {
     return false;
 }
 
-bool BoundingBoxPass::ReportProgress() const {
-    if (!progress_) return true;
-    return progress_(summary.points,
-                     std::max(pointsKnown_, summary.points + reader_.pointsRemaining));
+bool BoundingBoxPass::ReportProgress() {
+    if (progress_ && !progress_(points_, std::max(pointsKnown_, points_ + reader_.pointsRemaining)))
+        stopped_ = true;
+    return !stopped_;
+}
+
+wxString BoundingBoxPass::AddAccount(unsigned long long delivered) {
+    ScanAccount account = reader_.Account();
+    account.format = format_;
+    account.points = delivered;
+    for (ScanFault& fault : account.faults) {
+        if (fault.line == 0) {
+            const vpc::TextLine line = vpc::TextLine::At(account.file, fault.position);
+            fault.line = line.number;
+            fault.text = line.text;
+        }
+        if (fault.kind == ScanFault::Kind::UnreadLines)
+            account.unreadLines = vpc::TextLine::CountFrom(account.file, fault.position,
+                                                           [this] { return ReportProgress(); });
+    }
+    account.Describe();
+    wxString text;
+    for (const wxString& sentence : account.sentences) appendLine(text, sentence);
+    summary.Add(account);
+    return text;
 }
 
 void BoundingBoxPass::AddToBox() {
@@ -164,7 +187,8 @@ bool FileIoFactory::DetermineMultipleBoundingBox(const std::vector<wxString>& fi
     try {
         const auto reader = Create(format, defaultBatchCapacity);
         if (reader == nullptr) return false;
-        BoundingBoxPass pass(*reader, box, progress, progress ? pointsInHeaders(files, format) : 0);
+        BoundingBoxPass pass(*reader, format, box, progress,
+                             progress ? pointsInHeaders(files, format) : 0);
         const bool done = std::all_of(files.begin(), files.end(),
                                       [&](const wxString& file) { return pass.Read(file); });
         if (summary != nullptr) *summary = pass.summary;

@@ -34,8 +34,8 @@ public:
     ///
     /// Returns false when a file cannot be read or when a text file claims more points than it has
     /// bytes, with the reason in `message`; also when `progress` asks to stop and for an unknown
-    /// format, which leaves `message` alone. On success `message` holds the readers' warnings, one
-    /// a line, and is left alone where there are none.
+    /// format, which leaves `message` alone. On success `message` holds the sentences of the files'
+    /// accounts, one a line, and is left alone where every byte of every file was accounted for.
     [[nodiscard]] static bool DetermineMultipleBoundingBox(
         const std::vector<wxString>& files, VpcDataFormat format, VpcBoundingBoxAxisAligned& box,
         wxString& message, ScanSummary* summary = nullptr, const ScanProgress& progress = {});

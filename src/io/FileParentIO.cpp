@@ -61,6 +61,18 @@ void FileParentIO::BeginFile(const wxString& path) {
     EmptyExtent();
     grid.reset();
     nonFinitePoints = pointsWithoutValues = missingRecords = impossibleCount = 0;
+    account_ = {};
+}
+
+ScanAccount FileParentIO::Account() const {
+    ScanAccount account = account_;
+    account.file = fileName;
+    account.opened = opened;
+    account.openError = openError;
+    account.nonFinitePoints = nonFinitePoints;
+    account.pointsWithoutValues = pointsWithoutValues;
+    account.missingRecords = missingRecords;
+    return account;
 }
 
 unsigned long long FileParentIO::BatchesOf(unsigned long long points) const {

@@ -9,6 +9,7 @@
 #include "core/geometry/CoordinateGrid.h"
 #include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPoint3D.h"
+#include "io/ScanAccount.h"
 
 /// A reader of scan files: hands out a file's points in batches and keeps the extent and the
 /// largest colour and intensity values of what it has read.
@@ -63,9 +64,11 @@ public:
     /// nonFinitePoints, and changes neither.
     void setPointValues(VpcPoint3D& point, double x, double y, double z, double r, double g,
                         double b, double intensity, int pointScanIndex, double lastValue) {
-        const std::uint16_t red = ToUint16(r);
-        const std::uint16_t green = ToUint16(g);
-        const std::uint16_t blue = ToUint16(b);
+        const bool fits = FitsUint16(r) && FitsUint16(g) && FitsUint16(b);
+        if (!fits) ++account_.pointsWithOddColour;
+        const std::uint16_t red = fits ? Truncate(r) : ToUint16(r);
+        const std::uint16_t green = fits ? Truncate(g) : ToUint16(g);
+        const std::uint16_t blue = fits ? Truncate(b) : ToUint16(b);
         point.SetValues(x, y, z, red, green, blue, intensity, pointScanIndex, lastValue);
         if (!VpcNumMathTools::AreCoordinates(x, y, z)) {
             ++nonFinitePoints;
@@ -77,6 +80,10 @@ public:
         if (intensity > maxIntensity) maxIntensity = intensity;
         WidenExtent(x, y, z);
     }
+
+    /// What became of the current file so far, without the points delivered, which the caller
+    /// counts, and with faults whose lines are not yet known.
+    ScanAccount Account() const;
 
     /// True when the extent holds at least one point.
     bool HasExtent() const { return extentMin.x <= extentMax.x; }
@@ -142,16 +149,24 @@ protected:
     /// The batches that `points` make.
     unsigned long long BatchesOf(unsigned long long points) const;
 
+    /// Whether `value`, truncated to an integer, is one of 16 bits.
+    static bool FitsUint16(double value) { return value > -1.0 && value < 65536.0; }
+    /// A value that fits as that integer.
+    static std::uint16_t Truncate(double value) {
+        return static_cast<std::uint16_t>(static_cast<std::int32_t>(value));
+    }
     /// `value` truncated to an integer, of which the low 16 bits stay; 0 where no 64-bit integer
     /// holds it.
     static std::uint16_t ToUint16(double value) {
         // The common case first: a conversion to 32 bits, with no test for the sign.
-        if (value > -1.0 && value < 2147483648.0)
-            return static_cast<std::uint16_t>(static_cast<std::int32_t>(value));
+        if (FitsUint16(value)) return Truncate(value);
         constexpr double limit = 9223372036854775808.0;
         if (!(value >= -limit && value < limit)) return 0;
         return static_cast<std::uint16_t>(static_cast<std::int64_t>(value));
     }
+
+    /// What the readers find that the counters above do not tell.
+    ScanAccount account_;
 
 private:
     void WidenExtent(double x, double y, double z) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include <wx/translation.h>
 
@@ -18,7 +19,12 @@ using vpc::valueAt;
 constexpr unsigned long long headerBlockBytes = 100000;
 /// Bytes of a header up to the bounds, and up to the 64-bit count.
 constexpr unsigned long long legacyHeaderBytes = 227;
+constexpr unsigned long long header13Bytes = 235;
 constexpr unsigned long long header14Bytes = 255;
+/// Bytes of the header of an extended variable-length record, and where it holds the length of
+/// what follows it.
+constexpr unsigned long long recordHeaderBytes = 60;
+constexpr unsigned long long recordLengthPosition = 20;
 /// Bytes of the coordinates and the intensity, with which every record begins.
 constexpr unsigned long long plainRecordBytes = 14;
 constexpr int colourBytes = 6;
@@ -158,6 +164,15 @@ void LasIO::ReadHeaderFields() {
                  valueAt<double>(header + 219)};
     if (versionMajor > 1 || versionMinor >= 4)
         numberOfPoints = valueAt<unsigned long long>(header + 247);
+    const auto startAt = [&](unsigned long long version, unsigned long long position,
+                             unsigned long long headerBytes) {
+        const bool isThere = static_cast<unsigned long long>(versionMinor) >= version &&
+                             headerSize >= headerBytes && stream.LastBlockSize() >= headerBytes;
+        return isThere ? valueAt<unsigned long long>(header + position) : 0;
+    };
+    waveforms_ = {startAt(3, 227, header13Bytes), 1};
+    extendedRecords_ = {startAt(4, 235, header14Bytes), 0};
+    if (extendedRecords_.start != 0) extendedRecords_.count = valueAt<std::uint32_t>(header + 243);
 }
 
 bool LasIO::CheckPointFormat() {
@@ -187,6 +202,8 @@ VpcPoint3D* LasIO::initializeRead(wxString path) {
     bytesPerBatch = pointDataRecordLength * batchCapacity;
     // A file that is smaller than one batch needs no more room than it has bytes.
     const unsigned long long fileBytes = stream.StreamSize();
+    account_.claimedPoints = numberOfPoints;
+    account_.unexplainedBytes = UnexplainedBytes(fileBytes);
     const unsigned long long pointBytes =
         fileBytes > offsetToPointData ? fileBytes - offsetToPointData : 0;
     blockBytes_ = std::min(bytesPerBatch, pointBytes);
@@ -197,6 +214,39 @@ VpcPoint3D* LasIO::initializeRead(wxString path) {
     pointsRemaining = numberOfPoints;
     batchIndex = 0;
     return pointBuffer;
+}
+
+/// The bytes behind the last record that are neither waveforms nor extended records.
+unsigned long long LasIO::UnexplainedBytes(unsigned long long fileBytes) {
+    unsigned long long pointBytes = 0, pointsEnd = 0;
+    if (__builtin_mul_overflow(numberOfPoints, pointDataRecordLength, &pointBytes) ||
+        __builtin_add_overflow(pointBytes, offsetToPointData, &pointsEnd))
+        return 0;
+    unsigned long long at = pointsEnd;
+    std::array<Trailer, 2> trailers{waveforms_, extendedRecords_};
+    if (trailers[0].start > trailers[1].start) std::swap(trailers[0], trailers[1]);
+    unsigned long long unexplained = 0;
+    for (const Trailer& trailer : trailers) {
+        if (at >= fileBytes || trailer.start < pointsEnd) continue;
+        // One of the two may hold the other.
+        const unsigned long long end = EndOfTrailer(trailer, fileBytes);
+        if (end <= at) continue;
+        if (trailer.start > at) unexplained += trailer.start - at;
+        at = end;
+    }
+    return fileBytes > at ? unexplained + fileBytes - at : unexplained;
+}
+
+/// Where the records that begin at a trailer's start end; 0 where there are none in the file.
+unsigned long long LasIO::EndOfTrailer(const Trailer& trailer, unsigned long long fileBytes) {
+    unsigned long long at = trailer.start;
+    if (at >= fileBytes || trailer.count == 0) return 0;
+    for (unsigned long long i = 0; i < trailer.count && at < fileBytes; ++i) {
+        const unsigned long long length = stream.StreamReadAtUint64(at + recordLengthPosition);
+        stream.StreamClearState();  // a record may be cut short
+        if (__builtin_add_overflow(at + recordHeaderBytes, length, &at)) return fileBytes;
+    }
+    return at;
 }
 
 unsigned long long LasIO::nextPointBatch() {
@@ -212,6 +262,7 @@ unsigned long long LasIO::nextPointBatch() {
     }
     const unsigned long long first = batchIndex == 0 ? std::min(n, 1ULL) : 0;
     ReadPoints(first, n);
+    if (pointDataRecordLength < NeededRecordLength()) account_.pointsCutShort += n;
     pointsRead += n - first;
     pointsRemaining -= n;
     ++batchIndex;
@@ -230,9 +281,7 @@ unsigned long long LasIO::ReadBlock() {
 void LasIO::ReportMissingRecords(unsigned long long missing) {
     missingRecords = missing;
     pointsRemaining = 0;
-    errorMessage = wxString::Format(
-        wxGetTranslation("%s: %llu of the %llu points that the las header claims are missing"),
-        fileName, missing, numberOfPoints);
+    errorMessage = Account().MissingRecordsText();
 }
 
 /// How long a record must be to hold all fields that are read.

@@ -46,12 +46,21 @@ public:
     int colorOffset = 0;
 
 private:
+    /// Extended variable-length records that follow one another behind the points.
+    struct Trailer {
+        /// 0 where there are none.
+        unsigned long long start = 0;
+        unsigned long long count = 0;
+    };
+
     [[nodiscard]] bool ReadHeaderBlock(const wxString& path);
     [[nodiscard]] bool CheckVersion();
     void ReadHeaderFields();
     [[nodiscard]] bool CheckPointFormat();
     [[nodiscard]] bool Fail(const wxString& text);
 
+    unsigned long long UnexplainedBytes(unsigned long long fileBytes);
+    unsigned long long EndOfTrailer(const Trailer& trailer, unsigned long long fileBytes);
     unsigned long long ReadBlock();
     void ReadPoints(unsigned long long first, unsigned long long last);
     template <bool hasColour>
@@ -62,4 +71,7 @@ private:
 
     /// How many bytes are read for one block: bytesPerBatch, or fewer if the file is smaller.
     unsigned long long blockBytes_ = 0;
+    /// The packets of waveforms, which are one record.
+    Trailer waveforms_;
+    Trailer extendedRecords_;
 };

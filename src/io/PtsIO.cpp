@@ -23,18 +23,38 @@ VpcPoint3D* PtsIO::initializeRead(wxString path) {
     // Unlike rewind, fseek keeps the stream's error state.
     if (std::ferror(stream.get()) != 0 || std::fseek(stream.get(), 0, SEEK_SET) != 0)
         FailReading(errno);
-    InitializeView();
+    if (InitializeView() && ReaderOfLayout() == nullptr) NoteUnreadableLayout();
     RequireReadable();
     return pointBuffer;
+}
+
+/// Notes the file's second line. A text that ends with its first one only lacks points.
+void PtsIO::NoteUnreadableLayout() {
+    const std::string_view ahead = scanner_.Peek(vpc::TextScanner::maxPeek);
+    std::size_t second = std::min(ahead.find_first_of("\r\n"), ahead.size());
+    second += ahead.substr(second, 2) == "\r\n" ? 2 : 1;
+    const unsigned long long position = scanner_.Position() + second;
+    if (!scanner_.SkipWhiteSpace()) return;
+    account_.Note(ScanFault::Kind::UnreadableLayout, position);
+    // A blank line holds nothing to be looked for.
+    if (tokensPerLine == 0) account_.faults.back().line = 2;
 }
 
 bool PtsIO::InitializeView() {
     hasMoreBlocks = false;
     blockPointCount = 0;
     batchIndex = 0;
+    account_.valuesPerPoint = static_cast<unsigned long long>(tokensPerLine);
+    const bool hasText = scanner_.SkipWhiteSpace();
+    const unsigned long long start = scanner_.Position();
     unsigned long long count = 0;
-    if (!scanner_.ScanUnsigned(count) || count == 0) return false;
+    if (!scanner_.ScanUnsigned(count) || count == 0) {
+        NoteNoCount(hasText, start);
+        return false;
+    }
     CheckCount(count);
+    account_.claimedPoints += count;
+    if (!scanner_.EndsLine()) account_.Note(ScanFault::Kind::OddCount, start);
     blockPointCount = count;
     hasMoreBlocks = true;
     numberOfBatches = BatchesOf(count);
@@ -96,11 +116,16 @@ void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
 }
 
 /// Reads the next values of the text, up to the first that is no number; the others are 0. Line
-/// ends are white space like any other.
+/// ends are white space like any other, but a point that ends within a line is noted.
 template <std::size_t count>
 std::array<double, count> PtsIO::ScanValues() {
     std::array<double, count> values{};
-    if (scanner_.ScanDoubles(values.data(), count) == 0) ++pointsWithoutValues;
+    const unsigned long long start = scanner_.Position();
+    const std::size_t scanned = scanner_.ScanDoubles(values.data(), count);
+    if (scanned != count)
+        NoteMissingValues(scanned);
+    else if (!scanner_.EndsLine())
+        account_.Note(ScanFault::Kind::OddLine, start);
     return values;
 }
 

@@ -48,6 +48,7 @@ public:
     long long tokensPerLine = 0;
 
 private:
+    void NoteUnreadableLayout();
     template <std::size_t count>
     std::array<double, count> ScanValues();
     using PointReader = void (PtsIO::*)(VpcPoint3D&);

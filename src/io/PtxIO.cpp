@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::array<double, 12> identity{1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
 constexpr std::size_t valuesWithoutColour = 4;
+constexpr std::size_t valuesWithColour = 7;
 
 /// 256 if any colour is greater than 256, otherwise 1. The readers' 16-bit test has another limit;
 /// the difference is deliberate.
@@ -36,10 +37,17 @@ VpcPoint3D* PtxIO::initializeRead(wxString path) {
 
 bool PtxIO::InitializeView() {
     hasMoreScans = false;
-    if (ScanGridSize()) {
+    const bool hasText = scanner_.SkipWhiteSpace();
+    const unsigned long long start = scanner_.Position();
+    if (!ScanGridSize()) {
+        NoteNoCount(hasText, start);
+    } else {
         CheckCount(scanPointCount);
+        account_.claimedPoints += scanPointCount;
+        if (!scanner_.EndsLine()) account_.Note(ScanFault::Kind::OddCount, start);
         ScanPose();
         hasNoColour_ = ValuesOnNextLine() == valuesWithoutColour;
+        account_.valuesPerPoint = hasNoColour_ ? valuesWithoutColour : valuesWithColour;
         hasMoreScans = true;
         isIdentity = IsIdentityTransform();
         numberOfBatches = BatchesOf(scanPointCount);
@@ -64,11 +72,14 @@ bool PtxIO::ScanGridSize() {
 /// Reads the scanner's position and axes, which are not used, and the registration matrix.
 void PtxIO::ScanPose() {
     std::array<double, 3> unused{};
-    for (int row = 0; row < 4; ++row) scanner_.ScanDoubles(unused.data(), unused.size());
+    for (int row = 0; row < 4; ++row)
+        if (scanner_.ScanDoubles(unused.data(), unused.size()) != unused.size())
+            NoteUnreadableValue();
     for (std::size_t row = 0; row < 4; ++row) {
         double* const target = &transform[3 * row];
         std::array<double, 4> values{target[0], target[1], target[2], 0};
-        scanner_.ScanDoubles(values.data(), values.size());
+        if (scanner_.ScanDoubles(values.data(), values.size()) != values.size())
+            NoteUnreadableValue();
         std::copy_n(values.begin(), 3, target);
     }
 }
@@ -94,12 +105,21 @@ bool PtxIO::IsIdentityTransform() const {
 
 PtxIO::Line PtxIO::ScanLine() {
     Line line;
-    const std::size_t scanned = scanner_.ScanDoubles(line.values.data(), line.values.size());
-    if (scanned == 0) ++pointsWithoutValues;
-    if (scanned < line.values.size() || hasNoColour_) return line;
-    for (int& channel : line.colour)
-        if (!scanner_.ScanInt(channel)) break;
+    const unsigned long long start = scanner_.Position();
+    std::size_t scanned = scanner_.ScanDoubles(line.values.data(), line.values.size());
+    if (scanned == line.values.size() && !hasNoColour_) scanned += ScanColour(line);
+    if (scanned != account_.valuesPerPoint)
+        NoteMissingValues(scanned);
+    else if (!scanner_.EndsLine())
+        account_.Note(ScanFault::Kind::OddLine, start);
     return line;
+}
+
+/// Reads the colour of a line up to the first value that is no integer; returns how many are.
+std::size_t PtxIO::ScanColour(Line& line) {
+    std::size_t scanned = 0;
+    while (scanned < line.colour.size() && scanner_.ScanInt(line.colour[scanned])) ++scanned;
+    return scanned;
 }
 
 unsigned long long PtxIO::ReadPointValues(bool skipEmpty) {

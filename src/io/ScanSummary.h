@@ -1,10 +1,18 @@
 #pragma once
 
 #include <functional>
+#include <vector>
+
+#include "io/ScanAccount.h"
 
 /// What a full pass over the scans finds besides their bounding box.
 struct ScanSummary {
-    /// Points that the readers delivered, over all files.
+    /// What became of each scan, in the order of the scans.
+    std::vector<ScanAccount> scans;
+
+    // The sums over all scans.
+
+    /// Points that the readers delivered.
     unsigned long long points = 0;
     /// Those of them with a coordinate that is not finite; they belong to no box.
     unsigned long long nonFinitePoints = 0;
@@ -15,6 +23,22 @@ struct ScanSummary {
     unsigned long long missingRecords = 0;
     /// Whether the first file could be opened. Text files that cannot are left out.
     bool firstFileOpened = false;
+
+    /// Adds the account of the next scan.
+    void Add(const ScanAccount& scan) {
+        if (scans.empty()) firstFileOpened = scan.opened;
+        points += scan.points;
+        nonFinitePoints += scan.nonFinitePoints;
+        pointsWithoutValues += scan.pointsWithoutValues;
+        missingRecords += scan.missingRecords;
+        scans.push_back(scan);
+    }
+    /// Whether every byte of every scan was accounted for.
+    bool IsWhole() const {
+        for (const ScanAccount& scan : scans)
+            if (!scan.IsWhole()) return false;
+        return true;
+    }
 };
 
 /// Called after every batch with the points read so far and the points known to come in all. That

@@ -13,6 +13,27 @@ bool TextScanIO::OpenStream() {
     return opened;
 }
 
+void TextScanIO::NoteNoCount(bool hasText, unsigned long long start) {
+    using Kind = ScanFault::Kind;
+    const bool isFirst = account_.claimedPoints == 0;
+    if (hasText)
+        account_.Note(isFirst ? Kind::NoCount : Kind::UnreadLines, start);
+    else if (isFirst)
+        account_.Note(Kind::NoText, start);
+}
+
+void TextScanIO::NoteMissingValues(std::size_t scanned) {
+    ++(scanned == 0 ? pointsWithoutValues : account_.pointsCutShort);
+    NoteUnreadableValue();
+}
+
+void TextScanIO::NoteUnreadableValue() {
+    const unsigned long long failed = scanner_.FailedAt();
+    // Of a word that looked like a number at first, some characters have been consumed.
+    if (failed != scanner_.Position() || scanner_.SkipWhiteSpace())
+        account_.Note(ScanFault::Kind::NoNumber, failed);
+}
+
 bool TextScanIO::closeRead() {
     scanner_.Attach(nullptr);
     stream.reset();

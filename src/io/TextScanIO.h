@@ -25,6 +25,13 @@ protected:
         if (stream != nullptr && std::ferror(stream.get()) != 0)
             FailReading(scanner_.SystemError());
     }
+    /// Notes a line whose text, from `start` on, is not the count that it should begin with. Where
+    /// the text has ended and had a count before, all is well.
+    void NoteNoCount(bool hasText, unsigned long long start);
+    /// Notes a point of which the text gave only the first `scanned` values.
+    void NoteMissingValues(std::size_t scanned);
+    /// Notes the value that the last scan could not read, unless the text has ended.
+    void NoteUnreadableValue();
 
     vpc::TextScanner scanner_;
 };

@@ -43,9 +43,11 @@ TEST_F(FileIoFactoryTest, TheBoxHoldsAllFilesThatDeliverPoints) {
     EXPECT_EQ(corners(), "-1 0 0 - 1 5 4");
     EXPECT_EQ(joined(summary.points, summary.nonFinitePoints, summary.pointsWithoutValues),
               "6 1 2");
+    EXPECT_EQ(message.BeforeFirst('\n'), summary.scans[0].sentences.at(0));
+    message = "before";
     EXPECT_TRUE(determineBox({a}, DataFormat_PTS));
     EXPECT_EQ(corners(), "1 2 3 - 1 2 3") << "begins anew";
-    EXPECT_EQ(message, "before");
+    EXPECT_EQ(message, "before") << "a whole scan needs no words";
 }
 
 TEST_F(FileIoFactoryTest, WithoutPointsTheBoxStaysAsItWas) {

@@ -145,6 +145,7 @@ void TextScanner::Attach(std::FILE* file) {
     atEnd_ = file == nullptr;
     systemError_ = 0;
     charactersRead_ = 0;
+    failedAt_ = 0;
 }
 
 bool TextScanner::Refill() {
@@ -170,6 +171,14 @@ bool TextScanner::SkipWhiteSpace() {
     }
 }
 
+bool TextScanner::EndsLineBehindBlanks() {
+    for (;;) {
+        while (isSpace(*cursor_) && *cursor_ != '\n' && *cursor_ != '\r') ++cursor_;
+        if (cursor_ != end_) return *cursor_ == '\n' || *cursor_ == '\r';
+        if (!Refill()) return true;
+    }
+}
+
 std::string_view TextScanner::Peek(std::size_t count) {
     const std::size_t wanted = count < maxPeek ? count : maxPeek;
     EnsureAhead(wanted);
@@ -178,7 +187,7 @@ std::string_view TextScanner::Peek(std::size_t count) {
 }
 
 bool TextScanner::ScanInteger(Integer& integer) {
-    if (!SkipWhiteSpace()) return false;
+    if (!BeginScan()) return false;
     int c = Get();
     integer.negative = c == '-';
     if (c == '-' || c == '+') c = Get();
@@ -239,7 +248,7 @@ std::size_t TextScanner::ScanDoubles(double* values, std::size_t count) {
         if (IsWhole(p)) {
             values[i] = value;
             cursor_ = p;
-        } else if (!SkipWhiteSpace() || !ScanAnyDouble(values[i])) {
+        } else if (!BeginScan() || !ScanAnyDouble(values[i])) {
             return i;
         }
     }

@@ -37,6 +37,9 @@ public:
 
     /// Skips white space; false at the end of the text.
     bool SkipWhiteSpace();
+    /// Skips blanks up to the end of the line or of the text; false where something else stands
+    /// before it.
+    bool EndsLine() { return *cursor_ == '\n' || *cursor_ == '\r' || EndsLineBehindBlanks(); }
     /// The characters ahead, at most `count` and maxPeek of them; fewer at the end of the text.
     /// Valid until the next call.
     std::string_view Peek(std::size_t count);
@@ -47,6 +50,9 @@ public:
     unsigned long long Position() const {
         return charactersRead_ - static_cast<unsigned long long>(end_ - cursor_);
     }
+    /// After a scan that failed: the position where what it could not read begins. This may lie
+    /// before Position, and is the end of the text where nothing was left to read.
+    unsigned long long FailedAt() const { return failedAt_; }
 
 private:
     static constexpr int endOfText = -1;
@@ -59,6 +65,13 @@ private:
     };
 
     bool ScanInteger(Integer& integer);
+    bool EndsLineBehindBlanks();
+    /// Goes to where a scan of any kind begins, which may fail there; false at the end of the text.
+    bool BeginScan() {
+        const bool hasText = SkipWhiteSpace();
+        failedAt_ = Position();
+        return hasText;
+    }
     /// False if no number was read (`numberEnd` is null), and if the number touches the end of the
     /// block and may go on in the next one.
     bool IsWhole(const char* numberEnd) const {
@@ -92,6 +105,7 @@ private:
     bool atEnd_ = false;
     int systemError_ = 0;
     unsigned long long charactersRead_ = 0;
+    unsigned long long failedAt_ = 0;
     std::string token_;
 };
 

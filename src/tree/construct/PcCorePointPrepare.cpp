@@ -66,7 +66,6 @@ private:
     VpcBoundingBoxAxisAligned box_;
     ScanSummary summary_;
     unsigned long long pointsRead_ = 0;
-    unsigned long long nonFinitePoints_ = 0;
     wxString message_;
 };
 
@@ -195,17 +194,12 @@ void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long co
     const VpcPoint3D* const end = points + count;
     for (const VpcPoint3D* next = points; next != end;) {
         const VpcPoint3D* const first = std::find_if(next, end, isFinite);
-        nonFinitePoints_ += static_cast<unsigned long long>(first - next);
         next = std::find_if_not(first, end, isFinite);
         tree.AddPoints(first, static_cast<unsigned long long>(next - first));
     }
 }
 
 void PrepareRun::NoteLostPoints(const VpcConstructTree& tree) {
-    if (nonFinitePoints_ != 0)
-        AddNote(wxString::Format(_("%llu points with a coordinate that is no finite number, or is "
-                                   "out of all bounds, were left out"),
-                                 nonFinitePoints_));
     if (tree.UntakenPoints() != 0)
         AddNote(wxString::Format(_("%llu points lay in no node of the tree and were left out"),
                                  tree.UntakenPoints()));

@@ -32,13 +32,13 @@ public:
     virtual ~PrepareObserver() = default;
 
     /// Called after every batch of points and every node written, and without any points done when
-    /// the last two stages begin. False asks the run to stop: it
-    /// removes its temporary files and fails with the message "Point cloud preprocessing was
-    /// cancelled".
+    /// the last two stages begin. False asks the run to stop: it removes its temporary files and
+    /// fails with the message "Point cloud preprocessing was cancelled".
     virtual bool onProgress(const PrepareProgress& progress) = 0;
 
-    /// Called once, when every scan has been measured and before anything is built. `message` holds
-    /// the warnings of readers that succeeded. False stops the run as above.
+    /// Called once, when every scan has been measured and before anything is built. `summary` tells
+    /// what became of each scan; `message` has the sentences of all of them, one a line, and is
+    /// empty where every byte of every scan was accounted for. False stops the run as above.
     virtual bool onScansMeasured(const ScanSummary& summary, const wxString& message) {
         static_cast<void>(summary);
         static_cast<void>(message);
