@@ -9,9 +9,9 @@
 
 #include "core/util/FileTools.h"
 #include "vpc/common/Command.h"
+#include "vpc/export/ExportCommand.h"
 #include "vpc/prepare/PrepareCommand.h"
 #include "vpc/sample/SampleCommand.h"
-#include "vpc/tree/ExportCommand.h"
 #include "vpc/tree/InfoCommand.h"
 #include "vpc/tree/VerifyCommand.h"
 #include "vpc/view/PickCommand.h"
@@ -27,7 +27,7 @@ constexpr const char* examples =
     "  vpc info scan.vpt                               say what is in it\n"
     "  vpc verify scan.vpt                             check it from end to end\n"
     "  vpc view scan.vpt --image scan.png              draw it\n"
-    "  vpc pick scan.vpt --at 20,30,5                  the point shown at a place\n"
+    "  vpc pick scan.vpt --pixel 640,400               the point shown in the picture's middle\n"
     "  vpc export scan.vpt -o scan.ply                 its points as a scan again\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.";
