@@ -10,7 +10,7 @@ class ExamplesTest : public ProgramTest {
 protected:
     ExamplesTest() {
         for (const std::string scan : {"east.las", "west.las", "east.pts", "west.pts", "east.ptx"})
-            expectDone("sample " + scan + " --points 100000 --seed " +
+            expectDone("sample " + scan + " --points 200000 --seed " +
                        (scan[0] == 'e' ? "1" : "2"));
         expectDone("prepare --quiet -o site.vpt east.las west.las");
         expectDone("prepare --quiet -o scan.vpt east.las");
@@ -35,11 +35,10 @@ protected:
         static const std::regex name("[\\w./-]+\\.(las|pts|ptx|vpt)\\b");
         for (std::sregex_iterator i(line.begin(), line.end(), name), end; i != end; ++i) {
             const std::filesystem::path file = folder.file(i->str());
+            if (isOutput(line, i->position()) || std::filesystem::exists(file)) continue;
             std::filesystem::create_directories(file.parent_path());
             const std::string like = (*i)[1] == "vpt" ? "site.vpt" : "east." + (*i)[1].str();
-            if (!isOutput(line, i->position()))
-                std::filesystem::copy(folder.file(like), file,
-                                      std::filesystem::copy_options::skip_existing);
+            std::filesystem::copy(folder.file(like), file);
         }
     }
     static bool isOutput(const std::string& line, std::ptrdiff_t at) {

@@ -8,7 +8,9 @@ using testing::HasSubstr;
 /// Points between 0 and 100 along every axis.
 class NoPointsTest : public ViewedTest {
 protected:
-    NoPointsTest() : ViewedTest({makeCloud({CloudShape::Corner, 4000})}) {}
+    NoPointsTest() : ViewedTest({makeCloud({CloudShape::Corner, 4000})}) {
+        expectDone("prepare --quiet --max-points 1000 -o t.vpt t.ptx");
+    }
 
     /// Expects that a view is made and that a pick fails, both with `text`.
     void expectReason(const std::string& options, const std::string& text) const {
@@ -33,17 +35,16 @@ TEST_F(NoPointsTest, AreNeverSilent) {
     expectFailure("export t.vpt -o o.pts " + cut, 1, box);
     expectReason(cut + " --matrix 1,0,0,5e6,0,1,0,0,0,0,1,0,0,0,0,1", "within 49999");
 
-    const std::size_t coarsest = tree.pointsOf(0).size();
+    const TreeFile prepared(read("t.vpt"));
+    const std::size_t coarsest = prepared.pointsOf(0).size();
     const std::string least = std::to_string(coarsest + 1);
     const std::string budget = "--budget " + std::to_string(coarsest);
     expectReason(budget, "give --budget " + least + " or more");
     EXPECT_EQ(run("view t.vpt --report --budget " + least).err, "");
     const std::string level = run("view t.vpt --report --level 1 --budget " + least).err;
     EXPECT_THAT(level, HasSubstr("level 0 is shown in place of 1: level 1 has " +
-                                 std::to_string(tree.pointsOf(1).size()) + " points"));
+                                 std::to_string(prepared.pointsOf(1).size()) + " points"));
     EXPECT_EQ(run("view t.vpt --report --level 1").err, "");
-
-    writePtx(folder.file("none.ptx"), {{{PointRecord{}}, PtxScan().transform, 1}});
     EXPECT_FALSE(folder.names().contains("o.pts"));
 }
 

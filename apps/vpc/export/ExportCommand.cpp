@@ -16,7 +16,6 @@
 #include "vpc/export/ExportSource.h"
 #include "vpc/export/LasExport.h"
 #include "vpc/export/PlyExport.h"
-#include "vpc/export/SourceScans.h"
 #include "vpc/export/TextExport.h"
 
 namespace vpc {
@@ -63,7 +62,7 @@ ExportCommand::ExportCommand(CLI::App& app)
         ->check(CLI::IsMember({"elevation"}))
         ->type_name("WHAT");
     options.add_flag("--force", force_,
-                     "Replace a file of another kind, or a scan that the tree file was made from");
+                     "Replace the output even where it is a file of another kind");
     options.footer(
         "Examples:\n"
         "  vpc export scan.vpt -o points.las\n"
@@ -80,14 +79,14 @@ int ExportCommand::Run() {
     cuts_.Read();
     Interrupt::Catch();
     const auto tree = openCurrentTreeFile(file_);
-    CheckOutput(format, *tree);
+    CheckOutput(format);
     const unsigned long long levels = tree->Header().levels;
     const auto level = level_.Read(levels);
     if (levels == 0) throw CommandError(NoPoints::InFile(file_));
     ExportSource source(*tree, level.value_or(levels - 1), cuts_);
     RequirePoints(source, *tree);
     if (!colouredBy_.empty()) source.ColourByElevation();
-    Write(format, source, *tree);
+    Write(format, source);
     return exitDone;
 }
 
@@ -112,14 +111,10 @@ ExportFormat ExportCommand::RequireFormat() const {
                             "format to write; or give --format");
 }
 
-void ExportCommand::CheckOutput(ExportFormat format, PointTreeReader& tree) const {
+void ExportCommand::CheckOutput(ExportFormat format) const {
     if (WritesToStandardOutput()) return;
     requireOtherFile(output_, file_, "the tree file itself");
     requireReplaceable(output_, kindOf(format), force_);
-    if (force_) return;
-    for (const std::string& scan : sourceScans(tree))
-        requireOtherFile(output_, scan,
-                         "a scan that '" + file_ + "' was made from, which --force replaces");
 }
 
 void ExportCommand::RequirePoints(const ExportSource& source, PointTreeReader& tree) const {
@@ -129,20 +124,20 @@ void ExportCommand::RequirePoints(const ExportSource& source, PointTreeReader& t
                                            boxOf(tree, cuts_.Matrix())));
 }
 
-void ExportCommand::Write(ExportFormat format, ExportSource& source, PointTreeReader& tree) const {
-    if (WritesToStandardOutput()) return WriteScan(format, source, tree, writeStandardOutput);
+void ExportCommand::Write(ExportFormat format, ExportSource& source) const {
+    if (WritesToStandardOutput()) return WriteScan(format, source, writeStandardOutput);
     writeOutputFile(output_, [&](ReplacementFile& file) {
-        WriteScan(format, source, tree, [&](std::string_view bytes) { file.Write(bytes); });
+        WriteScan(format, source, [&](std::string_view bytes) { file.Write(bytes); });
         Interrupt::Check();
     });
     std::printf("%s: %llu points\n", output_.c_str(), source.Summary().points);
 }
 
-void ExportCommand::WriteScan(ExportFormat format, ExportSource& source, PointTreeReader& tree,
+void ExportCommand::WriteScan(ExportFormat format, ExportSource& source,
                               const ExportOutput& out) const {
     switch (format) {
         case ExportFormat::las: {
-            LasExport las(source, sourceGrids(tree));
+            LasExport las(source);
             las.Write(out);
             for (const std::string& warning : las.Warnings()) Warn(warning);
             return;

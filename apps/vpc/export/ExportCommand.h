@@ -23,12 +23,11 @@ private:
     ExportFormat RequireFormat() const;
     bool WritesToStandardOutput() const;
     /// Throws CommandError where the output would take the place of what it must not.
-    void CheckOutput(ExportFormat format, PointTreeReader& tree) const;
+    void CheckOutput(ExportFormat format) const;
     /// Throws CommandError where there are no points to write.
     void RequirePoints(const ExportSource& source, PointTreeReader& tree) const;
-    void Write(ExportFormat format, ExportSource& source, PointTreeReader& tree) const;
-    void WriteScan(ExportFormat format, ExportSource& source, PointTreeReader& tree,
-                   const ExportOutput& out) const;
+    void Write(ExportFormat format, ExportSource& source) const;
+    void WriteScan(ExportFormat format, ExportSource& source, const ExportOutput& out) const;
 
     std::string file_;
     std::string output_;

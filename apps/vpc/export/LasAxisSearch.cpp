@@ -1,6 +1,7 @@
 #include "vpc/export/LasAxisSearch.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -24,24 +25,33 @@ constexpr std::size_t mostInexact = 4;
 /// Errors that differ by less than this factor count as alike.
 constexpr double alike = 2.0;
 
+/// A power of ten comes first. A few scans have scales such as 0.0025, which are better than
+/// coordinates that are not exact.
+constexpr std::array factors = {1.0, 5.0, 2.5, 2.0};
+
 double powerOfTen(int exponent) {
-    // Whole powers are exact, and a quotient of them is the double that a text such as 0.001 means.
     double power = 1.0;
-    for (int i = 0; i < std::abs(exponent); ++i) power *= 10.0;
-    return exponent < 0 ? 1.0 / power : power;
+    for (int i = 0; i < exponent; ++i) power *= 10.0;
+    return power;
+}
+
+/// The double that a text such as 0.0025 means: whole powers are exact, and so a quotient of them
+/// is rounded once.
+double scaleOf(double factor, int exponent) {
+    return exponent < 0 ? factor / powerOfTen(-exponent) : factor * powerOfTen(exponent);
 }
 
 }  // namespace
 
-LasAxisSearch::LasAxisSearch(std::vector<double> sample, const std::vector<LasAxis>& hints)
-    : sample_(std::move(sample)) {
+LasAxisSearch::LasAxisSearch(std::vector<double> sample) : sample_(std::move(sample)) {
     const auto [low, high] = std::minmax_element(sample_.begin(), sample_.end());
     low_ = *low;
     high_ = *high;
     // With a coarser scale than 1 only where the coordinates span more than the integers do.
     coarsest_ = 0;
     while (high_ - low_ > powerOfTen(coarsest_) * LasAxis::largest) ++coarsest_;
-    FindExact(hints);
+    for (const double factor : factors)
+        if (candidates_.empty()) FindExact(factor);
     if (candidates_.empty()) FindNearest();
 }
 
@@ -74,29 +84,22 @@ double LasAxisSearch::SampleError(const LasAxis& axis, double enough) const {
     return error;
 }
 
-void LasAxisSearch::FindExact(const std::vector<LasAxis>& hints) {
+void LasAxisSearch::FindExact(double factor) {
     for (int power = coarsest_; power >= finest && candidates_.size() < mostExact; --power) {
-        const double scale = powerOfTen(power);
+        const double scale = scaleOf(factor, power);
         std::size_t found = 0;
-        const auto tryOut = [&](const LasAxis& axis) {
-            if (found >= mostOfOneScale || SampleError(axis, 0.0) > 0.0) return;
-            candidates_.push_back({axis});
-            ++found;
-        };
-        for (const LasAxis& hint : hints)
-            if (hint.scale == scale) tryOut(hint);
-        for (const double offset : OffsetsFor(scale, manyMultiples)) tryOut({scale, offset});
+        for (const double offset : OffsetsFor(scale, manyMultiples)) {
+            if (SampleError({scale, offset}, 0.0) > 0.0) continue;
+            candidates_.push_back({{scale, offset}});
+            if (++found == mostOfOneScale) break;
+        }
     }
-    // A scale that is no power of ten is better than coordinates that are not exact.
-    for (const LasAxis& hint : hints)
-        if (candidates_.size() < mostExact && SampleError(hint, 0.0) == 0.0)
-            candidates_.push_back({hint});
 }
 
 void LasAxisSearch::FindNearest() {
     exact_ = false;
     for (int power = coarsest_; power >= finest; --power) {
-        const double scale = powerOfTen(power);
+        const double scale = scaleOf(1.0, power);
         Candidate nearest{{}, std::numeric_limits<double>::infinity()};
         for (const double offset : OffsetsFor(scale, fewMultiples)) {
             const LasAxis axis{scale, offset};

@@ -19,8 +19,7 @@ class LasAxisSearch {
 public:
     /// \param sample coordinates from all over the axis; its smallest and its largest are among
     ///               them
-    /// \param hints  what is tried before all else
-    LasAxisSearch(std::vector<double> sample, const std::vector<LasAxis>& hints);
+    explicit LasAxisSearch(std::vector<double> sample);
 
     /// Whether Measure still has to see all coordinates, once more. Never more than twice.
     bool NeedsPass() const { return !done_; }
@@ -42,7 +41,8 @@ private:
     /// Offsets worth trying with a scale, the most usual ones first.
     /// \param around how many multiples of a power of ten at one place
     std::vector<double> OffsetsFor(double scale, int around) const;
-    void FindExact(const std::vector<LasAxis>& hints);
+    /// Tries the scales 10 to the power of n times `factor`.
+    void FindExact(double factor);
     void FindNearest();
     double SampleError(const LasAxis& axis, double enough) const;
 

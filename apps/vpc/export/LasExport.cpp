@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "core/util/DisplayText.h"
+#include "core/geometry/NumberText.h"
 #include "vpc/export/BytePacker.h"
 #include "vpc/export/LasAxisSearch.h"
 
@@ -36,6 +36,10 @@ std::uint16_t sourceId(std::int32_t sourceIndex) {
     return fits ? static_cast<std::uint16_t>(sourceIndex + 1) : std::uint16_t{0};
 }
 
+std::string errorText(double error) {
+    return generalText(error, 3);
+}
+
 double coordinate(const VpcPoint3D& p, std::size_t axis) {
     return axis == 0 ? p.x : axis == 1 ? p.y : p.z;
 }
@@ -57,24 +61,17 @@ std::array<std::vector<double>, 3> sample(ExportSource& source) {
     return values;
 }
 
-std::vector<LasAxis> hintsFor(std::size_t axis, const std::vector<CoordinateGrid>& grids) {
-    std::vector<LasAxis> hints;
-    for (const CoordinateGrid& grid : grids) hints.push_back({grid.scale[axis], grid.offset[axis]});
-    return hints;
-}
-
 }  // namespace
 
-LasExport::LasExport(ExportSource& source, const std::vector<CoordinateGrid>& hints)
+LasExport::LasExport(ExportSource& source)
     : source_(source), isLarge_(source.Summary().points > mostPoints12) {
-    ChooseAxes(hints);
+    ChooseAxes();
 }
 
-void LasExport::ChooseAxes(const std::vector<CoordinateGrid>& hints) {
+void LasExport::ChooseAxes() {
     auto samples = sample(source_);
     std::vector<LasAxisSearch> searches;
-    for (std::size_t axis = 0; axis < 3; ++axis)
-        searches.emplace_back(std::move(samples[axis]), hintsFor(axis, hints));
+    for (auto& values : samples) searches.emplace_back(std::move(values));
     std::vector<double> coordinates;
     bool firstPass = true;
     const auto open = [](const LasAxisSearch& search) { return search.NeedsPass(); };
@@ -112,12 +109,11 @@ std::vector<std::string> LasExport::Warnings() const {
     if (coordinateError_ > 0.0)
         warnings.push_back(
             "the coordinates lie on no grid that LAS can hold, so they are off by up to " +
-            DisplayText::Exact(coordinateError_) + "; the other formats keep them exactly");
+            errorText(coordinateError_) + "; the other formats keep them exactly");
     if (inexactIntensities_ > 0)
         warnings.push_back("LAS holds intensities as integers from -32768 to 32767, so those of " +
                            std::to_string(inexactIntensities_) + " points are off by up to " +
-                           DisplayText::Exact(intensityError_) +
-                           "; the other formats keep them exactly");
+                           errorText(intensityError_) + "; the other formats keep them exactly");
     return warnings;
 }
 

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "core/geometry/CoordinateGrid.h"
 #include "vpc/export/ExportOutput.h"
 #include "vpc/export/ExportSource.h"
 #include "vpc/export/LasAxis.h"
@@ -15,8 +14,8 @@ namespace vpc {
 /// from 1 on; 0 where that is not known.
 class LasExport {
 public:
-    /// \param hints grids that the points may lie on, such as those of the scans they come from
-    LasExport(ExportSource& source, const std::vector<CoordinateGrid>& hints);
+    /// Measures the points; throws what ExportSource::ForEach throws.
+    explicit LasExport(ExportSource& source);
 
     void Write(const ExportOutput& out);
     /// What the file does not hold exactly: sentences for the user.
@@ -26,7 +25,7 @@ public:
     static constexpr unsigned long long mostPoints12 = 4294967295ULL;
 
 private:
-    void ChooseAxes(const std::vector<CoordinateGrid>& hints);
+    void ChooseAxes();
     void MeasureIntensities(std::span<const VpcPoint3D> batch);
     std::string Header() const;
     void AppendRecord(std::string& records, const VpcPoint3D& p) const;

@@ -53,7 +53,7 @@ PickCommand::PickCommand(CLI::App& app)
         "Examples:\n"
         "  vpc pick scan.vpt --pixel 640,400\n"
         "  vpc pick scan.vpt --pixel 400,300 --size 800x600 --box 9 --json\n"
-        "  vpc pick scan.vpt --at 458050,5428050,0 --eye 458050,5428050,500 --box 9\n"
+        "  vpc pick scan.vpt --at 458050,5428050,280 --eye 458050,5428050,500 --box 9\n"
         "Prints the point's coordinates, and below them its colour, its intensity and how far it "
         "is from the click's line. Exit status 1 where there is none: only points that the view "
         "shows can be picked.");

@@ -45,7 +45,7 @@ ViewCommand::ViewCommand(CLI::App& app)
         "Examples:\n"
         "  vpc view scan.vpt --image scan.png\n"
         "  vpc view scan.vpt --stylization elevation --scheme Earth --image scan.png\n"
-        "  vpc view scan.vpt --eye 458000,5428000,80 --target 458050,5428050,0 --field 40,25 "
+        "  vpc view scan.vpt --eye 458000,5428000,350 --target 458050,5428050,280 --field 40,25 "
         "--report\n"
         "  vpc view scan.vpt --clip-circle 458050,5428050,20 \\\n"
         "      --clip-polygon 'outside:458040,5428040;458050,5428040;458050,5428050' \\\n"
