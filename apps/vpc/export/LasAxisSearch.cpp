@@ -66,8 +66,11 @@ std::vector<double> LasAxisSearch::OffsetsFor(double scale, int around) const {
     for (int power = largestOffsetPower; power >= 0 && power >= coarsest_; --power) {
         const double step = powerOfTen(power);
         for (const double place : {low_, middle, high_}) {
-            const double first = std::floor(place / step) - around / 2;
-            for (int i = 0; i < around; ++i) add((first + i) * step);
+            // The nearest first: below, above, and so on.
+            for (int i = 0; i < around; ++i) {
+                const int away = i % 2 == 0 ? i / 2 : -(i + 1) / 2;
+                add((std::floor(place / step) + away) * step);
+            }
         }
     }
     for (const double place : {low_, middle, high_}) add(place);

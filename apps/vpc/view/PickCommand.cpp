@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "core/geometry/NumberText.h"
 #include "core/util/DisplayText.h"
 #include "vpc/common/NumberList.h"
 #include "vpc/view/LoadedPointSet.h"
@@ -130,7 +131,7 @@ void PickCommand::Print(const PickedPoint& found, double distance) const {
                 DisplayText::Exact(found.at.y).c_str(), DisplayText::Exact(found.at.z).c_str());
     std::printf("colour     %d %d %d\n", stored.red, stored.green, stored.blue);
     std::printf("intensity  %s\n", DisplayText::Exact(stored.intensity).c_str());
-    std::printf("distance   %s from the click's line\n", DisplayText::Exact(distance).c_str());
+    std::printf("distance   %s from the click's line\n", generalText(distance, 4).c_str());
 }
 
 }  // namespace vpc
