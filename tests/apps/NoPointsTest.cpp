@@ -45,6 +45,9 @@ TEST_F(NoPointsTest, AreNeverSilent) {
     EXPECT_THAT(level, HasSubstr("level 0 is shown in place of 1: level 1 has " +
                                  std::to_string(prepared.pointsOf(1).size()) + " points"));
     EXPECT_EQ(run("view t.vpt --report --level 1").err, "");
+    write("t.vpt", TreeFile().bytes());
+    expectReason("", "'t.vpt' holds no points");
+    expectFailure("export t.vpt -o o.pts", 1, "'t.vpt' holds no points");
     EXPECT_FALSE(folder.names().contains("o.pts"));
 }
 
