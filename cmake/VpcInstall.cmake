@@ -74,20 +74,32 @@ install(FILES ${PROJECT_BINARY_DIR}/VpcConfig.cmake ${PROJECT_BINARY_DIR}/VpcCon
   cmake/VpcWx.cmake DESTINATION ${vpc_package})
 install(EXPORT VpcTargets NAMESPACE Vpc:: DESTINATION ${vpc_package})
 
+# Debian wants manuals and changelogs compressed.
+function(vpc_install_compressed source name folder)
+  set(compressed ${PROJECT_BINARY_DIR}/${name})
+  cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${PROJECT_SOURCE_DIR})
+  add_custom_command(OUTPUT ${compressed} COMMAND gzip -9nc ${source} > ${compressed}
+    DEPENDS ${source} VERBATIM)
+  add_custom_target(vpc_${name} ALL DEPENDS ${compressed})
+  install(FILES ${compressed} DESTINATION ${folder})
+endfunction()
+
 if(VPC_BUILD_PROGRAM)
   file(RELATIVE_PATH vpc_libraries /prefix/${CMAKE_INSTALL_BINDIR} /prefix/${CMAKE_INSTALL_LIBDIR})
   set_target_properties(vpc_program PROPERTIES INSTALL_RPATH "$ORIGIN/${vpc_libraries}")
   install(TARGETS vpc_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES apps/vpc/vpc.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  vpc_install_compressed(apps/vpc/vpc.1 vpc.1.gz ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES apps/vpc/completion.bash
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME vpc)
 endif()
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+configure_file(cmake/debian/changelog.in changelog @ONLY)
+vpc_install_compressed(${PROJECT_BINARY_DIR}/changelog changelog.gz ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 if(PROJECT_IS_TOP_LEVEL)
   set(CPACK_GENERATOR DEB)
-  set(CPACK_PACKAGE_CONTACT "vpc developers <vpc@localhost>")
+  set(CPACK_PACKAGE_CONTACT "vpc developers <developers@vpc.invalid>")
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
   set(CPACK_STRIP_FILES ON)
   set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -97,6 +109,10 @@ if(PROJECT_IS_TOP_LEVEL)
 "Turns laser scans (LAS, PTS, PTX) into point tree files, and shows the part of
 one that a view needs: as a library and plug-in for CAD hosts and as the
 program vpc.")
+  # What find_package(Vpc) needs beside this package.
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "cmake, g++, libwxgtk3.2-dev")
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
   include(CPack)

@@ -36,7 +36,7 @@ _vpc() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local command=${COMP_WORDS[1]} words='' files='' IFS=$' \t\n'
   if [[ $COMP_CWORD -eq 1 ]]; then
-    words='prepare info verify view pick export sample --help --version'
+    words='prepare info verify view pick export sample help version --help --version'
   elif [[ $word == -* ]]; then
     words=$(_vpc_options "$command")
   else

@@ -1,14 +1,19 @@
+#include <algorithm>
 #include <array>
 #include <clocale>
 #include <cstdio>
 #include <exception>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "core/util/FileTools.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/Interrupt.h"
+#include "vpc/common/NearestName.h"
 #include "vpc/export/ExportCommand.h"
 #include "vpc/prepare/PrepareCommand.h"
 #include "vpc/sample/SampleCommand.h"
@@ -30,7 +35,7 @@ constexpr const char* examples =
     "  vpc pick scan.vpt --pixel 640,400               the point shown in the picture's middle\n"
     "  vpc export scan.vpt -o scan.ply                 its points as a scan again\n"
     "\n"
-    "Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted.";
+    "Exit status: 0 done, 1 failed, 2 wrong usage, 130 interrupted, 143 terminated.";
 
 class Program {
 public:
@@ -43,10 +48,16 @@ public:
     int Run(int argc, char** argv) {
         for (int i = 1; i < argc; ++i)
             if (!IsReadable(argv[i])) return Unreadable();
+        std::vector<std::string> arguments = Translated({argv + 1, argv + argc});
+        if (IsUnknownCommand(arguments)) return UnknownCommand(arguments.front());
+        const std::vector<std::string> typed = arguments;
+        std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the end
         try {
-            app_.parse(argc, argv);
+            app_.parse(std::move(arguments));
         } catch (const CLI::ParseError& error) {
-            return app_.exit(error) == 0 ? vpc::exitDone : vpc::exitWrongUsage;
+            const int status = app_.exit(error) == 0 ? vpc::exitDone : vpc::exitWrongUsage;
+            if (status != vpc::exitDone) SuggestOptions(typed);
+            return status;
         }
         for (vpc::Command* command : commands_)
             if (command->Chosen()) return RunCommand(*command);
@@ -67,6 +78,52 @@ private:
         return vpc::exitWrongUsage;
     }
 
+    /// The two commands that other programs have and users try: help and version.
+    static std::vector<std::string> Translated(std::vector<std::string> arguments) {
+        if (arguments.empty()) return arguments;
+        if (arguments.front() == "version") return {"--version"};
+        if (arguments.front() != "help") return arguments;
+        if (arguments.size() > 1) return {arguments[1], "--help"};
+        return {"--help"};
+    }
+
+    std::vector<std::string> CommandNames() const {
+        std::vector<std::string> names = {"help", "version"};
+        for (const vpc::Command* command : commands_) names.push_back(command->Name());
+        return names;
+    }
+
+    bool IsUnknownCommand(const std::vector<std::string>& arguments) const {
+        if (arguments.empty() || arguments.front().starts_with('-')) return false;
+        const std::vector<std::string> names = CommandNames();
+        return std::find(names.begin(), names.end(), arguments.front()) == names.end();
+    }
+    int UnknownCommand(const std::string& typed) const {
+        const std::string nearest = vpc::nearestName(typed, CommandNames());
+        const std::string advice =
+            nearest.empty() ? "see vpc --help" : "did you mean '" + nearest + "'?";
+        std::fprintf(stderr, "vpc: '%s' is no command; %s\n", typed.c_str(), advice.c_str());
+        return vpc::exitWrongUsage;
+    }
+
+    /// After the parser's own complaint: names the options that were probably meant.
+    void SuggestOptions(const std::vector<std::string>& typed) const {
+        for (const vpc::Command* command : commands_) {
+            if (typed.empty() || command->Name() != typed.front()) continue;
+            const std::vector<std::string> names = command->OptionNames();
+            for (const std::string& argument : typed) {
+                const std::string option = argument.substr(0, argument.find('='));
+                if (!option.starts_with("--") ||
+                    std::find(names.begin(), names.end(), option) != names.end())
+                    continue;
+                const std::string nearest = vpc::nearestName(option, names);
+                if (!nearest.empty())
+                    std::fprintf(stderr, "vpc %s: '%s' is no option; did you mean '%s'?\n",
+                                 command->Name().c_str(), option.c_str(), nearest.c_str());
+            }
+        }
+    }
+
     static int RunCommand(vpc::Command& command) {
         const auto fail = [&](const char* text, int status) {
             std::fprintf(stderr, "vpc %s: %s\n", command.Name().c_str(), text);
@@ -75,7 +132,7 @@ private:
         try {
             return Flushed(command.Run(), fail);
         } catch (const vpc::CommandInterrupted& error) {
-            return fail(error.what(), vpc::exitInterrupted);
+            return fail(error.what(), 128 + vpc::Interrupt::Signal());
         } catch (const vpc::CommandUsageError& error) {
             return fail(error.what(), vpc::exitWrongUsage);
         } catch (const std::bad_alloc&) {

@@ -22,4 +22,11 @@ void Command::Warn(const std::string& text) const {
     std::fprintf(stderr, "vpc %s: warning: %s\n", Name().c_str(), text.c_str());
 }
 
+std::vector<std::string> Command::OptionNames() const {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : options_->get_options())
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    return names;
+}
+
 }  // namespace vpc

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -10,7 +11,7 @@ class App;
 namespace vpc {
 
 /// The program's exit status.
-enum ExitStatus : int { exitDone = 0, exitFailed = 1, exitWrongUsage = 2, exitInterrupted = 130 };
+enum ExitStatus : int { exitDone = 0, exitFailed = 1, exitWrongUsage = 2 };
 
 /// Ends a command that has failed. Its text is a sentence for the user, in the system's encoding,
 /// that names the file and says what to do; the program prints it and exits with status 1.
@@ -25,7 +26,8 @@ public:
     using CommandError::CommandError;
 };
 
-/// Ends a command because the user asked for it: exit status 130.
+/// Ends a command because a signal asked for it: the exit status is 128 and the signal's number, as
+/// shells have it; 130 after Ctrl-C, 143 after SIGTERM.
 class CommandInterrupted : public CommandError {
 public:
     using CommandError::CommandError;
@@ -41,6 +43,8 @@ public:
 
     bool Chosen() const;
     std::string Name() const;
+    /// The names of its options, "--help" among them.
+    std::vector<std::string> OptionNames() const;
     /// \return the program's exit status; throws CommandError for a failure
     virtual int Run() = 0;
 

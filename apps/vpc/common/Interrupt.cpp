@@ -11,8 +11,8 @@ namespace {
 
 volatile std::sig_atomic_t requested = 0;
 
-extern "C" void onSignal(int) {
-    requested = 1;
+extern "C" void onSignal(int signal) {
+    requested = signal;
 }
 
 void handle(int signal, void (*handler)(int)) {
@@ -32,6 +32,10 @@ void Interrupt::Catch() {
 
 bool Interrupt::Requested() {
     return requested != 0;
+}
+
+int Interrupt::Signal() {
+    return Requested() ? static_cast<int>(requested) : SIGINT;
 }
 
 void Interrupt::Check() {

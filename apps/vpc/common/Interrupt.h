@@ -10,6 +10,8 @@ public:
     /// file-size limit fails instead of ending the program.
     static void Catch();
     static bool Requested();
+    /// The signal that set the flag last; SIGINT where none has.
+    static int Signal();
     /// Throws CommandInterrupted if the flag is set.
     static void Check();
     /// The same for a loop over points: looks at the flag in one of many steps.

@@ -1,12 +1,16 @@
 #include "vpc/common/OutputFile.h"
 
+#include <filesystem>
+
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
+#include "core/util/TemporaryOwner.h"
 #include "vpc/common/Command.h"
 
 namespace vpc {
 
 void writeOutputFile(const std::string& path, const std::function<void(ReplacementFile&)>& write) {
+    TemporaryOwner::RemoveLeftovers(std::filesystem::path(path).parent_path().string());
     try {
         ReplacementFile file(FileTools::FromNativePath(path));
         write(file);

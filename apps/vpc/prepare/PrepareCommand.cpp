@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <numeric>
+#include <optional>
 #include <system_error>
 
 #include <CLI/CLI.hpp>
@@ -17,6 +18,7 @@
 #include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
+#include "core/util/TemporaryOwner.h"
 #include "core/util/VpcLogger.h"
 #include "io/FileIoFactory.h"
 #include "tree/construct/PrepareChecks.h"
@@ -56,11 +58,13 @@ public:
 class WorkFolder {
 public:
     /// Makes the folder within `parent`. Throws CommandError where that cannot be done.
-    explicit WorkFolder(const std::string& parent) : path_(parent + "/vpc-work-XXXXXX") {
+    explicit WorkFolder(const std::string& parent)
+        : path_(parent + "/" + std::string(TemporaryOwner::folderPrefix) + "XXXXXX") {
         if (mkdtemp(path_.data()) == nullptr)
             throw CommandError("no temporary folder can be made in '" + parent + "' (" +
                                std::generic_category().message(errno) +
                                "); name a folder that can be written with --work");
+        owner_.emplace(path_);
     }
     ~WorkFolder() {
         // Mostly it is empty. Then rmdir suffices, which opens no file: there may be no descriptor
@@ -77,6 +81,7 @@ public:
 
 private:
     std::string path_;
+    std::optional<TemporaryOwner> owner_;
 };
 
 void log(const wxString& text) {
@@ -198,6 +203,9 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 int PrepareCommand::Run() {
     Interrupt::Catch();
     options_.unit = *DrawingUnits::Parse(unitText_);
+    // What a killed run left would take up room.
+    TemporaryOwner::RemoveLeftovers(WorkParent());
+    TemporaryOwner::RemoveLeftovers(std::filesystem::path(options_.output).parent_path().string());
     PrepareChecks checks = Checks();
     Require(checks.Run());
     const RunLog runLog(options_.log);

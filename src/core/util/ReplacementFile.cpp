@@ -78,8 +78,13 @@ ReplacementFile::ReplacementFile(const wxString& target, const wxString& uniqueN
     : target_(FollowLinks(target)) {
     const fs::path path = FileTools::ToNativePath(target_);
     requireReplaceable(path);
-    const std::string name = FileTools::ToNativePath(uniqueName) + ".tmp";
-    temporary_ = FileTools::FromNativePath((path.parent_path() / name).string());
+    const std::string name =
+        std::string(TemporaryOwner::resultPrefix) + FileTools::ToNativePath(uniqueName) + ".tmp";
+    const fs::path temporary = path.parent_path() / name;
+    temporary_ = FileTools::FromNativePath(temporary.string());
+    file_.reset(std::fopen(temporary.c_str(), "wbe"));
+    if (file_ == nullptr) Fail();
+    owner_.emplace(temporary.string());
 }
 
 ReplacementFile::~ReplacementFile() {
@@ -106,22 +111,15 @@ void ReplacementFile::Commit() {
     if (folder.Number() >= 0) fsync(folder.Number());
 }
 
-void ReplacementFile::Open() {
-    file_.reset(std::fopen(FileTools::ToNativePath(temporary_).c_str(), "wbe"));
-    if (file_ == nullptr) Fail();
-}
-
 void ReplacementFile::Flush() {
-    if (file_ == nullptr) Open();
     if (std::fwrite(buffer_.data(), 1, buffer_.size(), file_.get()) != buffer_.size()) Fail();
     buffer_.clear();
     if (++flushes_ % flushesPerWriteBack == 0) startWriteBack(file_.get());
 }
 
 void ReplacementFile::Close() {
-    // Where nothing at all was written, the file is an empty one.
-    if (!buffer_.empty() || !isThere(FileTools::ToNativePath(temporary_))) Flush();
-    if (file_ != nullptr && std::fclose(file_.release()) != 0) Fail();
+    if (!buffer_.empty()) Flush();
+    if (std::fclose(file_.release()) != 0) Fail();
 }
 
 void ReplacementFile::Sync() const {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include <wx/string.h>
 
 #include "core/util/FileHandle.h"
+#include "core/util/TemporaryOwner.h"
 
 namespace vpc {
 
@@ -16,14 +18,15 @@ namespace vpc {
 /// file is on the disk before it takes the name. A new name has nothing to lose and is not synced.
 ///
 /// The file is written with Write, or by other means under TemporaryName. Without a commit the
-/// temporary file is removed. Every failure throws IoError, which names the target.
+/// temporary file is removed; what a killed process leaves TemporaryOwner finds. Every failure
+/// throws IoError, which names the target.
 class ReplacementFile {
 public:
     /// \param target the file to create or replace. A symbolic link is followed, also one to a name
     ///               that does not exist yet. Throws where something else than a regular file has
     ///               the name: only a regular file is ever replaced
     explicit ReplacementFile(const wxString& target);
-    /// \param uniqueName what the temporary file's name begins with
+    /// \param uniqueName what the temporary file's name has that no other has
     ReplacementFile(const wxString& target, const wxString& uniqueName);
     ~ReplacementFile();
     ReplacementFile(const ReplacementFile&) = delete;
@@ -50,7 +53,6 @@ public:
 private:
     static constexpr std::size_t bufferSize = std::size_t{1} << 20;
 
-    void Open();
     void Flush();
     void Close();
     /// Puts the temporary file's bytes on the disk.
@@ -60,6 +62,7 @@ private:
     wxString target_;
     wxString temporary_;
     FileHandle file_;
+    std::optional<TemporaryOwner> owner_;
     std::string buffer_;
     unsigned flushes_ = 0;
     bool committed_ = false;
