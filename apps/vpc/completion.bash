@@ -2,6 +2,8 @@
 
 _vpc_options() { # COMMAND
   local camera='--eye --target --up --field --viewport --perspective --parallel'
+  local cuts='--section --clip-circle --clip-polygon --matrix'
+  local shown="--budget --density --level $cuts"
   case $1 in
     prepare)
       echo --help --output --tree --max-points --max-level --unit --memory --work \
@@ -10,11 +12,11 @@ _vpc_options() { # COMMAND
     info) echo --help --json --nodes ;;
     verify) echo --help ;;
     view)
-      echo --help --budget --density --stylization --scheme --section --clip-circle \
-        --clip-polygon --matrix --image --size --points --report --diagnostics "$camera"
+      echo --help "$shown" --stylization --scheme --image --size --points --report \
+        --diagnostics "$camera"
       ;;
-    pick) echo --help --at --box "$camera" ;;
-    export) echo --help --output --level --coloured-by ;;
+    pick) echo --help "$shown" --at --pixel --size --box --json "$camera" ;;
+    export) echo --help --output --format --level "$cuts" --coloured-by --force ;;
     sample) echo --help --points --seed --format --order ;;
   esac
 }
@@ -45,13 +47,14 @@ _vpc() {
       *:--stylization) words='scan elevation intensity' ;;
       *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
       *:--coloured-by) words=elevation ;;
+      export:--format) words='las ply pts ptx xyz csv' ;;
       *:--format) words='3 7' ;;
       *:--order) words='flight random' ;;
       prepare:--output | prepare:-o) files='vpt' ;;
       prepare:--unit)
         words='Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
         ;;
-      *:--output | *:-o) files='@(pts|ptx|ply)' ;;
+      *:--output | *:-o) files='@(las|ply|pts|ptx|xyz|csv)' ;;
       *:--image) files='png' ;;
       *:--work | *:--diagnostics | *:--log | view:--points) files='*' ;;
       prepare:*) files='@(las|pts|ptx|xyz|txt|csv|asc)' ;;

@@ -158,7 +158,7 @@ PcCoreProjectManager::NodeList PcCoreProjectManager::flatNodeSelection(
     const unsigned long long threshold =
         static_cast<int>(drawDensity) != 0 ? capacity - 1 : capacity / 5;
     selectedLevel = 0;
-    for (unsigned long long level = 0; level < NrLevels(); ++level) {
+    for (unsigned long long level = 0; level < NrLevels() && level <= deepestLevel; ++level) {
         if (getNrPointsInFrustumLOD(frustum, level) >= threshold) break;
         selectedLevel = level;
     }

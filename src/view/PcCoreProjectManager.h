@@ -65,6 +65,9 @@ public:
     bool useFlatView = false;
     /// Whether updates cut at the sections.
     bool sectionsEnabled = false;
+    /// The flat selection chooses no level deeper than this one. Hosts leave it as it is, so that
+    /// the budget alone decides.
+    unsigned long long deepestLevel = ~0ULL;
 
     // --- Results -------------------------------------------------------------------------------
 

@@ -165,7 +165,8 @@ TEST_F(FaultyRun, ReadsATreeFileOrFails) {
                           {{"view", "a.vpt", "--points", "o.txt", "--report"}, "o.txt"},
                           {{"view", "a.vpt", "--image", "o.png", "--size", "40x30"}, "o.png"},
                           {{"pick", "a.vpt", "--at", "0,0,0", "--box", "1000"}, ""},
-                          {{"export", "a.vpt", "-o", "o.ply"}, "o.ply"}})
+                          {{"export", "a.vpt", "--force", "-o", "o.ply"}, "o.ply"},
+                          {{"export", "a.vpt", "--force", "-o", "o.las"}, "o.las"}})
         expectAllOrNothing(job);
 }
 

@@ -1,5 +1,7 @@
 #include "vpc/common/Command.h"
 
+#include <cstdio>
+
 #include <CLI/CLI.hpp>
 
 namespace vpc {
@@ -14,6 +16,10 @@ bool Command::Chosen() const {
 
 std::string Command::Name() const {
     return options_->get_name();
+}
+
+void Command::Warn(const std::string& text) const {
+    std::fprintf(stderr, "vpc %s: warning: %s\n", Name().c_str(), text.c_str());
 }
 
 std::vector<std::string> Command::OptionNames() const {

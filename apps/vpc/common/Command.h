@@ -51,6 +51,8 @@ public:
 protected:
     Command(CLI::App& app, const std::string& name, const std::string& description);
     CLI::App& Options() { return *options_; }
+    /// Prints a warning on standard error.
+    void Warn(const std::string& text) const;
 
 private:
     CLI::App* options_;

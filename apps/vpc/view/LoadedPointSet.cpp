@@ -1,5 +1,6 @@
 #include "vpc/view/LoadedPointSet.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -9,13 +10,16 @@
 #include "core/util/StringTools.h"
 #include "platform/OdError.h"
 #include "platform/OdSystemVariables.h"
+#include "tree/disk/VpcDiskNode.h"
 #include "tree/disk/VpcDiskTree.h"
 #include "tree/file/PointTreeReader.h"
 #include "view/PcCoreProjectManager.h"
 #include "view/PointBuffers.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/NoPoints.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/common/TreeFile.h"
+#include "vpc/view/PictureFrame.h"
 
 namespace vpc {
 
@@ -71,18 +75,18 @@ void LoadedPointSet::SetBudget(unsigned long long points) {
     if (!Core().resizePointBuffer(static_cast<unsigned long>(points))) refuse();
 }
 
-CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const {
+unsigned long long LoadedPointSet::Levels() const {
+    return Core().GetNodePointSummary().size();
+}
+
+void LoadedPointSet::SetLevel(unsigned long long level) {
+    Core().projectManager()->deepestLevel = level;
+}
+
+PlacedBox LoadedPointSet::Box(const OdGeMatrix3d& matrix) const {
     OdGePoint3d low, high;
-    const bool hasRoot = !Core().GetNodePointSummary().empty();
-    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
-    CameraOptions::Corners corners;
-    for (std::size_t i = 0; i < corners.size(); ++i) {
-        OdGePoint3d corner((i & 1) != 0 ? high.x : low.x, (i & 2) != 0 ? high.y : low.y,
-                           (i & 4) != 0 ? high.z : low.z);
-        corner.transformBy(matrix);
-        corners[i].SetCoordinates(corner.x, corner.y, corner.z);
-    }
-    return corners;
+    if (!Core().readDataMinMax(AbsoluteName(), low, high) && Levels() > 0) FailReading();
+    return {low, high, matrix};
 }
 
 void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix) {
@@ -114,9 +118,58 @@ ViewReport LoadedPointSet::Report(double updateSeconds) const {
     return report;
 }
 
-std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
+const PcCoreProjectManager& LoadedPointSet::Manager() const {
+    return *Core().projectManager();
+}
+
+unsigned long long LoadedPointSet::PointsInSight() const {
+    if (!Manager().lastView().SpansSpace()) return 0;
+    return Manager().getNrPointsInFrustumLOD(Manager().viewFrustum(), Manager().selectedLevel);
+}
+
+std::optional<std::string> LoadedPointSet::WhyEmpty(const ViewCamera& camera,
+                                                    const Viewport& picture,
+                                                    const OdGeMatrix3d& matrix) const {
+    const unsigned long long shown = set_->getNrVisiblePoints();
+    const OdGePoint3d* const points = set_->getPointCoordinates();
+    const PictureFrame frame(camera, picture);
+    // Nodes may reach into the picture with none of their points.
+    if (std::any_of(points, points + shown, [&](const OdGePoint3d& p) {
+            return frame.Shows({p.x, p.y, p.z});
+        }))
+        return std::nullopt;
+    if (set_->getTotalNrPoints() == 0) return NoPoints::InFile(file_);
+    const unsigned long long inSight = PointsInSight();
+    if (shown > 0 || inSight == 0) return NoPoints::InSight(Box(matrix));
+    const unsigned long long coarsest = Core().GetNodePointSummary().front().second;
+    const unsigned long long budget = set_->maxNrPointsInBuffer();
+    if (coarsest >= budget) return NoPoints::WithinBudget(budget, coarsest, coarsest + 1);
+    return NoPoints::AfterCuts(std::to_string(inSight) + " points in sight", Box(matrix));
+}
+
+std::optional<std::string> LoadedPointSet::WhyCoarser() const {
+    const unsigned long long wanted = Manager().deepestLevel;
+    const unsigned long long shown = Manager().selectedLevel;
+    if (wanted >= Levels() || shown >= wanted || !Manager().lastView().SpansSpace())
+        return std::nullopt;
+    const unsigned long long points =
+        Manager().getNrPointsInFrustumLOD(Manager().viewFrustum(), shown + 1);
+    return "level " + std::to_string(shown) + " is shown in place of " + std::to_string(wanted) +
+           ": level " + std::to_string(shown + 1) + " has " + std::to_string(points) +
+           " points in sight, more than --budget and --density allow";
+}
+
+std::optional<PickedPoint> LoadedPointSet::Pick(const ViewCamera& camera,
                                                 const OdGeMatrix3d& matrix, const OdGePoint3d& at,
                                                 int pixels) const {
+    const auto shown = FindShown(camera, matrix, at, pixels);
+    if (!shown) return std::nullopt;
+    return PickedPoint{*shown, Stored(*shown)};
+}
+
+std::optional<OdGePoint3d> LoadedPointSet::FindShown(const ViewCamera& camera,
+                                                     const OdGeMatrix3d& matrix,
+                                                     const OdGePoint3d& at, int pixels) const {
     if (pixels == PcCoreProjectManager::snapBoxPixels) {
         OdArray<OdGePoint3d> found;
         set_->getOsnapPoints(at, at, matrix, matrix, found);
@@ -132,6 +185,31 @@ std::optional<OdGePoint3d> LoadedPointSet::Pick(const ViewCamera& camera,
         pixels, found, red, green, blue);
     if (!hit) return std::nullopt;
     return found;
+}
+
+VpcPoint3D LoadedPointSet::Stored(const OdGePoint3d& shown) const {
+    const PcCoreVisibleNodeManager& buffers = Manager().visibleNodeManager();
+    const OdGePoint3d* const points = buffers.coordinates();
+    // In the order in which a pick looks; it never takes the last point of a node.
+    for (const VisiblePointsNode& visible : buffers.pickNodes()) {
+        for (unsigned long long slot = visible.firstSlot; slot < visible.lastSlot; ++slot) {
+            const OdGePoint3d& p = points[slot];
+            if (p.x == shown.x && p.y == shown.y && p.z == shown.z)
+                return ReadPoint(*visible.node, slot - visible.firstSlot);
+        }
+    }
+    FailReading();
+}
+
+VpcPoint3D LoadedPointSet::ReadPoint(const VpcDiskNode& node, unsigned long long before) const {
+    VpcDiskTree& tree = *Manager().tree();
+    const std::span<const char> records = tree.ReadPointRecords(node.pointsOffset, node.nrPoints);
+    VpcPoint3D point;
+    for (std::size_t start = 0; start < records.size(); start += VpcPoint3D::recordSize) {
+        point.FromRecord(records.data() + start);
+        if (tree.Passes(point.x, point.y, point.z) && before-- == 0) return point;
+    }
+    FailReading();
 }
 
 void LoadedPointSet::WriteDiagnostics(const std::string& folder) const {

@@ -45,8 +45,10 @@ ViewCommand::ViewCommand(CLI::App& app)
         "Examples:\n"
         "  vpc view scan.vpt --image scan.png\n"
         "  vpc view scan.vpt --stylization elevation --scheme Earth --image scan.png\n"
-        "  vpc view scan.vpt --eye 0,0,50 --target 20,30,0 --field 40,25 --report\n"
-        "  vpc view scan.vpt --clip-circle 20,30,10 --clip-polygon 'outside:0,0;9,0;9,9' \\\n"
+        "  vpc view scan.vpt --eye 458000,5428000,350 --target 458050,5428050,280 --field 40,25 "
+        "--report\n"
+        "  vpc view scan.vpt --clip-circle 458050,5428050,20 \\\n"
+        "      --clip-polygon 'outside:458040,5428040;458050,5428040;458050,5428050' \\\n"
         "      --points visible.txt\n"
         "Without --image, --points, --report and --diagnostics it prints the report in words.");
 }
@@ -85,12 +87,15 @@ int ViewCommand::Run() {
     LoadedPointSet pointSet(file_);
     pointSet.SetBudget(options_.Budget());
     options_.SetUp(*pointSet);
+    options_.SetLevel(pointSet);
     const OdGeMatrix3d& matrix = options_.Matrix();
     const ViewCamera camera = camera_.Choose(pointSet.Corners(matrix));
     const Stopwatch stopwatch;
     pointSet.Update(camera, matrix);
     const ViewReport report = pointSet.Report(stopwatch.Seconds());
     Interrupt::Check();
+    if (const auto reason = pointSet.WhyEmpty(camera, size_, matrix)) Warn(*reason);
+    if (const auto reason = pointSet.WhyCoarser()) Warn(*reason);
 
     if (!image_.empty()) WriteImage(pointSet, camera);
     if (!points_.empty()) WritePoints(pointSet);

@@ -101,7 +101,6 @@ unsigned long long VpcDiskNode::AddPointsFromDisk(unsigned long long firstSlot, 
     const Slots slots{coords + firstSlot, colors + firstSlot, sizes + firstSlot};
     if (!tree->FiltersPoints())
         return decode(records, slots, room, [](double, double, double) { return true; });
-    return decode(records, slots, room, [this](double x, double y, double z) {
-        return tree->verifyPointWrtSections(x, y, z) && tree->verifyPointWrtClippings(x, y, z);
-    });
+    return decode(records, slots, room,
+                  [this](double x, double y, double z) { return tree->Passes(x, y, z); });
 }

@@ -37,6 +37,10 @@ public:
     /// Whether the point passes every region.
     bool verifyPointWrtClippings(double x, double y, double z) const;
 
+    /// Whether the point passes all planes and regions.
+    bool Passes(double x, double y, double z) const {
+        return verifyPointWrtSections(x, y, z) && verifyPointWrtClippings(x, y, z);
+    }
     /// Whether there is any plane or region at all.
     bool FiltersPoints() const { return !sections_.empty() || !clippings_.empty(); }
 

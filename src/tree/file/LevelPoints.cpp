@@ -1,5 +1,8 @@
 #include "tree/file/LevelPoints.h"
 
+#include <algorithm>
+
+#include "core/geometry/VpcPoint3D.h"
 #include "tree/file/NodeRecordReader.h"
 #include "tree/file/PointTreeReader.h"
 
@@ -7,30 +10,38 @@ namespace vpc {
 
 namespace {
 
-void readPoints(FileWindow& blocks, const NodeRecord& record, std::vector<VpcPoint3D>& points) {
-    const char* const bytes =
-        blocks.Bytes(record.pointList, record.points * VpcPoint3D::recordSize);
-    for (unsigned long long i = 0; i < record.points; ++i)
-        points.emplace_back().FromRecord(bytes + i * VpcPoint3D::recordSize);
+/// About as many as the window holds at once.
+constexpr unsigned long long recordsAtOnce = (1ULL << 20) / VpcPoint3D::recordSize;
+
+/// Calls `take` with the record of every node of the level that has points.
+template <class Take>
+void forEachNode(PointTreeReader& file, unsigned long long level, const Take& take) {
+    NodeRecordReader records(file);
+    NodeRecord record;
+    while (records.Next(record) && record.level <= level)
+        if (record.level == level && record.points > 0) take(record);
 }
 
 }  // namespace
 
-std::vector<VpcPoint3D> LevelPoints::Read(PointTreeReader& file, unsigned long long level,
-                                          const std::function<void()>& beforeNode) {
-    file.RequirePointRecords();
-    NodeRecordReader records(file);
-    FileWindow blocks(file);
-    std::vector<VpcPoint3D> points;
-    NodeRecord record;
-    unsigned long long room = file.RoomForPoints();
-    while (records.Next(record) && record.level <= level) {
-        if (record.level < level || record.points == 0) continue;
-        if (beforeNode) beforeNode();
-        file.RequirePoints(record, room);
-        readPoints(blocks, record, points);
-    }
+unsigned long long LevelPoints::Count(PointTreeReader& file, unsigned long long level) {
+    unsigned long long points = 0;
+    forEachNode(file, level, [&](const NodeRecord& record) { points += record.points; });
     return points;
+}
+
+void LevelPoints::ForEach(PointTreeReader& file, unsigned long long level, const Visit& visit) {
+    file.RequirePointRecords();
+    FileWindow blocks(file);
+    unsigned long long room = file.RoomForPoints();
+    forEachNode(file, level, [&](const NodeRecord& record) {
+        file.RequirePoints(record, room);
+        for (unsigned long long first = 0; first < record.points; first += recordsAtOnce) {
+            const unsigned long long bytes =
+                std::min(recordsAtOnce, record.points - first) * VpcPoint3D::recordSize;
+            visit({blocks.Bytes(record.pointList + first * VpcPoint3D::recordSize, bytes), bytes});
+        }
+    });
 }
 
 }  // namespace vpc

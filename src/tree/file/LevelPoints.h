@@ -1,23 +1,25 @@
 #pragma once
 
 #include <functional>
-#include <vector>
-
-#include "core/geometry/VpcPoint3D.h"
+#include <span>
 
 namespace vpc {
 
 class PointTreeReader;
 
-/// Reads all points of one level of a tree file.
+/// The points of one level of a tree file, as they are read one after the other. However large the
+/// level or a node of it is, they take no more than a few megabytes of memory.
 class LevelPoints {
 public:
-    /// The points of the level's nodes in the order of the file. Throws IoError where the file does
-    /// not hold what its header and its records claim.
-    /// \param beforeNode is called before the points of a node are read; what it throws ends the
-    ///                   reading
-    static std::vector<VpcPoint3D> Read(PointTreeReader& file, unsigned long long level,
-                                        const std::function<void()>& beforeNode = nullptr);
+    /// Takes whole point records, one after the other; they are valid until it returns. What it
+    /// throws ends the reading.
+    using Visit = std::function<void(std::span<const char> records)>;
+
+    /// How many points the level's records claim. Throws IoError where a record cannot be read.
+    static unsigned long long Count(PointTreeReader& file, unsigned long long level);
+    /// Shows the points of the level's nodes to `visit`, in the order of the file. Throws IoError
+    /// where the file does not hold what its header and its records claim.
+    static void ForEach(PointTreeReader& file, unsigned long long level, const Visit& visit);
 };
 
 }  // namespace vpc
