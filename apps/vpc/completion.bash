@@ -7,8 +7,8 @@ _vpc_options() { # COMMAND
       echo --help --output --tree --max-points --max-level --unit --memory --work \
         --log --allow-incomplete --quiet --force
       ;;
-    info) echo --help --json --nodes ;;
-    verify) echo --help ;;
+    info) echo --help --json --nodes --stats ;;
+    verify) echo --help --json ;;
     view)
       echo --help --budget --density --stylization --scheme --section --clip-circle \
         --clip-polygon --matrix --image --size --points --report --diagnostics "$camera"
@@ -48,7 +48,7 @@ _vpc() {
       *:--order) words='flight random' ;;
       prepare:--output | prepare:-o) files='vpt' ;;
       prepare:--unit)
-        words='Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
+        words='auto us-ft Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
         ;;
       *:--output | *:-o) files='@(pts|ptx|ply)' ;;
       *:--image) files='png' ;;

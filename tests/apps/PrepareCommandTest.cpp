@@ -29,9 +29,8 @@ TEST_F(PrepareCommandTest, WrongUsageGivesStatus2) {
           "prepare -o a.vpt a.pts --tree oak", "prepare -o a.vpt a.pts --max-points 0",
           "prepare -o a.vpt a.pts --max-points many", "prepare -o a.vpt a.pts --max-level 61",
           "prepare -o a.vpt a.pts --unit 21", "prepare -o a.vpt a.pts --unit cubits", "info",
-          "verify a.vpt b.vpt", "sample a.xyz", "sample b.pts --format 3",
-          "sample b.pts --order random", "sample a.las --format 2", "sample a.las --points 0",
-          "sample a.las --points 5000000000"})
+          "verify", "sample a.xyz", "sample b.pts --format 3", "sample b.pts --order random",
+          "sample a.las --format 2", "sample a.las --points 0", "sample a.las --points 5000000000"})
         expectFailure(arguments, 2, "");
     for (const std::string memory : {"15M", "-16M", "many", "99999999999999999999", "1E"})
         expectFailure("prepare -o a.vpt a.pts --memory=" + memory, 2, "--memory: ");
@@ -125,10 +124,11 @@ TEST_F(PrepareCommandTest, PreparesAndSumsUp) {
     const TreeFile tree = folder.tree();
     Word nodes = 0;
     for (const auto& level : tree.levels) nodes += level.size();
-    EXPECT_THAT(result.out, ContainsRegex("^t.vpt\n  points  25000\n  levels  " +
-                                          std::to_string(tree.levels.size()) + "\n  nodes   " +
-                                          std::to_string(nodes) +
-                                          "\n  size    1.79 MB\n  time    [0-9hms:.]+\n$"));
+    EXPECT_THAT(
+        result.out,
+        ContainsRegex("^t.vpt\n  points  25000\n  levels  " + std::to_string(tree.levels.size()) +
+                      "\n  nodes   " + std::to_string(nodes) +
+                      "\n  unit    Feet\n  size    1.79 MB\n  time    [0-9hms:.]+\n$"));
     EXPECT_EQ(tree.hostValue, 2U) << "feet";
     EXPECT_THAT(read("log"), HasSubstr("25000 points"));
     EXPECT_TRUE(folder.holdsOnly({"B\u00e4ume.las", "\U0001F332.las", "log", "t.vpt"}));

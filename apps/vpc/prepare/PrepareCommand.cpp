@@ -25,6 +25,7 @@
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/prepare/ProgressDisplay.h"
+#include "vpc/unit/UnitChoice.h"
 
 namespace vpc {
 
@@ -110,11 +111,6 @@ wxString remedyOf(const PrepareFinding& finding) {
     }
 }
 
-std::string checkUnit(const std::string& text) {
-    if (DrawingUnits::Parse(text)) return {};
-    return "'" + text + "' is no unit; the units are " + DrawingUnits::List();
-}
-
 /// For a size whose unit has been resolved, so that the text is the number of bytes.
 std::string checkMemory(const std::string& text) {
     unsigned long long bytes = 0;
@@ -159,8 +155,10 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         ->type_name("N");
     options
         .add_option("--unit", unitText_,
-                    "Unit of the coordinates, by code or name: " + DrawingUnits::List())
-        ->check(CLI::Validator(checkUnit, ""))
+                    "Unit of the coordinates: auto (what the scans name, else metres), or a code "
+                    "or name: us-ft, " +
+                        DrawingUnits::List())
+        ->check(CLI::Validator(UnitChoice::Fault, ""))
         ->capture_default_str()
         ->type_name("UNIT");
     options
@@ -197,13 +195,17 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
-    options_.unit = *DrawingUnits::Parse(unitText_);
     PrepareChecks checks = Checks();
     Require(checks.Run());
+    const UnitChoice unit = UnitChoice::Make(unitText_, options_.scans);
+    options_.unit = unit.code;
     const RunLog runLog(options_.log);
     LogStart();
     ProgressDisplay display({options_.quiet, options_.allowIncomplete, checks.Format(),
                              checks.EstimatedPoints(), "vpc " + Name()});
+    if (!unit.reason.empty()) display.Note(FileTools::FromNativePath(unit.reason));
+    for (const std::string& warning : unit.warnings)
+        display.Warn(FileTools::FromNativePath(warning));
     const TreePrepareResult result = Prepare(display);
     display.Clear();
     log(result.success ? wxString("Prepared") : "Failed: " + result.message);
@@ -312,9 +314,11 @@ void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
         [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });
     const unsigned long long points = levels.empty() ? 0 : levels.back().points;
     const std::string time = FileTools::ToNativePath(result.elapsedTime);
-    std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
-                options_.output.c_str(), points, levels.size(), nodes,
-                DisplayText::Bytes(bytes).c_str(), time.c_str());
+    std::printf(
+        "%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  unit    %s\n  size    %s\n"
+        "  time    %s\n",
+        options_.output.c_str(), points, levels.size(), nodes,
+        DrawingUnits::Name(options_.unit).c_str(), DisplayText::Bytes(bytes).c_str(), time.c_str());
     log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
                          nodes, bytes) +
         result.elapsedTime);

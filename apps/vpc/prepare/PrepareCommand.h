@@ -53,7 +53,7 @@ private:
     void PrintSummary(const TreePrepareResult& result) const;
 
     PrepareOptions options_;
-    std::string unitText_ = "6";  // metres
+    std::string unitText_ = "auto";
 };
 
 }  // namespace vpc

@@ -1,0 +1,13 @@
+#include "vpc/unit/CoordinateUnit.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vpc {
+
+bool CoordinateUnit::IsSameAs(const CoordinateUnit& other) const {
+    constexpr double tolerance = 1e-9;
+    return std::abs(metres - other.metres) <= tolerance * std::max(metres, other.metres);
+}
+
+}  // namespace vpc
