@@ -50,7 +50,7 @@ TEST_F(InfoCommandTest, TellsTheBoundsOfThePointsWithoutReadingThemAll) {
     // Corners at 0, at a power of two, of many digits, of a flat cloud, and those of a real scan.
     const char* scans[] = {"0 0 0\n1024 1023.9999 3\n512.5 100 2\n",
                            "0.1234567890123456 -77.000000000000014 1e-9\n"
-                           "300.30000000000001 5e-324 1.0000000000000002\n",
+                           "300.30000000000001 0.00000025 1.0000000000000002\n",
                            "457992.13 4649776.03 12.5\n458007.88 4649780 12.5\n",
                            "-3 -4 -5\n-3 -4 -5\n"};
     for (const std::string scan : scans) {

@@ -79,7 +79,7 @@ TEST_F(VerifyCommandTest, SaysWhatIsWrong) {
         {"points beyond the end", verify(image.bytes.substr(0, image.bytes.size() - 1))},
         {"and the file at", verify(image.bytes + 'x')},
         // The summary comes first, and then what is wrong with the whole.
-        {"2 faults found\nfile: the file is cut short: it has 1890 of 1891 bytes\npoint block: ",
+        {"2 faults found\nfile: the file is cut short: it has 1870 of 1871 bytes\npoint block: ",
          verify(image.bytes.substr(0, image.bytes.size() - 1))},
         {"1 fault found\nfile: the file is cut short, it has 600 bytes: ",
          verify(image.bytes.substr(0, 600))},

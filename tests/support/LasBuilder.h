@@ -25,7 +25,7 @@ struct LasBuilder {
         std::string content;
         std::string user = "LASF_Projection";
         /// What its header claims; the content's length where it is not given.
-        std::optional<std::uint64_t> length;
+        std::optional<std::uint64_t> length = std::nullopt;
     };
 
     int versionMinor = 2;

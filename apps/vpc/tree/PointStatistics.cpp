@@ -78,10 +78,11 @@ private:
     std::vector<bool> isHeld_;
 };
 
-/// The ranges and the sums of values, which are taken from an origin to stay exact.
+/// The ranges and the sums of values. What an addition rounds off is kept and added to the next
+/// value (Kahan's sum), so that a mean is as exact as its values.
 class Sums {
 public:
-    explicit Sums(const Values& origin) : origin_(origin) {
+    Sums() {
         minimum_.fill(std::numeric_limits<double>::infinity());
         maximum_.fill(-std::numeric_limits<double>::infinity());
     }
@@ -90,19 +91,23 @@ public:
         for (std::size_t i = 0; i < values; ++i) {
             minimum_[i] = std::min(minimum_[i], point[i]);
             maximum_[i] = std::max(maximum_[i], point[i]);
-            sum_[i] += point[i] - origin_[i];
+            const double value = point[i] - excess_[i];
+            const double sum = sum_[i] + value;
+            excess_[i] = (sum - sum_[i]) - value;
+            sum_[i] = sum;
         }
     }
     PointStatistics::Range Of(std::size_t value, unsigned long long points) const {
         return {names[value], minimum_[value], maximum_[value],
-                origin_[value] + sum_[value] / static_cast<double>(points)};
+                sum_[value] / static_cast<double>(points)};
     }
 
 private:
-    Values origin_;
     Values minimum_;
     Values maximum_;
     Values sum_{};
+    /// What the sum holds too much.
+    Values excess_{};
 };
 
 }  // namespace
@@ -110,7 +115,7 @@ private:
 PointStatistics PointStatistics::Measure(DeepestLevel& level, const Bounds& root,
                                          const DeepestLevel::Watcher& watcher) {
     PlanRaster raster(root, level.Points());
-    Sums sums({root.minimum[0], root.minimum[1], root.minimum[2], 0, 0, 0, 0});
+    Sums sums;
     for (const DeepestLevel::Node& node : level.Nodes())
         level.ForEachPoint(node, watcher, [&](const char* record) {
             const Values point = valuesOf(record);
