@@ -91,24 +91,29 @@ TEST_F(PrepareUnitTest, IsMetresWhereAScanNamesNoneOrIsDamaged) {
     huge.replace(235, 8, 8, '\xFF');
     std::string countless = las({}, {{1, "", "", ~std::uint64_t{0}}});
     countless.replace(243, 4, 4, '\xFF');
-    const std::string cases[] = {
-        las({}),
-        las({{34735, feet, "someone else"}}),
-        las({{34735, feet.substr(0, 15)}}),
-        las({{34735, feet, "LASF_Projection", 0xFFFF}}),
-        las({{34735, ""}}),
-        huge,
-        countless,
-        lasWithKeys({{3076, 0, 1, 1}}),
-        lasWithKeys({{3072, 0, 1, 9}}),
-        lasWithKeys({{3076, 0, 1, 32767}, {3077, 34736, 1, 7}}, std::string(16, '\0')),
-        lasWithKeys({{3076, 0, 1, 32767}, {3077, 34736, 1, 0}}, std::string(16, '\xFF')),
-        las({{2112, "PROJCS[\"" + std::string(60000, '[')}}),
-        las({{2112, std::string(9, '\xFF')}})};
-    for (const std::string& bytes : cases)
-        EXPECT_EQ(preparedAlone(bytes),
-                  "vpc prepare: the unit is Meters, since no scan names one; --unit can name "
-                  "another\n-> 6");
+    const std::string cases[] = {las({}),
+                                 las({{34735, feet, "someone else"}}),
+                                 las({{34735, feet.substr(0, 15)}}),
+                                 las({{34735, feet, "LASF_Projection", 0xFFFF}}),
+                                 las({{34735, ""}}),
+                                 huge,
+                                 countless};
+    const std::string silent =
+        "vpc prepare: the unit is Meters, since no scan names one; --unit can name another\n";
+    for (const std::string& bytes : cases) EXPECT_EQ(preparedAlone(bytes), silent + "-> 6");
+    const std::pair<std::string, const char*> unknown[] = {
+        {lasWithKeys({{3076, 0, 1, 1}}), "its GeoTIFF keys"},
+        {lasWithKeys({{3072, 0, 1, 9}}), "its system EPSG:9"},
+        {lasWithKeys({{3076, 0, 1, 32767}, {3077, 34736, 1, 7}}, std::string(16, '\0')),
+         "its GeoTIFF keys"},
+        {lasWithKeys({{3076, 0, 1, 32767}, {3077, 34736, 1, 0}}, std::string(16, '\xFF')),
+         "its GeoTIFF keys"},
+        {las({{2112, "PROJCS[\"" + std::string(60000, '[')}}), "its WKT"},
+        {las({{2112, std::string(9, '\xFF')}}), "its WKT"}};
+    for (const auto& [bytes, source] : unknown)
+        EXPECT_EQ(preparedAlone(bytes), silent +
+                                            "vpc prepare: warning: 'a.las': no unit is known for " +
+                                            source + "; Meters is stored\n-> 6");
     EXPECT_THAT(preparedAlone(las({{34735, manyKeys}})), HasSubstr("foot)\n-> 2"));
     write("a.pts", "1\n1 2 3\n");
     EXPECT_THAT(prepared("a.pts"), HasSubstr("no scan names one"));

@@ -10,4 +10,8 @@ bool CoordinateUnit::IsSameAs(const CoordinateUnit& other) const {
     return std::abs(metres - other.metres) <= tolerance * std::max(metres, other.metres);
 }
 
+CoordinateUnit surveyFoot() {
+    return {"US survey foot", 1200.0 / 3937.0};
+}
+
 }  // namespace vpc

@@ -17,6 +17,8 @@ struct CoordinateUnit {
     bool IsSameAs(const CoordinateUnit& other) const;
 };
 
+CoordinateUnit surveyFoot();
+
 /// The units of a coordinate system; either may be unknown.
 struct SystemUnits {
     std::optional<CoordinateUnit> horizontal;

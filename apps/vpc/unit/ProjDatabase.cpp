@@ -23,6 +23,10 @@ ProjDatabase::ProjDatabase() : context_(proj_context_create()) {
 }
 
 std::optional<CoordinateUnit> ProjDatabase::UnitOfCode(int code) const {
+    // Nearly all scans have one of these; they are known where PROJ's database is missing, too.
+    if (code == 9001) return CoordinateUnit{"metre", 1.0};
+    if (code == 9002) return CoordinateUnit{"foot", 0.3048};
+    if (code == 9003) return surveyFoot();
     const char* name = nullptr;
     const char* category = nullptr;
     double metres = 0.0;

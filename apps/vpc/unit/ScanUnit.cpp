@@ -50,8 +50,12 @@ private:
                     const std::string& source) {
         if (unit) statements.push_back({*unit, source});
     }
+    void AddHorizontal(const Unit& unit, const std::string& source) {
+        Add(result_.horizontal, unit, source);
+        if (!unit) result_.unknown = source;
+    }
     void Add(const SystemUnits& units, const std::string& source) {
-        Add(result_.horizontal, units.horizontal, source);
+        AddHorizontal(units.horizontal, source);
         Add(result_.vertical, units.vertical, source);
     }
 
@@ -60,7 +64,8 @@ private:
     }
 
     void CollectKeys() {
-        Add(result_.horizontal, LinearUnit(), byKeys);
+        if (las_.Code(projectedUnit) || las_.Number(projectedUnitLength))
+            AddHorizontal(LinearUnit(), byKeys);
         if (const auto code = SystemCode(projectedSystem))
             Add(database_.SystemOfCode(*code), byCode(*code));
         if (IsGeographic()) Add(result_.horizontal, CoordinateUnit{"degree", 0.0}, byKeys);

@@ -23,6 +23,9 @@ struct ScanUnit {
     std::vector<Statement> horizontal;
     /// Of heights, likewise.
     std::vector<Statement> vertical;
+    /// A part of the file that should name the unit of eastings and northings, but in a way that
+    /// PROJ does not understand; empty where there is none.
+    std::string unknown;
     /// As a positive number; 0 where it is not known.
     double largestCoordinate = 0.0;
 

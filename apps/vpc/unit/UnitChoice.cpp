@@ -19,10 +19,6 @@ namespace {
 
 using Code = unsigned long long;
 
-CoordinateUnit surveyFoot() {
-    return {"US survey foot", 1200.0 / 3937.0};
-}
-
 bool namesSurveyFoot(std::string text) {
     for (char& c : text) {
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
@@ -121,15 +117,17 @@ private:
 
     /// Finds what is worth saying about one scan.
     void Judge(const ScanUnit& scan, const std::string& name) {
+        const auto remark = [&](const std::string& words) {
+            addTo(remarks_, words, name, [&](const auto& other) { return other == words; });
+        };
         if (scan.horizontal.empty()) {
             ++silentScans_;
+            if (automatic_ && !scan.unknown.empty())
+                remark("no unit is known for " + scan.unknown + "; " + Stored());
             return;
         }
         const ScanUnit::Statement& unit = scan.horizontal.front();
         addTo(named_, unit.unit, name, [&](const auto& u) { return u.IsSameAs(unit.unit); });
-        const auto remark = [&](const std::string& words) {
-            addTo(remarks_, words, name, [&](const auto& other) { return other == words; });
-        };
         const auto other = std::find_if(scan.horizontal.begin(), scan.horizontal.end(),
                                         [&](const auto& s) { return !s.unit.IsSameAs(unit.unit); });
         if (other != scan.horizontal.end())
