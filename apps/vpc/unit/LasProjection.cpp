@@ -29,6 +29,8 @@ constexpr Position extendedHeaderBytes = 60;
 constexpr Position mostRecords = 65536;
 constexpr Position mostBytes = 1ULL << 20U;
 
+/// Of whose meaning a record is, filled up with zeros.
+constexpr std::size_t userBytes = 16;
 constexpr const char* projectionUser = "LASF_Projection";
 constexpr int keyDirectory = 34735;
 constexpr int numberList = 34736;
@@ -40,7 +42,7 @@ constexpr std::size_t entryShorts = 4;
 template <class T>
 std::vector<T> valuesOf(const std::string& bytes) {
     std::vector<T> values(bytes.size() / sizeof(T));
-    std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
+    if (!values.empty()) std::memcpy(values.data(), bytes.data(), values.size() * sizeof(T));
     return values;
 }
 
@@ -102,7 +104,8 @@ private:
             std::memcpy(&length, header.data() + 20, place.lengthBytes);
             position += place.headerBytes;
             if (position > place.end || length > place.end - position) return;
-            if (std::strncmp(header.data() + 2, projectionUser, 16) == 0 && length <= mostBytes)
+            const bool isOurs = header.substr(2, userBytes).c_str() == std::string(projectionUser);
+            if (isOurs && length <= mostBytes)
                 Take(valueAt<std::uint16_t>(header.data() + 18), Bytes(position, length), length);
             position += length;
         }

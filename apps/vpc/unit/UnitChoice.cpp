@@ -45,9 +45,9 @@ std::optional<Code> codeOf(const CoordinateUnit& unit) {
 }
 
 std::string quoted(const std::vector<std::string>& scans) {
-    const std::string first = "'" + scans.front() + "'";
-    if (scans.size() == 1) return first;
+    std::string first = "'" + scans.front() + "'";
     const std::size_t others = scans.size() - 1;
+    if (others == 0) return first;
     return first + " and " + std::to_string(others) + (others == 1 ? " other" : " others");
 }
 
@@ -190,9 +190,11 @@ private:
         std::string all;
         for (const auto& [common, scans] : named_)
             all += (all.empty() ? "" : ", ") + quoted(scans) + ": " + common.name;
-        if (named_.size() > 1)
+        if (named_.size() > 1) {
             choice_.warnings.push_back("the scans name different units (" + all + "); " + Stored() +
                                        " for all of them, and no coordinate is converted");
+            all = "but not all the same";
+        }
         choice_.reason =
             unit + (isTheScansOwn ? "as the scans say (" : "since no code fits (") + all + ")";
         if (silentScans_ > 0)
