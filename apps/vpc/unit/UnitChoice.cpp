@@ -30,14 +30,15 @@ bool namesSurveyFoot(std::string text) {
 }
 
 double metresOf(Code code) {
-    return oddbGetUnitsConversion(static_cast<OdDb::UnitsValue>(code), OdDb::kUnitsMeters);
+    return oddbGetUnitsConversion(static_cast<OdDb::UnitsValue>(code),
+                                  static_cast<OdDb::UnitsValue>(DrawingUnits::metres));
 }
 
 /// The code whose unit comes nearest: the same one, or one that differs by so little that maps in
 /// both are called by one name, as those in international and in US survey feet.
 std::optional<Code> codeOf(const CoordinateUnit& unit) {
     constexpr double tolerance = 2e-5;
-    for (Code code = OdDb::kUnitsInches; code <= OdDb::kUnitsParsecs; ++code) {
+    for (Code code = DrawingUnits::undefined + 1; !DrawingUnits::Name(code).empty(); ++code) {
         const double metres = metresOf(code);
         if (std::abs(unit.metres - metres) <= tolerance * metres) return code;
     }
@@ -89,7 +90,7 @@ public:
 
     UnitChoice Choose() {
         const std::optional<Code> named = CodeOfScans();
-        choice_.code = automatic_ ? named.value_or(OdDb::kUnitsMeters) : wantedCode_;
+        choice_.code = automatic_ ? named.value_or(DrawingUnits::metres) : wantedCode_;
         for (std::size_t i = 0; i < scans_.size(); ++i) Judge(units_[i], scans_[i]);
         if (automatic_) Explain(named.has_value());
         if (wantsSurveyFoot_ && named_.empty())
@@ -102,7 +103,7 @@ public:
 private:
     void Want(const std::string& option) {
         wantsSurveyFoot_ = namesSurveyFoot(option);
-        wantedCode_ = wantsSurveyFoot_ ? Code{OdDb::kUnitsFeet} : *DrawingUnits::Parse(option);
+        wantedCode_ = wantsSurveyFoot_ ? DrawingUnits::feet : *DrawingUnits::Parse(option);
         wantedName_ = wantsSurveyFoot_ ? surveyFoot().name : DrawingUnits::Name(wantedCode_);
     }
 
@@ -158,7 +159,7 @@ private:
 
     template <class Remark>
     void JudgeAgainstOption(const ScanUnit::Statement& unit, const Remark& remark) const {
-        if (wantedCode_ == OdDb::kUnitsUndefined) return;
+        if (wantedCode_ == DrawingUnits::undefined) return;
         if (codeOf(unit.unit) != wantedCode_ ||
             (wantsSurveyFoot_ && !unit.unit.IsSameAs(surveyFoot())))
             remark("the unit is " + text(unit) + ", but --unit says " + wantedName_ + "; " +
@@ -205,7 +206,7 @@ private:
     const std::vector<std::string>& scans_;
     std::vector<ScanUnit> units_;
     double largestCoordinate_ = 0.0;
-    Code wantedCode_ = OdDb::kUnitsUndefined;
+    Code wantedCode_ = DrawingUnits::undefined;
     bool wantsSurveyFoot_ = false;
     std::string wantedName_;
     UnitChoice choice_;
