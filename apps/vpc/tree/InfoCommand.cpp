@@ -14,7 +14,7 @@
 #include "core/util/VpcDefinitions.h"
 #include "tree/file/LevelTotals.h"
 #include "vpc/common/Interrupt.h"
-#include "vpc/common/PassProgress.h"
+#include "vpc/common/Progress.h"
 #include "vpc/common/TreeFile.h"
 #include "vpc/tree/DeepestLevel.h"
 #include "vpc/tree/MeasuredBounds.h"
@@ -41,7 +41,7 @@ struct Content {
     std::optional<PointStatistics> statistics;
 };
 
-Content contentOf(PointTreeReader& tree, bool withStatistics, const std::string& command) {
+Content contentOf(PointTreeReader& tree, bool withStatistics) {
     Content content;
     DeepestLevel deepest(tree);
     Bounds root;
@@ -49,8 +49,12 @@ Content contentOf(PointTreeReader& tree, bool withStatistics, const std::string&
         if (node.level == 0) root = {node.boxMinimum, node.boxMaximum};
         deepest.Add(node);
     });
-    PassProgress progress(command, deepest.Points());
-    const DeepestLevel::Watcher watcher = [&](unsigned long long points) { progress.Add(points); };
+    Progress progress;
+    progress.Begin("reading points", deepest.Points());
+    const DeepestLevel::Watcher watcher = [&](unsigned long long points) {
+        Interrupt::Check();
+        progress.Add(points);
+    };
     if (withStatistics && deepest.Points() > 0)
         content.statistics = PointStatistics::Measure(deepest, root, watcher);
     content.bounds = content.statistics ? content.statistics->Extent()
@@ -202,7 +206,7 @@ int InfoCommand::Run() {
 
 void InfoCommand::PrintText(PointTreeReader& tree) const {
     const PointTreeHeader& header = tree.Header();
-    const Content content = contentOf(tree, statistics_, "vpc " + Name());
+    const Content content = contentOf(tree, statistics_);
     const auto& [levels, bounds, statistics] = content;
     line("file", file_);
     line("version", std::to_string(header.version));
@@ -230,7 +234,7 @@ void InfoCommand::PrintText(PointTreeReader& tree) const {
 
 void InfoCommand::PrintJson(PointTreeReader& tree) const {
     const PointTreeHeader& header = tree.Header();
-    const Content content = contentOf(tree, statistics_, "vpc " + Name());
+    const Content content = contentOf(tree, statistics_);
     const auto& [levels, bounds, statistics] = content;
     Json json = {
         {"file", tree.FileName().utf8_string()},
