@@ -9,8 +9,8 @@ _vpc_options() { # COMMAND
       echo --help --output --tree --max-points --max-level --unit --memory --work \
         --log --text --allow-incomplete --skip-bad --quiet --force
       ;;
-    info) echo --help --json --nodes ;;
-    verify) echo --help ;;
+    info) echo --help --json --nodes --stats ;;
+    verify) echo --help --json ;;
     view)
       echo --help "$shown" --stylization --scheme --image --size --points --report \
         --diagnostics "$camera"
@@ -52,7 +52,7 @@ _vpc() {
       *:--order) words='flight random' ;;
       prepare:--output | prepare:-o) files='vpt' ;;
       prepare:--unit)
-        words='Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
+        words='auto us-ft Inches Feet Miles Millimeters Centimeters Meters Kilometers Yards'
         ;;
       *:--output | *:-o) files='@(las|ply|pts|ptx|xyz|csv)' ;;
       *:--image) files='png' ;;

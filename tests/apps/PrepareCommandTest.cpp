@@ -38,7 +38,7 @@ TEST_F(PrepareCommandTest, WrongUsageGivesStatus2) {
                                   "prepare -o a.vpt a.pts --unit 21",
                                   "prepare -o a.vpt a.pts --unit cubits",
                                   "info",
-                                  "verify a.vpt b.vpt",
+                                  "verify",
                                   "sample a.xyz",
                                   "sample b.pts --format 3",
                                   "sample b.pts --order random",
@@ -136,10 +136,11 @@ TEST_F(PrepareCommandTest, PreparesAndSumsUp) {
     const TreeFile tree = folder.tree();
     Word nodes = 0;
     for (const auto& level : tree.levels) nodes += level.size();
-    EXPECT_THAT(result.out, ContainsRegex("^t.vpt\n  points  25000\n  levels  " +
-                                          std::to_string(tree.levels.size()) + "\n  nodes   " +
-                                          std::to_string(nodes) +
-                                          "\n  size    1.79 MB\n  time    [0-9hms:.]+\n$"));
+    EXPECT_THAT(
+        result.out,
+        ContainsRegex("^t.vpt\n  points  25000\n  levels  " + std::to_string(tree.levels.size()) +
+                      "\n  nodes   " + std::to_string(nodes) +
+                      "\n  unit    Feet\n  size    1.79 MB\n  time    [0-9hms:.]+\n$"));
     EXPECT_EQ(tree.hostValue, 2U) << "feet";
     EXPECT_THAT(read("log"), HasSubstr("25000 points"));
     EXPECT_TRUE(folder.holdsOnly({"B\u00e4ume.las", "\U0001F332.las", "log", "t.vpt"}));

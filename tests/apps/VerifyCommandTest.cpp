@@ -1,5 +1,7 @@
 #include <limits>
 
+#include <nlohmann/json.hpp>
+
 #include "support/ProgramRun.h"
 #include "support/TreeImage.h"
 
@@ -75,8 +77,32 @@ TEST_F(VerifyCommandTest, SaysWhatIsWrong) {
          verify(nodes[3].block + 16 + 54 * 3, 2.0000001)},
         {"1 of 3 points", verify(nodes[1].block + 16 + 54 + 8, nan)},
         {"points beyond the end", verify(image.bytes.substr(0, image.bytes.size() - 1))},
-        {"and the file at", verify(image.bytes + 'x')}};
+        {"and the file at", verify(image.bytes + 'x')},
+        // The summary comes first, and then what is wrong with the whole.
+        {"2 faults found\nfile: the file is cut short: it has 1870 of 1871 bytes\npoint block: ",
+         verify(image.bytes.substr(0, image.bytes.size() - 1))},
+        {"1 fault found\nfile: the file is cut short, it has 600 bytes: ",
+         verify(image.bytes.substr(0, 600))},
+        {"the file is cut short, it has 100 bytes: ", verify(image.bytes.substr(0, 100))}};
     for (const auto& [finding, said] : cases) EXPECT_THAT(said, testing::HasSubstr(finding));
+}
+
+TEST_F(VerifyCommandTest, ChecksManyFiles) {
+    TreeImage damaged = image;
+    damaged.patch(24, Word{6});
+    write("a.vpt", image.bytes);
+    write("b.vpt", damaged.bytes);
+    const ProgramResult result = run("verify b.vpt none.vpt a.vpt");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, testing::HasSubstr("'none.vpt' cannot be read"));
+    EXPECT_THAT(result.out, testing::MatchesRegex("b.vpt: 1 fault found\n.*the header says 6\n"
+                                                  "a.vpt: no faults found\n"));
+    EXPECT_EQ(run("verify a.vpt a.vpt").status, 0);
+    const auto answer = nlohmann::json::parse(run("verify --json a.vpt b.vpt none.vpt").out);
+    EXPECT_EQ(answer[0],
+              nlohmann::json::parse(R"({"file": "a.vpt", "faults": 0, "findings": []})"));
+    EXPECT_EQ(answer[1]["findings"][0]["texts"].size(), 1U);
+    EXPECT_THAT(answer[2]["error"], testing::HasSubstr("cannot be read"));
 }
 
 }  // namespace

@@ -19,7 +19,19 @@ struct LasBuilder {
         std::uint16_t red = 0, green = 0, blue = 0;
     };
 
+    /// A variable-length record.
+    struct Record {
+        std::uint16_t id = 0;
+        std::string content;
+        std::string user = "LASF_Projection";
+        /// What its header claims; the content's length where it is not given.
+        std::optional<std::uint64_t> length = std::nullopt;
+    };
+
     int versionMinor = 2;
+    std::uint16_t globalEncoding = 0;
+    /// In place of the gap, and behind the points.
+    std::vector<Record> records, extendedRecords;
     int format = 3;
     /// Bytes per record; the length that belongs to the format where it is not given.
     std::optional<int> recordLength;
@@ -47,9 +59,20 @@ struct LasBuilder {
         return versionMinor >= 4 ? 375 : versionMinor == 3 ? 235 : 227;
     }
 
+    /// The content of a record 34735: the keys' entries behind their count.
+    static std::string keys(const std::vector<std::array<std::uint16_t, 4>>& entries) {
+        std::string content;
+        add<std::array<std::uint16_t, 4>>(content,
+                                          {1, 1, 0, static_cast<std::uint16_t>(entries.size())});
+        for (const auto& entry : entries) add(content, entry);
+        return content;
+    }
+
     std::string bytes() const {
-        std::string file(headerSize() + gap, '\xAA');
-        std::memset(file.data(), 0, headerSize());
+        std::string front;
+        for (const Record& r : records) addRecord<std::uint16_t>(front, r);
+        if (records.empty()) front.assign(gap, '\xAA');
+        std::string file = std::string(headerSize(), '\0') + front;
         file.replace(0, 4, "LASF");
         file[24] = 1;
         file[25] = static_cast<char>(versionMinor);
@@ -58,8 +81,9 @@ struct LasBuilder {
         put<std::uint16_t>(file, 90, 123);
         put<std::uint16_t>(file, 92, 2024);
         put(file, 94, headerSize());
-        put<std::uint32_t>(file, 96, headerSize() + gap);
-        put<std::uint32_t>(file, 100, gap == 0 ? 0 : 1);
+        put(file, 6, globalEncoding);
+        put(file, 96, static_cast<std::uint32_t>(file.size()));
+        put(file, 100, static_cast<std::uint32_t>(records.empty() && gap > 0 ? 1 : records.size()));
         file[104] = static_cast<char>(format);
         put(file, 105, static_cast<std::uint16_t>(length()));
         const bool isNew = versionMinor >= 4;
@@ -72,6 +96,9 @@ struct LasBuilder {
         }
         if (isNew) put<std::uint64_t>(file, 247, count.value_or(points.size()));
         for (const Point& point : points) file += record(point);
+        if (isNew) put<std::uint64_t>(file, 235, file.size());
+        if (isNew) put(file, 243, static_cast<std::uint32_t>(extendedRecords.size()));
+        for (const Record& r : extendedRecords) addRecord<std::uint64_t>(file, r);
         return file;
     }
 
@@ -79,6 +106,22 @@ private:
     template <class T>
     static void put(std::string& bytes, std::size_t position, T value) {
         std::memcpy(bytes.data() + position, &value, sizeof value);
+    }
+
+    template <class T>
+    static void add(std::string& bytes, T value) {
+        bytes.resize(bytes.size() + sizeof value);
+        put(bytes, bytes.size() - sizeof value, value);
+    }
+    /// A variable-length record whose header has a length of this type.
+    template <class Length>
+    static void addRecord(std::string& bytes, const Record& r) {
+        std::string user = r.user;
+        user.resize(16);
+        bytes += std::string(2, '\0') + user;
+        add(bytes, r.id);
+        add(bytes, static_cast<Length>(r.length.value_or(r.content.size())));
+        bytes += std::string(32, ' ') + r.content;
     }
 
     /// A record, cut off at its length; the fields that no reader looks at are not zero.

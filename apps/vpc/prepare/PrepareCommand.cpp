@@ -27,6 +27,7 @@
 #include "vpc/prepare/ProgressDisplay.h"
 #include "vpc/scan/ScanList.h"
 #include "vpc/scan/ScanSet.h"
+#include "vpc/unit/UnitChoice.h"
 
 namespace vpc {
 
@@ -102,11 +103,6 @@ wxString remedyOf(const PrepareFinding& finding) {
     }
 }
 
-std::string checkUnit(const std::string& text) {
-    if (DrawingUnits::Parse(text)) return {};
-    return "'" + text + "' is no unit; the units are " + DrawingUnits::List();
-}
-
 /// For a size whose unit has been resolved, so that the text is the number of bytes.
 std::string checkMemory(const std::string& text) {
     unsigned long long bytes = 0;
@@ -153,8 +149,10 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         ->type_name("N");
     options
         .add_option("--unit", unitText_,
-                    "Unit of the coordinates, by code or name: " + DrawingUnits::List())
-        ->check(CLI::Validator(checkUnit, ""))
+                    "Unit of the coordinates: auto (what the scans name, else metres), or a code "
+                    "or name: us-ft, " +
+                        DrawingUnits::List())
+        ->check(CLI::Validator(UnitChoice::Fault, ""))
         ->capture_default_str()
         ->type_name("UNIT");
     options
@@ -200,7 +198,6 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
-    options_.unit = *DrawingUnits::Parse(unitText_);
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());
     TemporaryOwner::RemoveLeftovers(std::filesystem::path(options_.output).parent_path().string());
@@ -218,6 +215,7 @@ int PrepareCommand::Run() {
         display.Warn(FileTools::FromNativePath(warning));
     work.emplace(WorkParent());
     SettleScans(scans, work->Path(), display);
+    ChooseUnit(scans, display);
     const TreePrepareResult result = Prepare(scans, work->Path(), display);
     display.Clear();
     log(result.success ? wxString("Prepared") : "Failed: " + scans.InUsersNames(result.message));
@@ -270,6 +268,15 @@ void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,
         display.Warn(FileTools::FromNativePath(warning));
 }
 
+void PrepareCommand::ChooseUnit(const ScanSet& scans, ProgressDisplay& display) {
+    const UnitChoice unit = UnitChoice::Make(unitText_, scans.Names());
+    options_.unit = unit.code;
+    log("Unit: " + DrawingUnits::Name(unit.code));
+    if (!unit.reason.empty()) display.Note(FileTools::FromNativePath(unit.reason));
+    for (const std::string& warning : unit.warnings)
+        display.Warn(FileTools::FromNativePath(warning));
+}
+
 TreePrepareResult PrepareCommand::Prepare(const ScanSet& scans, const std::string& workFolder,
                                           ProgressDisplay& display) const {
     return PcCorePointPrepare::preparePointData(
@@ -306,9 +313,8 @@ std::string PrepareCommand::Unchanged() const {
 void PrepareCommand::LogStart(const ScanSet& scans) const {
     log(wxString("vpc " VPC_PROGRAM_VERSION " prepares ") + fullPath(options_.output));
     for (const std::string& scan : scans.Names()) log("Scan: " + fullPath(scan));
-    log(wxString::Format("Tree %s, at most %llu points a node, split down to level %llu, unit %llu",
-                         options_.tree.c_str(), options_.maxPoints, options_.maxLevel,
-                         options_.unit));
+    log(wxString::Format("Tree %s, at most %llu points a node, split down to level %llu",
+                         options_.tree.c_str(), options_.maxPoints, options_.maxLevel));
 }
 
 void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
@@ -328,9 +334,11 @@ void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
         [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });
     const unsigned long long points = levels.empty() ? 0 : levels.back().points;
     const std::string time = FileTools::ToNativePath(result.elapsedTime);
-    std::printf("%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  size    %s\n  time    %s\n",
-                options_.output.c_str(), points, levels.size(), nodes,
-                DisplayText::Bytes(bytes).c_str(), time.c_str());
+    std::printf(
+        "%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  unit    %s\n  size    %s\n"
+        "  time    %s\n",
+        options_.output.c_str(), points, levels.size(), nodes,
+        DrawingUnits::Name(options_.unit).c_str(), DisplayText::Bytes(bytes).c_str(), time.c_str());
     log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
                          nodes, bytes) +
         result.elapsedTime);

@@ -49,6 +49,8 @@ private:
     void RequireChecks(const ScanSet& scans) const;
     /// Reads the texts to their ends, and leaves out the scans that the user allows to leave out.
     void SettleScans(ScanSet& scans, const std::string& workFolder, ProgressDisplay& display) const;
+    /// Decides on the unit and says which one it is and why.
+    void ChooseUnit(const ScanSet& scans, ProgressDisplay& display);
     TreePrepareResult Prepare(const ScanSet& scans, const std::string& workFolder,
                               ProgressDisplay& display) const;
     void CheckResult(const TreePrepareResult& result, const ScanSet& scans,
@@ -59,7 +61,7 @@ private:
     void PrintSummary(const TreePrepareResult& result) const;
 
     PrepareOptions options_;
-    std::string unitText_ = "6";  // metres
+    std::string unitText_ = "auto";
 };
 
 }  // namespace vpc

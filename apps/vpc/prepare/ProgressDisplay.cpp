@@ -170,6 +170,14 @@ void ProgressDisplay::Clear() {
     barShown_ = false;
 }
 
+void ProgressDisplay::Note(const wxString& text) {
+    VpcLogger::Instance()->Add(text, false);
+    if (settings_.quiet) return;
+    Clear();
+    std::fprintf(stderr, "%s: %s\n", settings_.command.c_str(),
+                 FileTools::ToNativePath(text).c_str());
+}
+
 void ProgressDisplay::Warn(const wxString& text) {
     if (text == lastWarning_) return;
     lastWarning_ = text;

@@ -32,6 +32,8 @@ public:
 
     /// Takes the bar off the terminal.
     void Clear();
+    /// Prints a line on standard error, unless the run is to be quiet, and into the log.
+    void Note(const wxString& text);
     /// Prints a warning on standard error and into the log, unless it repeats the last one.
     void Warn(const wxString& text);
     /// Prints on standard error, unless quiet, and into the log what is worth knowing.

@@ -7,7 +7,8 @@
 
 namespace vpc {
 
-/// `vpc info`: says what is in a tree file, from its header and node records alone.
+/// `vpc info`: says what is in a tree file, from its header, its node records and as few points as
+/// the bounds need. Only statistics take a pass over all points.
 class InfoCommand : public Command {
 public:
     explicit InfoCommand(CLI::App& app);
@@ -20,6 +21,7 @@ private:
     std::string file_;
     bool json_ = false;
     bool nodes_ = false;
+    bool statistics_ = false;
 };
 
 }  // namespace vpc

@@ -4,62 +4,106 @@
 #include <map>
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "tree/verify/TreeVerifier.h"
-#include "vpc/common/Command.h"
 #include "vpc/common/TreeFile.h"
 
 namespace vpc {
 
 namespace {
 
-/// Prints findings as they turn up. Beyond a hundred of one kind the rest is only counted: one
+using Json = nlohmann::ordered_json;
+
+/// What is wrong with one file. Beyond a hundred findings of one kind the rest is only counted: one
 /// wrong size can make every position behind it wrong.
-class FindingPrinter {
+class Findings {
 public:
-    void Print(const Finding& finding) {
-        if (++counts_[finding.kind] > printedOfAKind) return;
-        std::printf("%s: %s\n", Name(finding.kind).c_str(),
-                    FileTools::ToNativePath(finding.text).c_str());
+    explicit Findings(PointTreeReader& tree) {
+        TreeVerifier(tree, [&](const Finding& finding) { Add(finding); }).Run();
     }
-    /// Prints what was left out, or that there was nothing to find. Gives the number of faults.
-    unsigned long long PrintSummary() const {
-        unsigned long long all = 0;
-        for (const auto& [kind, count] : counts_) {
-            all += count;
-            if (count > printedOfAKind)
-                std::printf("%s: %llu more of this kind\n", Name(kind).c_str(),
-                            count - printedOfAKind);
+
+    unsigned long long Count() const { return count_; }
+    /// Prints how many there are, behind `name`, and then all by kind; what is wrong with the file
+    /// as a whole comes first.
+    void Print(const std::string& name) const {
+        std::printf("%s%s\n", name.c_str(), Summary().c_str());
+        for (const auto& [kind, findings] : kinds_) {
+            const std::string kindName = FileTools::ToNativePath(FindingKindName(kind));
+            for (const wxString& text : findings.texts)
+                std::printf("%s: %s\n", kindName.c_str(), FileTools::ToNativePath(text).c_str());
+            if (findings.more > 0)
+                std::printf("%s: %llu more of this kind\n", kindName.c_str(), findings.more);
         }
-        if (all == 0)
-            std::printf("no faults found\n");
-        else
-            std::printf("%llu %s found\n", all, all == 1 ? "fault" : "faults");
-        return all;
+    }
+    Json ToJson() const {
+        Json list = Json::array();
+        for (const auto& [kind, findings] : kinds_) {
+            Json texts = Json::array();
+            for (const wxString& text : findings.texts) texts.push_back(text.utf8_string());
+            list.push_back({{"kind", FindingKindName(kind).utf8_string()},
+                            {"texts", texts},
+                            {"more", findings.more}});
+        }
+        return {{"faults", count_}, {"findings", list}};
     }
 
 private:
-    static constexpr unsigned long long printedOfAKind = 100;
-
-    static std::string Name(FindingKind kind) {
-        return FileTools::ToNativePath(FindingKindName(kind));
+    std::string Summary() const {
+        if (count_ == 0) return "no faults found";
+        return std::to_string(count_) + (count_ == 1 ? " fault found" : " faults found");
     }
 
-    std::map<FindingKind, unsigned long long> counts_;
+    static constexpr std::size_t textsOfAKind = 100;
+
+    struct OfOneKind {
+        std::vector<wxString> texts;
+        /// How many there are beside them.
+        unsigned long long more = 0;
+    };
+
+    void Add(const Finding& finding) {
+        ++count_;
+        OfOneKind& findings = kinds_[finding.kind];
+        if (findings.texts.size() < textsOfAKind)
+            findings.texts.push_back(finding.text);
+        else
+            ++findings.more;
+    }
+
+    unsigned long long count_ = 0;
+    std::map<FindingKind, OfOneKind> kinds_;
 };
 
 }  // namespace
 
 VerifyCommand::VerifyCommand(CLI::App& app)
-    : Command(app, "verify", "Check everything in a tree file; exit status 1 for any fault") {
-    Options().add_option("FILE", file_, "The tree file")->required()->type_name("FILE.vpt");
+    : Command(app, "verify", "Check everything in tree files; exit status 1 for any fault") {
+    Options().add_option("FILE", files_, "The tree files")->required()->type_name("FILE.vpt");
+    Options().add_flag("--json", json_, "Answer in JSON");
 }
 
 int VerifyCommand::Run() {
-    const auto tree = openTreeFile(file_);
-    FindingPrinter printer;
-    TreeVerifier(*tree, [&](const Finding& finding) { printer.Print(finding); }).Run();
-    return printer.PrintSummary() > 0 ? exitFailed : exitDone;
+    bool sound = true;
+    Json answers = Json::array();
+    for (const std::string& file : files_) {
+        Json answer = {{"file", FileTools::FromNativePath(file).utf8_string()}};
+        try {
+            const Findings findings(*openTreeFile(file));
+            answer.update(findings.ToJson());
+            if (!json_) findings.Print(files_.size() > 1 ? file + ": " : "");
+            sound = sound && findings.Count() == 0;
+        } catch (const CommandError& error) {
+            // The other files are checked all the same.
+            std::fprintf(stderr, "vpc %s: %s\n", Name().c_str(), error.what());
+            answer["error"] = error.what();
+            sound = false;
+        }
+        answers.push_back(std::move(answer));
+    }
+    if (json_)
+        std::printf("%s\n", answers.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    return sound ? exitDone : exitFailed;
 }
 
 }  // namespace vpc

@@ -42,10 +42,12 @@ std::string ViewReport::ToJson() const {
 }
 
 std::string ViewReport::ToText() const {
+    const std::string deepest =
+        levels.empty() ? "" : ", " + std::to_string(levels.size() - 1) + " the deepest";
     return line("visible", std::to_string(visiblePoints) + " points of " +
                                std::to_string(visibleNodes) + " nodes") +
            line("level", std::to_string(selectedLevel) + " of " + std::to_string(levels.size()) +
-                             " (0 is the coarsest)") +
+                             " (0 is the coarsest" + deepest + ")") +
            line("in all", std::to_string(totalPoints) + " points") +
            line("capacity", std::to_string(capacity) + " points") +
            line("bounds min", text(minimum)) + line("bounds max", text(maximum)) +

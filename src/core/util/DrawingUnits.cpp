@@ -1,6 +1,5 @@
 #include "core/util/DrawingUnits.h"
 
-#include <algorithm>
 #include <array>
 
 namespace vpc {
@@ -10,37 +9,39 @@ namespace {
 struct Unit {
     const char* plural;
     const char* singular;
+    const char* abbreviation;
 };
 
-constexpr std::array<Unit, 21> units = {{{"Undefined", "Unitless"},
-                                         {"Inches", "Inch"},
-                                         {"Feet", "Foot"},
-                                         {"Miles", "Mile"},
-                                         {"Millimeters", "Millimeter"},
-                                         {"Centimeters", "Centimeter"},
-                                         {"Meters", "Meter"},
-                                         {"Kilometers", "Kilometer"},
-                                         {"Microinches", "Microinch"},
-                                         {"Mils", "Mil"},
-                                         {"Yards", "Yard"},
-                                         {"Angstroms", "Angstrom"},
-                                         {"Nanometers", "Nanometer"},
-                                         {"Microns", "Micron"},
-                                         {"Decimeters", "Decimeter"},
-                                         {"Dekameters", "Dekameter"},
-                                         {"Hectometers", "Hectometer"},
-                                         {"Gigameters", "Gigameter"},
-                                         {"Astronomical", "Astronomical"},
-                                         {"LightYears", "LightYear"},
-                                         {"Parsecs", "Parsec"}}};
+constexpr std::array<Unit, 21> units = {{{"Undefined", "Unitless", ""},
+                                         {"Inches", "Inch", "in"},
+                                         {"Feet", "Foot", "ft"},
+                                         {"Miles", "Mile", "mi"},
+                                         {"Millimeters", "Millimeter", "mm"},
+                                         {"Centimeters", "Centimeter", "cm"},
+                                         {"Meters", "Meter", "m"},
+                                         {"Kilometers", "Kilometer", "km"},
+                                         {"Microinches", "Microinch", "uin"},
+                                         {"Mils", "Mil", "thou"},
+                                         {"Yards", "Yard", "yd"},
+                                         {"Angstroms", "Angstrom", ""},
+                                         {"Nanometers", "Nanometer", "nm"},
+                                         {"Microns", "Micron", "um"},
+                                         {"Decimeters", "Decimeter", "dm"},
+                                         {"Dekameters", "Dekameter", "dam"},
+                                         {"Hectometers", "Hectometer", "hm"},
+                                         {"Gigameters", "Gigameter", "gm"},
+                                         {"Astronomical", "Astronomical", "au"},
+                                         {"LightYears", "LightYear", "ly"},
+                                         {"Parsecs", "Parsec", "pc"}}};
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool sameLetters(const std::string& a, const std::string& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lower(x) == lower(y); });
+/// In small letters, and with metres spelt as in the names above.
+std::string plainly(const std::string& text) {
+    std::string plain = text;
+    for (char& c : plain) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    const std::string british = "metre";
+    if (const auto at = plain.rfind(british); at != std::string::npos)
+        plain.replace(at, british.size(), "meter");
+    return plain;
 }
 
 }  // namespace
@@ -50,10 +51,12 @@ std::string DrawingUnits::Name(unsigned long long code) {
 }
 
 std::optional<unsigned long long> DrawingUnits::Parse(const std::string& text) {
+    if (text.empty()) return std::nullopt;
+    const std::string plain = plainly(text);
     for (unsigned long long code = 0; code < units.size(); ++code) {
         const Unit& unit = units[code];
-        if (text == std::to_string(code) || sameLetters(text, unit.plural) ||
-            sameLetters(text, unit.singular))
+        if (plain == std::to_string(code) || plain == plainly(unit.plural) ||
+            plain == plainly(unit.singular) || plain == unit.abbreviation)
             return code;
     }
     return std::nullopt;

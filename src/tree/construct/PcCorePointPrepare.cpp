@@ -16,6 +16,7 @@
 #include "io/FileParentIO.h"
 #include "tree/construct/PrepareCancelled.h"
 #include "tree/construct/PrepareObserver.h"
+#include "tree/construct/RootMargins.h"
 #include "tree/construct/VpcConstructTree.h"
 
 namespace {
@@ -145,8 +146,7 @@ bool PrepareRun::MeasureScans() {
     if (stopped || (measured && !observer_.onScansMeasured(summary_, message_)))
         throw vpc::PrepareCancelled();
     // An empty box has no sides: there are no points, which shows when the tree is finished.
-    if (measured && !box_.sortedSides.empty())
-        box_.AddMargin(box_.sortedSides.front().second / 10000);
+    if (measured && !box_.sortedSides.empty()) box_.AddMargin(vpc::measuredBoxMargin(box_));
     return measured;
 }
 

@@ -13,6 +13,7 @@
 #include "io/PlyIO.h"
 #include "io/TextFileWriter.h"
 #include "tree/construct/PointTreeFileWriter.h"
+#include "tree/construct/RootMargins.h"
 #include "tree/construct/Thinning.h"
 
 VpcConstructTree::VpcConstructTree(const wxString& workingFolder, VpcTreeType treeType,
@@ -36,8 +37,7 @@ void VpcConstructTree::setSubsampleType(VpcSubsampleType type, bool seedFromDevi
 }
 
 void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
-    constexpr double margin = 0.0001;
-    box.AddMargin(margin);
+    box.AddMargin(vpc::rootMargin);
     // A second root replaces the first, whose nodes are freed with it: no list may still hold them.
     levels_.clear();
     endNodes_.clear();

@@ -49,8 +49,11 @@ void PointBlockVerifier::Finish() {
     const unsigned long long size = file_.Size();
     if (expected_ == size || (alternative_ != 0 && alternative_ == size)) return;
     sink_({FindingKind::File,
-           wxString::Format(_("the last point block ends at %llu and the file at %llu"), expected_,
-                            size)});
+           expected_ > size
+               ? wxString::Format(_("the file is cut short: it has %llu of %llu bytes"), size,
+                                  expected_)
+               : wxString::Format(_("the last point block ends at %llu and the file at %llu"),
+                                  expected_, size)});
 }
 
 void PointBlockVerifier::CheckPosition(const NodeRecord& record) {

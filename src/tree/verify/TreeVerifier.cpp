@@ -57,8 +57,21 @@ void TreeVerifier::Run() {
         CheckRecords();
         if (file_.Header().pointRecordSize == VpcPoint3D::SerializeDiskSize()) CheckPointBlocks();
     } catch (const IoError& failure) {
-        sink_({FindingKind::File, failure.Message()});
+        sink_({FindingKind::File, Explained(failure)});
     }
+}
+
+wxString TreeVerifier::Explained(const IoError& failure) {
+    if (failure.SystemReason() != 0 || file_.Version() != Layout::version) return failure.Message();
+    unsigned long long pointData = 0;
+    const bool isKnown = ReadWord(Layout::pointDataWordPosition, pointData);
+    if (isKnown && pointData <= file_.Size()) return failure.Message();
+    return wxString::Format(_("the file is cut short, it has %llu bytes: %s"), file_.Size(),
+                            failure.Message());
+}
+
+bool TreeVerifier::ReadWord(unsigned long long position, unsigned long long& word) {
+    return file_.Read(position, reinterpret_cast<char*>(&word), sizeof word) == sizeof word;
 }
 
 void TreeVerifier::CheckHeader() {
@@ -66,9 +79,7 @@ void TreeVerifier::CheckHeader() {
     const PointTreeHeader& header = file_.Header();
     // PointTreeHeader keeps only the lower half of this word.
     unsigned long long treeType = 0;
-    if (file_.Read(Layout::treeTypePosition, reinterpret_cast<char*>(&treeType), sizeof treeType) !=
-        sizeof treeType)
-        file_.FailReading();
+    if (!ReadWord(Layout::treeTypePosition, treeType)) file_.FailReading();
     if (treeType > 1) fault(wxString::Format(_("the tree type is %llu, not 0 or 1"), treeType));
     if (!std::isfinite(header.minimumDistance) || header.minimumDistance <= 0.0)
         fault(_("the minimum point distance is not a positive number"));

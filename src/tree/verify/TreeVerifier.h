@@ -22,6 +22,10 @@ public:
     void Run();
 
 private:
+    /// What ended the check, and whether it is that the file is cut short within header or records.
+    wxString Explained(const IoError& failure);
+    /// Reads a word of the header; false where the file ends before it.
+    bool ReadWord(unsigned long long position, unsigned long long& word);
     void CheckHeader();
     void CheckShape();
     void CheckRecords();
