@@ -11,7 +11,8 @@ _vpc_options() { # COMMAND
     verify) echo --help ;;
     view)
       echo --help --budget --density --stylization --scheme --section --clip-circle \
-        --clip-polygon --matrix --image --size --points --report --diagnostics "$camera"
+        --clip-polygon --matrix --image --size --point-size --shading --range --background \
+        --no-legend --points --report --diagnostics "$camera"
       ;;
     pick) echo --help --at --box "$camera" ;;
     export) echo --help --output --level --coloured-by ;;
@@ -41,7 +42,10 @@ _vpc() {
     case $command:$before in
       prepare:--tree) words='octree kd' ;;
       *:--density) words='low full' ;;
-      *:--stylization) words='scan elevation intensity' ;;
+      *:--stylization) words='auto scan elevation intensity' ;;
+      *:--point-size) words=auto ;;
+      *:--shading) words='depth none' ;;
+      *:--background) words='slate black grey white blue' ;;
       *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
       *:--coloured-by) words=elevation ;;
       *:--format) words='3 7' ;;

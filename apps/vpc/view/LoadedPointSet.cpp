@@ -1,7 +1,9 @@
 #include "vpc/view/LoadedPointSet.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <system_error>
 
 #include "core/util/DisplayText.h"
@@ -71,10 +73,10 @@ void LoadedPointSet::SetBudget(unsigned long long points) {
     if (!Core().resizePointBuffer(static_cast<unsigned long>(points))) refuse();
 }
 
-CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const {
-    OdGePoint3d low, high;
-    const bool hasRoot = !Core().GetNodePointSummary().empty();
-    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
+namespace {
+
+CameraOptions::Corners cornersBetween(const OdGePoint3d& low, const OdGePoint3d& high,
+                                      const OdGeMatrix3d& matrix) {
     CameraOptions::Corners corners;
     for (std::size_t i = 0; i < corners.size(); ++i) {
         OdGePoint3d corner((i & 1) != 0 ? high.x : low.x, (i & 2) != 0 ? high.y : low.y,
@@ -83,6 +85,37 @@ CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const
         corners[i].SetCoordinates(corner.x, corner.y, corner.z);
     }
     return corners;
+}
+
+}  // namespace
+
+CameraOptions::Corners LoadedPointSet::Corners(const OdGeMatrix3d& matrix) const {
+    OdGePoint3d low, high;
+    const bool hasRoot = !Core().GetNodePointSummary().empty();
+    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
+    return cornersBetween(low, high, matrix);
+}
+
+std::optional<CameraOptions::Corners> LoadedPointSet::VisibleCorners() const {
+    const std::span points(set_->getPointCoordinates(),
+                           static_cast<std::size_t>(set_->getNrVisiblePoints()));
+    if (points.empty()) return std::nullopt;
+    OdGePoint3d low = points[0], high = points[0];
+    for (const OdGePoint3d& p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    return cornersBetween(low, high, OdGeMatrix3d());
+}
+
+std::vector<double> LoadedPointSet::Intensities() const {
+    std::vector<double> intensities = Core().readPointIntensities();
+    if (intensities.size() < set_->getNrVisiblePoints()) FailReading();
+    return intensities;
+}
+
+const double* LoadedPointSet::Luminances() const {
+    return Core().projectManager()->visibleNodeManager().intensities();
 }
 
 void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix) {

@@ -105,7 +105,8 @@ std::vector<std::string> densityWords() {
 }
 
 std::vector<std::string> stylizationWords() {
-    return {"scan", "elevation", "intensity"};
+    // The last is the host's "none": points keep the colours of the scan, if they have any.
+    return {"scan", "elevation", "intensity", "auto"};
 }
 
 /// "ScanColors", "Spectrum" and so on.
@@ -186,14 +187,18 @@ void ViewOptions::DeclareStyle(CLI::App& options) {
         ->capture_default_str()
         ->type_name("DENSITY");
     options
-        .add_option("--stylization", stylizationText_,
-                    "What the colours show: scan, elevation or intensity")
+        .add_option(
+            "--stylization", stylizationText_,
+            "What the colours show: scan, elevation, intensity, or auto: the scan's colours; in "
+            "a picture of points without any, their intensity or else elevation")
         ->check(CLI::IsMember(stylizationWords(), CLI::ignore_case))
         ->capture_default_str()
         ->type_name("WHAT");
-    options.add_option("--scheme", schemeText_, "Colour ramp for elevation and intensity")
+    options
+        .add_option("--scheme", schemeText_,
+                    "Colour ramp for elevation and intensity, default: Spectrum; Gray for the "
+                    "intensity in a picture")
         ->check(CLI::IsMember(schemeWords(), CLI::ignore_case))
-        ->capture_default_str()
         ->type_name("NAME");
 }
 
@@ -229,11 +234,19 @@ void ViewOptions::Read() {
     matrix_ = parseMatrix(matrixTexts_);
 }
 
+GiPcStylizationType ViewOptions::Stylization() const {
+    return static_cast<GiPcStylizationType>(placeOf(stylizationText_, stylizationWords()));
+}
+
+std::optional<GiPcColorScheme> ViewOptions::Scheme() const {
+    if (schemeText_.empty()) return std::nullopt;
+    return static_cast<GiPcColorScheme>(placeOf(schemeText_, schemeWords()));
+}
+
 void ViewOptions::SetUp(GiPointSetDefinition& points) const {
     points.setDrawDensity(static_cast<GiPcDrawDensity>(placeOf(densityText_, densityWords())));
-    points.setStylizationType(
-        static_cast<GiPcStylizationType>(placeOf(stylizationText_, stylizationWords())));
-    points.setColorScheme(static_cast<GiPcColorScheme>(placeOf(schemeText_, schemeWords())));
+    points.setStylizationType(Stylization());
+    points.setColorScheme(Scheme().value_or(GiPc_ColorScheme_Spectrum));
     for (const SectionPlane& plane : sections_)
         points.addSection(OdString("section"), plane.point, plane.normal, true);
     for (const ClipRegion& region : clips_) points.addClipping(region.ToConfig(matrix_));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,11 @@ public:
     unsigned long long Budget() const { return budget_; }
     /// Takes the file's coordinates to the world's.
     const OdGeMatrix3d& Matrix() const { return matrix_; }
+    /// What the colours show; nothing in particular unless it is given.
+    GiPcStylizationType Stylization() const;
+    /// The colour ramp, where one is given.
+    std::optional<GiPcColorScheme> Scheme() const;
+    bool HasCuts() const { return !sections_.empty() || !clips_.empty(); }
     /// Gives a point set the density, the colours and the cuts.
     void SetUp(GiPointSetDefinition& points) const;
 
@@ -68,8 +74,8 @@ private:
 
     unsigned long long budget_ = PcCoreVisibleNodeManager::defaultCapacity;
     std::string densityText_ = "full";
-    std::string stylizationText_ = "scan";
-    std::string schemeText_ = "Spectrum";
+    std::string stylizationText_ = "auto";
+    std::string schemeText_;
     std::vector<std::string> sectionTexts_;
     std::vector<std::string> circleTexts_;
     std::vector<std::string> polygonTexts_;

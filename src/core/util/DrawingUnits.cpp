@@ -49,6 +49,15 @@ std::string DrawingUnits::Name(unsigned long long code) {
     return code < units.size() ? units[code].plural : "";
 }
 
+std::string DrawingUnits::Symbol(unsigned long long code) {
+    // Code 0 stands for no unit. What has no entry is rare, and its name says more than a sign.
+    constexpr std::array<const char*, 17> symbols = {
+        "", "in", "ft", "mi", "mm", "cm", "m", "km", "", "", "yd", "", "nm", "", "dm", "dam", "hm"};
+    if (code == 0) return "";
+    const bool known = code < symbols.size() && *symbols[code] != '\0';
+    return known ? symbols[code] : Name(code);
+}
+
 std::optional<unsigned long long> DrawingUnits::Parse(const std::string& text) {
     for (unsigned long long code = 0; code < units.size(); ++code) {
         const Unit& unit = units[code];

@@ -10,6 +10,8 @@ class DrawingUnits {
 public:
     /// The name of the unit with this code; empty if there is none.
     static std::string Name(unsigned long long code);
+    /// The unit's usual abbreviation, else its name; empty for a code without unit.
+    static std::string Symbol(unsigned long long code);
     /// The code of the unit that `text` names: by its code, or by its name in singular or plural
     /// and any letter case.
     static std::optional<unsigned long long> Parse(const std::string& text);
