@@ -19,16 +19,25 @@ constexpr std::array<float, 9> radiusOfNeighbours = {0.0F, 0.0F, 0.0F,  1.3F, 1.
                                                      1.2F, 1.0F, 0.85F, 0.75F};
 /// How much further away the next cell's point may be on the same surface, in sides of a cell.
 constexpr float steepest = 1.5F;
-/// The most levels of cells. The largest cell has 64 pixels: larger discs would smear details.
+/// The most levels of cells, and how often the largest cell fits into the picture's shorter side:
+/// larger discs would smear details.
 constexpr int mostLevels = 7;
+constexpr int fewestCells = 12;
+/// How often the largest radius fits into it.
+constexpr float fewestDiscs = 18.0F;
 /// Radii up to this are never looked at again.
 constexpr float smallRadius = 2.0F;
 /// A disc may be larger than those around it by this factor.
-constexpr float mostGrowth = 1.4F;
-constexpr int limitRounds = 2;
+constexpr float mostGrowth = 1.6F;
+constexpr int limitRounds = 3;
 
 constexpr float denseRadius = 0.5F;
-constexpr float largestRadius = static_cast<float>(DepthBuffer::margin);
+/// The radius of a dot where all points are far apart, in shorter sides of the picture.
+constexpr float dotInSides = 1.0F / 120.0F;
+
+float shorterSide(const ImageSize& size) {
+    return static_cast<float>(std::min(size.width, size.height));
+}
 
 /// A depth in the upper half, and in the lower half the pixel whose point it is.
 using Cell = std::uint64_t;
@@ -103,7 +112,10 @@ public:
         float radius = denseRadius;
     };
 
-    Pyramid(const DepthBuffer& points, const Projection& projection) : projection_(projection) {
+    Pyramid(const DepthBuffer& points, const Projection& projection)
+        : projection_(projection),
+          largest_(std::clamp(shorterSide(projection.Size()) / fewestDiscs, 1.0F,
+                              static_cast<float>(DepthBuffer::margin))) {
         grids_.push_back(CellGrid::OfPixels(points));
         const int levels = LevelsFor(projection.Size());
         while (static_cast<int>(grids_.size()) < levels) grids_.push_back(grids_.back().Coarser());
@@ -125,12 +137,12 @@ public:
             if (!HasSquare(closed)) continue;
             const float radius =
                 side * radiusOfNeighbours[static_cast<std::size_t>(std::popcount(closed))];
-            return Closing{level, std::clamp(radius, 1.0F, largestRadius)};
+            return Closing{level, std::clamp(radius, 1.0F, largest_)};
         }
         return std::nullopt;
     }
-    /// The median radius of the discs around one that closes at `level`, on its surface; nothing
-    /// where there are none.
+    /// A radius that a third of those around a disc do not reach that closes at `level`, on its
+    /// surface; nothing where there are none.
     std::optional<float> RadiusAround(std::size_t level, int column, int row, float depth,
                                       const std::vector<float>& radii) const {
         const float reach = Step(depth) * static_cast<float>(1U << level);
@@ -139,12 +151,14 @@ public:
         std::size_t count = 0;
         for (const Cell cell : Around(level, column, row)) {
             const auto other = std::bit_cast<float>(static_cast<std::uint32_t>(cell >> 32U));
-            if (std::abs(other - depth) <= reach)
-                found[count++] = radii[static_cast<std::uint32_t>(cell)];
+            if (!(std::abs(other - depth) <= reach)) continue;
+            // Points on no surface have no radius yet.
+            const float radius = radii[static_cast<std::uint32_t>(cell)];
+            if (radius > 0.0F) found[count++] = radius;
         }
         if (count == 0) return std::nullopt;
         std::sort(found.begin(), found.end());
-        return found[(count - 1) / 2];
+        return found[(count - 1) / 3];
     }
 
 private:
@@ -162,14 +176,16 @@ private:
     std::array<Cell, 8> Around(std::size_t level, int column, int row) const {
         return grids_[level].Around(grids_[level].At(column >> level, row >> level));
     }
-    /// Cells are at most a twelfth of the picture's shorter side.
     static int LevelsFor(const ImageSize& size) {
         int levels = 1;
-        while (levels < mostLevels && (12 << levels) <= std::min(size.width, size.height)) ++levels;
+        while (levels < mostLevels && (fewestCells << levels) <= std::min(size.width, size.height))
+            ++levels;
         return levels;
     }
 
     const Projection& projection_;
+    /// The largest radius.
+    float largest_;
     std::vector<CellGrid> grids_;
 };
 
@@ -179,7 +195,7 @@ class LoneRadius {
 public:
     explicit LoneRadius(const Projection& projection)
         : projection_(projection),
-          dot_(static_cast<float>(std::clamp(projection.Size().width / 400.0, 1.0, 8.0))) {}
+          dot_(std::clamp(dotInSides * shorterSide(projection.Size()), 1.0F, 16.0F)) {}
 
     void Learn(float radius, float depth) {
         known_.push_back(radius * static_cast<float>(projection_.PixelSide(depth)));
@@ -193,7 +209,7 @@ public:
     float Pixels(float depth) const {
         if (!median_) return dot_;
         const float radius = *median_ / static_cast<float>(projection_.PixelSide(depth));
-        return std::clamp(radius, denseRadius, largestRadius);
+        return std::clamp(radius, denseRadius, static_cast<float>(DepthBuffer::margin));
     }
 
 private:

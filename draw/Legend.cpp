@@ -16,6 +16,8 @@ constexpr float rampInTexts = 15.0F;
 constexpr float rampInPictures = 0.4F;
 /// Room for a label, in heights of the text.
 constexpr float labelRoom = 2.2F;
+/// From the ramp to its labels, in heights of the text.
+constexpr float labelGap = 1.1F;
 
 struct Label {
     double value;
@@ -53,7 +55,7 @@ public:
         float labelWidth = 0.0F;
         for (const Label& label : labels_)
             labelWidth = std::max(labelWidth, Ink::TextWidth(label.text, text));
-        const float rampAndLabels = ramp_.width + 1.5F * text + labelWidth;
+        const float rampAndLabels = ramp_.width + labelGap * text + labelWidth;
         panel_.width = std::max(rampAndLabels, Ink::TextWidth(title, text)) + 2.0F * style.space;
         panel_.height = text + 1.2F * style.space + ramp_.height + 2.0F * style.space;
         panel_.left = static_cast<float>(size.width) - style.space - panel_.width;
@@ -106,8 +108,8 @@ void drawLegend(Image& image, const ColourRamp& ramp, const std::string& title,
     ink.Text(title, bar.left, layout.Panel().top + style.space + text, text, style.lineWidth);
     for (const Label& label : layout.Labels()) {
         const float y = bar.top + bar.height * shareAbove(ramp.Range(), label.value);
-        ink.Line(bar.Right() + 0.3F * text, y, bar.Right() + 0.8F * text, y, style.lineWidth);
-        ink.Text(label.text, bar.Right() + 1.5F * text, y + text / 2.0F, text, style.lineWidth);
+        ink.Line(bar.Right(), y, bar.Right() + 0.4F * text, y, style.lineWidth);
+        ink.Text(label.text, bar.Right() + labelGap * text, y + text / 2.0F, text, style.lineWidth);
     }
     ink.LayOver(image, style.ink);
 }

@@ -29,7 +29,7 @@ int pixelOf(float position, int count) {
 OverlayStyle::OverlayStyle(const ImageSize& size, const Colour& background)
     : textHeight(std::clamp(static_cast<float>(std::min(size.width, size.height)) / sidesPerText,
                             smallestText, largestText)),
-      lineWidth(textHeight / 7.0F),
+      lineWidth(textHeight / 6.5F),
       space(textHeight),
       ink(isDark(background) ? nearlyWhite : nearlyBlack),
       panel(background) {

@@ -152,7 +152,7 @@ TEST_F(ColourlessPictureTest, ShowsIntensityOrElseElevation) {
     const std::string plain = "--section 0,0,9,0,0,1 --shading none --scheme Blues ";
     colouredBy(blackAndDull, plain + "--no-legend --range 500,600");
     Picture picture(read("o.png"));
-    const Picture::Colour lowest = {0, 0, 38}, slate = {30, 37, 46};
+    const Picture::Colour lowest = {0, 0, 38}, slate = {44, 54, 68};
     EXPECT_EQ(picture.count(lowest) + picture.count(slate), 300U * 200U);
     EXPECT_GT(picture.count(lowest), 3000U);
     colouredBy(blackAndDull, plain + "--range 500,600");

@@ -24,9 +24,9 @@ struct NamedColour {
 };
 
 constexpr std::array namedColours = {
-    NamedColour{"slate", {30, 37, 46}}, NamedColour{"black", {0, 0, 0}},
+    NamedColour{"slate", {44, 54, 68}}, NamedColour{"black", {0, 0, 0}},
     NamedColour{"grey", {128, 128, 128}}, NamedColour{"white", {255, 255, 255}},
-    NamedColour{"blue", {44, 62, 88}}};
+    NamedColour{"blue", {44, 62, 108}}};
 
 std::string backgroundForm() {
     std::string form = "R,G,B, whole numbers from 0 to 255, or a name:";

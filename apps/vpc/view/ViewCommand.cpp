@@ -118,13 +118,13 @@ int ViewCommand::Run() {
 }
 
 void ViewCommand::CheckOutputs() const {
-    requireTextName(points_);
     if (picture_.Wanted() && isSameFile(picture_.File(), points_))
         throw CommandUsageError("--image and --points both name '" + points_ +
                                 "'; give them different names");
     for (const std::string& output : {picture_.File(), points_})
         if (isSameFile(output, file_))
             throw CommandError("'" + output + "' is the tree file itself; choose another name");
+    requireTextName(points_);
 }
 
 void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const {
