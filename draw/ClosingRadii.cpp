@@ -18,7 +18,7 @@ namespace {
 constexpr std::array<float, 9> radiusOfNeighbours = {0.0F, 0.0F, 0.0F,  1.3F, 1.25F,
                                                      1.2F, 1.0F, 0.85F, 0.75F};
 /// How much further away the next cell's point may be on the same surface, in sides of a cell.
-constexpr float steepest = 1.5F;
+constexpr float steepest = 2.0F;
 /// The most levels of cells, and how often the largest cell fits into the picture's shorter side:
 /// larger discs would smear details.
 constexpr int mostLevels = 7;
