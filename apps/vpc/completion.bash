@@ -12,8 +12,8 @@ _vpc_options() { # COMMAND
     info) echo --help --json --nodes --stats ;;
     verify) echo --help --json ;;
     view)
-      echo --help "$shown" --stylization --scheme --image --size --points --report \
-        --diagnostics "$camera"
+      echo --help "$shown" --stylization --scheme --image --size --point-size --shading --range \
+        --background --no-legend --points --report --diagnostics "$camera"
       ;;
     pick) echo --help "$shown" --at --pixel --size --box --json "$camera" ;;
     export) echo --help --output --format --level "$cuts" --coloured-by --force ;;
@@ -44,7 +44,10 @@ _vpc() {
       prepare:--tree) words='octree kd' ;;
       prepare:--text) words='auto strict' ;;
       *:--density) words='low full' ;;
-      *:--stylization) words='scan elevation intensity' ;;
+      *:--stylization) words='auto scan elevation intensity' ;;
+      *:--point-size) words=auto ;;
+      *:--shading) words='depth none' ;;
+      *:--background) words='slate black grey white blue' ;;
       *:--scheme) words='ScanColors Spectrum Earth Hydro Gray Reds Greens Blues' ;;
       *:--coloured-by) words=elevation ;;
       export:--format) words='las ply pts ptx xyz csv' ;;

@@ -245,6 +245,11 @@ std::vector<std::pair<unsigned long long, unsigned long long>> PcCorePointSet::G
     return manager_->tree()->GetNodePointSummary();
 }
 
+std::vector<double> PcCorePointSet::readPointIntensities() const {
+    if (!manager_) return {};
+    return manager_->visibleNodeManager().readStoredIntensities();
+}
+
 bool PcCorePointSet::resizePointBuffer(unsigned long count) {
     return manager_ && manager_->visibleNodeManager().resizePointBuffer(count);
 }

@@ -95,6 +95,10 @@ public:
 
     /// The numbers of nodes and points of every level, the coarsest first.
     std::vector<std::pair<unsigned long long, unsigned long long>> GetNodePointSummary() const;
+    /// The intensities that the scans gave the points in the arrays, in their order. They are read
+    /// from the file, which takes about as long as the update did. Fewer than there are points
+    /// where the file can no longer be read in full.
+    std::vector<double> readPointIntensities() const;
     /// Returns false when memory is short or nothing is loaded. Counts below 51 change nothing.
     bool resizePointBuffer(unsigned long count);
     /// Has no effect: every update resets it before it would write diagnostic files.

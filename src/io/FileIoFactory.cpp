@@ -9,7 +9,7 @@
 
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
-#include "core/util/TextLine.h"
+#include "core/util/LineOfFile.h"
 #include "io/LasIO.h"
 #include "io/PtsIO.h"
 #include "io/PtxIO.h"
@@ -115,12 +115,12 @@ wxString BoundingBoxPass::AddAccount(unsigned long long delivered) {
     account.points = delivered;
     for (ScanFault& fault : account.faults) {
         if (fault.line == 0) {
-            const vpc::TextLine line = vpc::TextLine::At(account.file, fault.position);
+            const vpc::LineOfFile line = vpc::LineOfFile::At(account.file, fault.position);
             fault.line = line.number;
             fault.text = line.text;
         }
         if (fault.kind == ScanFault::Kind::UnreadLines)
-            account.unreadLines = vpc::TextLine::CountFrom(account.file, fault.position,
+            account.unreadLines = vpc::LineOfFile::CountFrom(account.file, fault.position,
                                                            [this] { return ReportProgress(); });
     }
     account.Describe();

@@ -42,6 +42,16 @@ unsigned long long PcCoreVisibleNodeManager::addNode(VpcDiskNode* node) {
     return added;
 }
 
+std::vector<double> PcCoreVisibleNodeManager::readStoredIntensities() const {
+    std::vector<double> intensities;
+    intensities.reserve(static_cast<std::size_t>(nrPointsInBuffer));
+    for (const VisiblePointsNode& visible : visibleNodes_) {
+        const unsigned long long points = visible.lastSlot - visible.firstSlot + 1;
+        if (visible.node->AppendIntensities(intensities, points) != points) break;
+    }
+    return intensities;
+}
+
 bool PcCoreVisibleNodeManager::resizePointBuffer(unsigned long long newCapacity) {
     if (newCapacity < smallestCapacity || newCapacity == capacity) return true;
     // Even when there is no memory: hosts expect `capacity` to be what they asked for last.

@@ -54,6 +54,10 @@ public:
     /// the sections and clippings cut off whole is not recorded.
     /// \return how many points were added
     unsigned long long addNode(VpcDiskNode* node);
+    /// The intensities that the file stores of the points in the buffers, in their order; fewer
+    /// where it can no longer be read in full. The tree's sections and clippings must be those that
+    /// the points were added with.
+    std::vector<double> readStoredIntensities() const;
     /// Replaces the buffers by empty ones of another size. A size below smallestCapacity changes
     /// nothing. False when there is no memory: the old buffers remain, but `capacity` is the new
     /// one.

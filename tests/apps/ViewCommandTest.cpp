@@ -79,8 +79,7 @@ TEST_F(ViewCommandTest, ReportsWhatTheViewCameTo) {
     EXPECT_THAT(words, HasSubstr("of " + std::to_string(pointsOf.size()) + " (0 is the"));
 }
 
-/// A scan of three points: the size of each is its distance from the scanner, which stands at
-/// (100, 200, 0). The red one is behind the blue one as seen from above, and larger.
+/// Three points. The red one is behind the blue one as seen from above.
 class ViewPictureTest : public ViewedTest {
 protected:
     ViewPictureTest()
@@ -89,8 +88,8 @@ protected:
     /// From `height` the field is a hundred units wide at the height of 0.
     Picture draw(int height, const std::string& options) const {
         expectDone(
-            "view t.vpt --image o.png --target 100,200,0 --up 0,1,0 --field 100,100 --eye "
-            "100,200," +
+            "view t.vpt --image o.png --shading none --no-legend --target 100,200,0 --up 0,1,0 "
+            "--field 100,100 --eye 100,200," +
             std::to_string(height) + " " + options);
         return Picture(read("o.png"));
     }
@@ -100,24 +99,64 @@ protected:
 
 TEST_F(ViewPictureTest, NearerPointsHideOthersAndSizesArePixels) {
     for (const std::string projection : {"--perspective", "--parallel"}) {
-        Picture above = draw(60, "--size 200x200 " + projection);
-        EXPECT_EQ(above.count(blue), 9U) << "a square of three pixels in front";
+        Picture above = draw(60, "--point-size 3 --size 200x200 " + projection);
+        EXPECT_EQ(above.count(blue), 9U) << "three pixels wide and high, in front";
         EXPECT_EQ(above.at(100, 100), blue);
-        EXPECT_EQ(above.count(red), 81U - 9U) << "the rest of nine";
-        EXPECT_EQ(above.count(green), 21U * 21U);
+        EXPECT_EQ(above.count(red), 0U) << "hidden";
+        EXPECT_EQ(above.count(green), 9U);
         const double scale = projection == "--parallel" ? 2.0 : 2.0 * 60 / 59.75;
         EXPECT_NEAR(above.middleColumn(), 100 + 20 * scale, 1);
         EXPECT_NEAR(above.middleRow(), 100 - 5 * scale, 1);
-        Picture below = draw(-60, "--size 200x200 " + projection);
-        EXPECT_EQ(below.count(red), 81U);
+        Picture below = draw(-60, "--point-size 1 --size 200x200 " + projection);
+        EXPECT_EQ(below.count(red), 1U);
         EXPECT_EQ(below.count(blue), 0U) << "hidden";
     }
     // A picture of another shape keeps the proportions.
-    Picture wide = draw(60, "--viewport 500,500 --size 400x200 --parallel");
+    Picture wide =
+        draw(60, "--point-size 3 --viewport 500,500 --size 400x200 --parallel --background WHITE");
     EXPECT_EQ(wide.width, 400U);
-    ASSERT_EQ(wide.count(green), 21U * 21U);
+    ASSERT_EQ(wide.count(green), 9U);
     EXPECT_NEAR(wide.middleColumn(), 200 + 20 * 2, 1);
     EXPECT_NEAR(wide.middleRow(), 100 - 5 * 2, 1);
+    EXPECT_EQ(wide.count({255, 255, 255}), 400U * 200U - 18U);
+}
+
+/// What the points of a scan are coloured by in a picture.
+class ColourlessPictureTest : public ProgramTest {
+protected:
+    /// \param change makes a point of the scan from one with random colour and intensity
+    template <class Change>
+    std::string colouredBy(const Change& change, const std::string& options = "") const {
+        PtxScan content{makeCloud({CloudShape::Uniform, 500})};
+        for (PointRecord& point : content.points) change(point);
+        folder.prepareTree(content, {6, false, 100, 10});
+        const std::string said = run("view t.vpt --image o.png --size 300x200 " + options).out;
+        return said.substr(std::min(said.rfind(' '), said.size() - 1) + 1);
+    }
+};
+
+TEST_F(ColourlessPictureTest, ShowsIntensityOrElseElevation) {
+    const auto black = [](PointRecord& p) { p.red = p.green = p.blue = 0; };
+    const auto grey = [](PointRecord& p) { p.green = p.blue = p.red; };
+    const auto dull = [](PointRecord& p) { p.intensity = 0.5; };
+    const auto blackAndDull = [&](PointRecord& p) { black(p), dull(p); };
+    EXPECT_EQ(colouredBy([](PointRecord&) {}), "scan\n");
+    EXPECT_EQ(colouredBy(black), "intensity\n");
+    EXPECT_EQ(colouredBy(grey), "intensity\n");
+    EXPECT_EQ(colouredBy(blackAndDull), "elevation\n");
+    EXPECT_EQ(colouredBy([&](PointRecord& p) { grey(p), dull(p); }), "scan\n");
+    EXPECT_EQ(colouredBy(black, "--stylization scan"), "scan\n");
+    EXPECT_EQ(colouredBy(black, "--stylization elevation --section 0,0,9,0,0,1"), "elevation\n");
+    EXPECT_EQ(colouredBy(dull, "--stylization intensity"), "brightness\n");
+    // The ramp, its range and the legend.
+    const std::string plain = "--section 0,0,9,0,0,1 --shading none --scheme Blues ";
+    colouredBy(blackAndDull, plain + "--no-legend --range 500,600");
+    Picture picture(read("o.png"));
+    const Picture::Colour lowest = {0, 0, 38}, slate = {44, 54, 68};
+    EXPECT_EQ(picture.count(lowest) + picture.count(slate), 300U * 200U);
+    EXPECT_GT(picture.count(lowest), 3000U);
+    colouredBy(blackAndDull, plain + "--range 500,600");
+    EXPECT_LT(Picture(read("o.png")).count(lowest), picture.count(lowest));
 }
 
 TEST_F(ViewCommandTest, WritesTheDiagnostics) {
@@ -133,7 +172,10 @@ TEST_F(ViewCommandTest, SaysWhatIsWrong) {
         "--viewport 100000x5|--perspective --parallel|--budget 50|--budget many|--density high|"
         "--stylization none|--scheme Pink|--section 0,0,0,0,0,0|--section 0,0,0,1,0|"
         "--clip-circle 0,0,0|--clip-circle inside:0,0,1|--clip-polygon 0,0;1,1|"
-        "--clip-polygon 0,0;1,1;2|--matrix 1,0,0,0,0,1,0,0,0,0,1,0,0,0,0|"
+        "--clip-polygon 0,0;1,1;2|--image o.jpg|--image .png|--image o.png --points o.png|"
+        "--image o.png --points ./o.png|--points o.las|--point-size 3|--image o.png --point-size 0|"
+        "--image o.png --shading much|--image o.png --range 2,1|--image o.png --background 1,2,256|"
+        "--matrix 1,0,0,0,0,1,0,0,0,0,1,0,0,0,0|"
         "--matrix 2,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1|--size 100x100|--image o.png --size 100|"
         "--colour red");
     for (std::string options; std::getline(wrong, options, '|');)

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <limits>
+#include <map>
 #include <optional>
 
 #include "core/util/VpcLogger.h"
@@ -65,6 +66,25 @@ TEST_F(PcCorePointSetTest, RefusesOtherVersionsAndKeepsNothingLoaded) {
     for (const auto& [other, isLoaded] : names)
         EXPECT_EQ(set.loadProjectFromFile(toOd(folder.file(other))), isLoaded) << other;
     EXPECT_EQ(set.getTotalNrPoints(), 3000U) << "a missing .vpt changes nothing";
+}
+
+TEST_F(PcCorePointSetTest, ReadsTheStoredIntensitiesOfVisiblePoints) {
+    std::map<Doubles3, double> stored;
+    const TreeFile tree = folder.tree();
+    for (const PointRecord& p : tree.pointsOf(tree.levels.size() - 1))
+        stored[{p.x, p.y, p.z}] = p.intensity;
+    EXPECT_TRUE(set.addSection("east", {40, 0, 0}, {1, 0, 0}, true));
+    set.setStylizationType(GiPc_Stylization_INTENSITY);
+    const Word shown = update(overview);
+    ASSERT_GT(shown, 100U);
+    ASSERT_LT(shown, 2900U);
+    const std::vector<double> intensities = set.readPointIntensities();
+    ASSERT_EQ(intensities.size(), shown);
+    for (Word i = 0; i < shown; ++i)
+        ASSERT_EQ(intensities[i], stored.at(fromOd(set.getPointCoordinates()[i]))) << i;
+    std::filesystem::resize_file(folder.output(), 1000);
+    EXPECT_LT(set.readPointIntensities().size(), shown);
+    EXPECT_TRUE(PcCorePointSet().readPointIntensities().empty());
 }
 
 TEST_F(PcCorePointSetTest, StaysWithoutFileWhenThereIsNoneOrADamagedOne) {

@@ -179,6 +179,17 @@ ViewCamera CameraOptions::Choose(const Corners& corners) const {
     return camera;
 }
 
+ViewCamera CameraOptions::Seeing(const Corners& corners) {
+    const double radius = radiusOf(corners);
+    ViewCamera camera;
+    camera.target = centreOf(corners);
+    camera.eye = camera.target + VpcVector3D(0, 0, eyeDistance * radius);
+    camera.up = VpcVector3D(0, 1, 0);
+    camera.fieldWidth = camera.fieldHeight = 2.0 * rim * radius;
+    camera.perspective = false;
+    return camera;
+}
+
 void CameraOptions::ChooseEyeAndTarget(ViewCamera& camera, const Corners& corners) const {
     VpcVector3D direction = obliqueFromAbove;
     direction.Normalize();

@@ -52,6 +52,7 @@ public:
     Place Of(const VpcVector3D& p) const;
     const VpcVector3D& Right() const { return right_; }
     const VpcVector3D& Up() const { return up_; }
+    const VpcVector3D& Forward() const { return forward_; }
 
     /// The part of `up` that is at right angles to `direction`, of length 1; where there is none,
     /// that of the axis y, or of x.
@@ -81,6 +82,10 @@ public:
     }
     const Viewport& GetViewport() const { return camera_.viewport; }
     ViewCamera Choose(const Corners& corners) const;
+    /// Whether every part of the camera is given, so that Choose does not depend on the corners.
+    bool IsComplete() const { return eye_ && target_ && !fieldText_.empty(); }
+    /// A camera that sees everything between the corners, from above and without perspective.
+    static ViewCamera Seeing(const Corners& corners);
 
 private:
     void ChooseEyeAndTarget(ViewCamera& camera, const Corners& corners) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <system_error>
 
 #include "core/util/DisplayText.h"
@@ -87,6 +88,28 @@ PlacedBox LoadedPointSet::Box(const OdGeMatrix3d& matrix) const {
     OdGePoint3d low, high;
     if (!Core().readDataMinMax(AbsoluteName(), low, high) && Levels() > 0) FailReading();
     return {low, high, matrix};
+}
+
+std::optional<CameraOptions::Corners> LoadedPointSet::VisibleCorners() const {
+    const std::span points(set_->getPointCoordinates(),
+                           static_cast<std::size_t>(set_->getNrVisiblePoints()));
+    if (points.empty()) return std::nullopt;
+    OdGePoint3d low = points[0], high = points[0];
+    for (const OdGePoint3d& p : points) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    return PlacedBox(low, high, OdGeMatrix3d()).corners;
+}
+
+std::vector<double> LoadedPointSet::Intensities() const {
+    std::vector<double> intensities = Core().readPointIntensities();
+    if (intensities.size() < set_->getNrVisiblePoints()) FailReading();
+    return intensities;
+}
+
+const double* LoadedPointSet::Luminances() const {
+    return Core().projectManager()->visibleNodeManager().intensities();
 }
 
 void LoadedPointSet::Update(const ViewCamera& camera, const OdGeMatrix3d& matrix) {

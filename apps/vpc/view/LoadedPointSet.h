@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/geometry/VpcPoint3D.h"
 #include "host/PcCorePointSet.h"
@@ -48,6 +49,14 @@ public:
     CameraOptions::Corners Corners(const OdGeMatrix3d& matrix) const { return Box(matrix).corners; }
     /// Shows the view that a camera has of the points, which `matrix` places in the world.
     void Update(const ViewCamera& camera, const OdGeMatrix3d& matrix);
+    /// The corners of a box around the points of the last view, in the world; nothing where there
+    /// are none.
+    std::optional<CameraOptions::Corners> VisibleCorners() const;
+    /// The intensities that the scan gave the points of the last view. Throws CommandError where
+    /// the file cannot be read any more.
+    std::vector<double> Intensities() const;
+    /// The luminance of their colours in the scan; only after a view that is coloured by intensity.
+    const double* Luminances() const;
     /// Describes the last view.
     ViewReport Report(double updateSeconds) const;
     /// A sentence that says why a picture of the last view, which `camera` had, shows no points at

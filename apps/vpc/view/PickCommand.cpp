@@ -9,6 +9,7 @@
 #include "core/geometry/NumberText.h"
 #include "core/util/DisplayText.h"
 #include "vpc/common/NumberList.h"
+#include "vpc/view/Framing.h"
 #include "vpc/view/LoadedPointSet.h"
 #include "vpc/view/PictureFrame.h"
 
@@ -74,7 +75,7 @@ int PickCommand::Run() {
     shown_.SetUp(*pointSet);
     shown_.SetLevel(pointSet);
     const OdGeMatrix3d& matrix = shown_.Matrix();
-    const ViewCamera camera = camera_.Choose(pointSet.Corners(matrix));
+    const ViewCamera camera = chooseCamera(pointSet, camera_, shown_);
     pointSet.Update(camera, matrix);
     if (const auto reason = pointSet.WhyEmpty(camera, size_, matrix)) throw CommandError(*reason);
     if (const auto reason = pointSet.WhyCoarser()) Warn(*reason);

@@ -25,6 +25,7 @@ public:
     unsigned long long Budget() const { return budget_; }
     /// Takes the file's coordinates to the world's.
     const OdGeMatrix3d& Matrix() const { return cuts_.Matrix(); }
+    bool HasCuts() const { return cuts_.Any(); }
     /// Gives a point set the density and the cuts.
     void SetUp(GiPointSetDefinition& points) const;
     /// Gives a point set the level, if one was asked for. Throws CommandUsageError where it has no

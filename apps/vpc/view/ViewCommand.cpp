@@ -9,8 +9,10 @@
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/OutputFile.h"
 #include "vpc/common/TextLine.h"
+#include "vpc/view/Framing.h"
 #include "vpc/view/LoadedPointSet.h"
-#include "vpc/view/PointImage.h"
+#include "vpc/view/PngFile.h"
+#include "vpc/view/PointPicture.h"
 
 namespace vpc {
 
@@ -33,12 +35,33 @@ void print(const std::string& text) {
     std::fputs(text.c_str(), stdout);
 }
 
+/// Whether two names stand for one file, which need not exist yet.
+bool isSameFile(const std::string& a, const std::string& b) {
+    if (a.empty() || b.empty()) return false;
+    std::error_code ignored;
+    if (std::filesystem::equivalent(a, b, ignored)) return true;
+    const auto canonicalA = std::filesystem::weakly_canonical(a, ignored);
+    const auto canonicalB = std::filesystem::weakly_canonical(b, ignored);
+    return canonicalA == canonicalB;
+}
+
+/// Throws CommandUsageError for a name that says that its file is something else than text.
+void requireTextName(const std::string& file) {
+    const std::string extension =
+        CLI::detail::to_lower(std::filesystem::path(file).extension().string());
+    for (const char* other : {".las", ".laz", ".pts", ".ptx", ".ply", ".vpt", ".png"})
+        if (extension == other)
+            throw CommandUsageError("--points writes plain text, and '" + file +
+                                    "' is a name for something else; end it in .txt");
+}
+
 }  // namespace
 
 ViewCommand::ViewCommand(CLI::App& app)
     : Command(app, "view", "Show a tree file as a host would: a picture, the points, a report"),
       camera_(Options()),
-      options_(Options()) {
+      options_(Options()),
+      picture_(Options()) {
     Options().add_option("FILE", file_, "The tree file")->required()->type_name("FILE.vpt");
     DeclareOutput();
     Options().footer(
@@ -55,12 +78,6 @@ ViewCommand::ViewCommand(CLI::App& app)
 
 void ViewCommand::DeclareOutput() {
     CLI::App& options = Options();
-    options.add_option("--image", image_, "Draw the points into this picture")
-        ->type_name("OUT.png");
-    options
-        .add_option("--size", sizeText_,
-                    "Width and height of the picture in pixels, default: the viewport's")
-        ->type_name("WxH");
     options.add_option("--points", points_, "Write every visible point: x y z red green blue size")
         ->type_name("OUT.txt");
     options.add_flag("--report", report_, "Print what the view came to in JSON");
@@ -74,14 +91,9 @@ void ViewCommand::DeclareOutput() {
 int ViewCommand::Run() {
     camera_.Read();
     options_.Read();
-    size_ = camera_.GetViewport();
-    if (!sizeText_.empty()) {
-        if (image_.empty()) throw CommandUsageError("--size is for --image");
-        size_ = Viewport::Parse(sizeText_, "--size");
-        camera_.SetViewport(size_);
-    }
-    CheckOutput(image_);
-    CheckOutput(points_);
+    picture_.Read();
+    if (picture_.Size()) camera_.SetViewport(*picture_.Size());
+    CheckOutputs();
     Interrupt::Catch();
 
     LoadedPointSet pointSet(file_);
@@ -89,15 +101,15 @@ int ViewCommand::Run() {
     options_.SetUp(*pointSet);
     options_.SetLevel(pointSet);
     const OdGeMatrix3d& matrix = options_.Matrix();
-    const ViewCamera camera = camera_.Choose(pointSet.Corners(matrix));
+    const ViewCamera camera = chooseCamera(pointSet, camera_, options_);
     const Stopwatch stopwatch;
     pointSet.Update(camera, matrix);
     const ViewReport report = pointSet.Report(stopwatch.Seconds());
     Interrupt::Check();
-    if (const auto reason = pointSet.WhyEmpty(camera, size_, matrix)) Warn(*reason);
+    if (const auto reason = pointSet.WhyEmpty(camera, PictureSize(), matrix)) Warn(*reason);
     if (const auto reason = pointSet.WhyCoarser()) Warn(*reason);
 
-    if (!image_.empty()) WriteImage(pointSet, camera);
+    if (picture_.Wanted()) WriteImage(pointSet, camera);
     if (!points_.empty()) WritePoints(pointSet);
     if (!diagnostics_.empty()) {
         pointSet.WriteDiagnostics(diagnostics_);
@@ -105,31 +117,34 @@ int ViewCommand::Run() {
     }
     if (report_)
         print(report.ToJson());
-    else if (image_.empty() && points_.empty() && diagnostics_.empty())
+    else if (!picture_.Wanted() && points_.empty() && diagnostics_.empty())
         print(file_ + "\n" + report.ToText());
     return exitDone;
 }
 
-void ViewCommand::CheckOutput(const std::string& output) const {
-    std::error_code ignored;  // the output need not exist yet
-    if (!output.empty() && std::filesystem::equivalent(output, file_, ignored))
-        throw CommandError("'" + output + "' is the tree file itself; choose another name");
+Viewport ViewCommand::PictureSize() const {
+    return picture_.Size().value_or(camera_.GetViewport());
+}
+
+void ViewCommand::CheckOutputs() const {
+    if (picture_.Wanted() && isSameFile(picture_.File(), points_))
+        throw CommandUsageError("--image and --points both name '" + points_ +
+                                "'; give them different names");
+    for (const std::string& output : {picture_.File(), points_})
+        if (isSameFile(output, file_))
+            throw CommandError("'" + output + "' is the tree file itself; choose another name");
+    requireTextName(points_);
 }
 
 void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const {
-    const unsigned long long points = pointSet->getNrVisiblePoints();
-    const OdGePoint3d* const coordinates = pointSet->getPointCoordinates();
-    const OdCmEntityColor* const colours = pointSet->getPointColors();
-    const double* const sizes = pointSet->getPointSizes();
-    PointImage image(camera, size_);
-    for (unsigned long long i = 0; i < points; ++i)
-        image.Draw({coordinates[i].x, coordinates[i].y, coordinates[i].z},
-                   {colours[i].red(), colours[i].green(), colours[i].blue()}, sizes[i]);
+    const Viewport size = PictureSize();
+    const PointPicture picture = PointPicture::Draw(pointSet, camera, size, options_, picture_);
     Interrupt::Check();
-    const std::vector<char> png = image.Png();
-    writeOutputFile(image_, [&](ReplacementFile& file) { file.Write(png.data(), png.size()); });
-    TellWritten(image_, std::to_string(size_.width) + " x " + std::to_string(size_.height) +
-                            " pixels of " + std::to_string(points) + " points");
+    writePng(picture_.File(), picture.image);
+    TellWritten(picture_.File(), std::to_string(size.width) + " x " + std::to_string(size.height) +
+                                     " pixels of " +
+                                     std::to_string(pointSet->getNrVisiblePoints()) +
+                                     " points, coloured by " + picture.colouredBy);
 }
 
 void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {

@@ -4,6 +4,7 @@
 
 #include "vpc/common/Command.h"
 #include "vpc/view/Camera.h"
+#include "vpc/view/PictureOptions.h"
 #include "vpc/view/ViewOptions.h"
 
 namespace vpc {
@@ -18,7 +19,8 @@ public:
 
 private:
     void DeclareOutput();
-    void CheckOutput(const std::string& output) const;
+    Viewport PictureSize() const;
+    void CheckOutputs() const;
     void WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const;
     void WritePoints(const LoadedPointSet& pointSet) const;
     /// Tells the user of a written file, unless the output is JSON alone.
@@ -27,13 +29,10 @@ private:
     CameraOptions camera_;
     ViewOptions options_;
     std::string file_;
-    std::string image_;
-    std::string sizeText_;
+    PictureOptions picture_;
     std::string points_;
     bool report_ = false;
     std::string diagnostics_;
-    /// The picture's.
-    Viewport size_;
 };
 
 }  // namespace vpc

@@ -12,7 +12,8 @@ namespace {
 // The words for a view's settings. A word's place in its list is the number of what it names.
 
 std::vector<std::string> stylizationWords() {
-    return {"scan", "elevation", "intensity"};
+    // The last is the host's "none": points keep the colours of the scan, if they have any.
+    return {"scan", "elevation", "intensity", "auto"};
 }
 
 /// "ScanColors", "Spectrum" and so on.
@@ -39,22 +40,34 @@ int placeOf(const std::string& word, const std::vector<std::string>& words) {
 
 ViewOptions::ViewOptions(CLI::App& options) : ShownOptions(options) {
     options
-        .add_option("--stylization", stylizationText_,
-                    "What the colours show: scan, elevation or intensity")
+        .add_option(
+            "--stylization", stylizationText_,
+            "What the colours show: scan, elevation, intensity, or auto: the scan's colours; in "
+            "a picture of points without any, their intensity or else elevation")
         ->check(CLI::IsMember(stylizationWords(), CLI::ignore_case))
         ->capture_default_str()
         ->type_name("WHAT");
-    options.add_option("--scheme", schemeText_, "Colour ramp for elevation and intensity")
+    options
+        .add_option("--scheme", schemeText_,
+                    "Colour ramp for elevation and intensity, default: Spectrum; Gray for the "
+                    "intensity in a picture")
         ->check(CLI::IsMember(schemeWords(), CLI::ignore_case))
-        ->capture_default_str()
         ->type_name("NAME");
+}
+
+GiPcStylizationType ViewOptions::Stylization() const {
+    return static_cast<GiPcStylizationType>(placeOf(stylizationText_, stylizationWords()));
+}
+
+std::optional<GiPcColorScheme> ViewOptions::Scheme() const {
+    if (schemeText_.empty()) return std::nullopt;
+    return static_cast<GiPcColorScheme>(placeOf(schemeText_, schemeWords()));
 }
 
 void ViewOptions::SetUp(GiPointSetDefinition& points) const {
     ShownOptions::SetUp(points);
-    points.setStylizationType(
-        static_cast<GiPcStylizationType>(placeOf(stylizationText_, stylizationWords())));
-    points.setColorScheme(static_cast<GiPcColorScheme>(placeOf(schemeText_, schemeWords())));
+    points.setStylizationType(Stylization());
+    points.setColorScheme(Scheme().value_or(GiPc_ColorScheme_Spectrum));
 }
 
 }  // namespace vpc

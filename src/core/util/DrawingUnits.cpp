@@ -50,6 +50,12 @@ std::string DrawingUnits::Name(unsigned long long code) {
     return code < units.size() ? units[code].plural : "";
 }
 
+std::string DrawingUnits::Symbol(unsigned long long code) {
+    if (code == undefined || code >= units.size()) return "";
+    const Unit& unit = units[code];
+    return *unit.abbreviation != '\0' ? unit.abbreviation : unit.plural;
+}
+
 std::optional<unsigned long long> DrawingUnits::Parse(const std::string& text) {
     if (text.empty()) return std::nullopt;
     const std::string plain = plainly(text);

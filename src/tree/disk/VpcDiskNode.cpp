@@ -54,6 +54,13 @@ unsigned long long decode(std::span<const char> records, const Slots& slots,
     return kept;
 }
 
+/// Calls `read` with a filter that lets the points pass which the tree shows.
+template <class Read>
+unsigned long long withFilterOf(const VpcTree& tree, const Read& read) {
+    if (!tree.FiltersPoints()) return read([](double, double, double) { return true; });
+    return read([&tree](double x, double y, double z) { return tree.Passes(x, y, z); });
+}
+
 }  // namespace
 
 VpcDiskNode::VpcDiskNode(VpcDiskTree* ownerTree, VpcDiskNode* parentNode, const Triplet& index,
@@ -99,8 +106,25 @@ unsigned long long VpcDiskNode::AddPointsFromDisk(unsigned long long firstSlot, 
     if (room == 0) return 0;
     const std::span<const char> records = tree->ReadPointRecords(pointsOffset, nrPoints);
     const Slots slots{coords + firstSlot, colors + firstSlot, sizes + firstSlot};
-    if (!tree->FiltersPoints())
-        return decode(records, slots, room, [](double, double, double) { return true; });
-    return decode(records, slots, room,
-                  [this](double x, double y, double z) { return tree->Passes(x, y, z); });
+    return withFilterOf(*tree,
+                        [&](const auto& passes) { return decode(records, slots, room, passes); });
+}
+
+unsigned long long VpcDiskNode::AppendIntensities(std::vector<double>& intensities,
+                                                  unsigned long long maxCount) const {
+    const std::span<const char> records = tree->ReadPointRecords(pointsOffset, nrPoints);
+    return withFilterOf(*tree, [&](const auto& passes) {
+        unsigned long long appended = 0;
+        for (std::size_t at = 0; at < records.size() && appended < maxCount;
+             at += VpcPoint3D::recordSize) {
+            const char* const record = &records[at];
+            if (!passes(valueAt<double>(record + VpcPoint3D::recordOffsetX),
+                        valueAt<double>(record + VpcPoint3D::recordOffsetY),
+                        valueAt<double>(record + VpcPoint3D::recordOffsetZ)))
+                continue;
+            intensities.push_back(valueAt<double>(record + VpcPoint3D::recordOffsetIntensity));
+            ++appended;
+        }
+        return appended;
+    });
 }

@@ -94,4 +94,9 @@ public:
                                          OdCmEntityColor* colors, double* sizes,
                                          unsigned long long maxCount,
                                          unsigned long long capacity = ~0ULL);
+    /// Appends the stored intensities of the points that AddPointsFromDisk gives, the first
+    /// `maxCount` of them.
+    /// \return how many were appended
+    unsigned long long AppendIntensities(std::vector<double>& intensities,
+                                         unsigned long long maxCount) const;
 };

@@ -1,4 +1,4 @@
-#include "core/util/TextLine.h"
+#include "core/util/LineOfFile.h"
 
 #include <cstdio>
 #include <string>
@@ -65,8 +65,8 @@ std::string lineFrom(const wxString& path, unsigned long long start) {
 
 }  // namespace
 
-TextLine TextLine::At(const wxString& path, unsigned long long position) {
-    TextLine line;
+LineOfFile LineOfFile::At(const wxString& path, unsigned long long position) {
+    LineOfFile line;
     unsigned long long start = 0;
     unsigned long long at = 0;
     char before = 0;
@@ -84,7 +84,7 @@ TextLine TextLine::At(const wxString& path, unsigned long long position) {
     return line;
 }
 
-unsigned long long TextLine::CountFrom(const wxString& path, unsigned long long position,
+unsigned long long LineOfFile::CountFrom(const wxString& path, unsigned long long position,
                                        const std::function<bool()>& goesOn) {
     unsigned long long lines = 0;
     bool hasText = false;

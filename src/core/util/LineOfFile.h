@@ -7,11 +7,11 @@
 namespace vpc {
 
 /// A line of a text file. Lines end as FileTools::CountTokensOnLine takes them to end.
-struct TextLine {
+struct LineOfFile {
     /// The line on which the text goes on at or behind a position, counted in bytes from the start
     /// of the file: white space is passed over. The last line where there is nothing else. Reads
     /// the file from its start, so it is for telling of a fault and not for every line.
-    static TextLine At(const wxString& file, unsigned long long position);
+    static LineOfFile At(const wxString& file, unsigned long long position);
     /// How many lines that are not blank there are from a position on. Asks `goesOn` now and then
     /// whether to count on.
     static unsigned long long CountFrom(const wxString& file, unsigned long long position,
