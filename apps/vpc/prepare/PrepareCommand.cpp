@@ -4,10 +4,11 @@
 
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <numeric>
+#include <new>
 #include <optional>
 #include <system_error>
 
@@ -20,11 +21,8 @@
 #include "core/util/TemporaryOwner.h"
 #include "core/util/VpcLogger.h"
 #include "tree/construct/PrepareChecks.h"
-#include "tree/file/LevelTotals.h"
-#include "tree/file/PointTreeReader.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/SystemMemory.h"
-#include "vpc/prepare/ProgressDisplay.h"
 #include "vpc/scan/ScanList.h"
 #include "vpc/scan/ScanSet.h"
 #include "vpc/unit/UnitChoice.h"
@@ -180,7 +178,16 @@ PrepareCommand::PrepareCommand(CLI::App& app)
                      "Go on with the points that are there when points are missing or cannot be "
                      "read; those are left out");
     options.add_flag("--skip-bad", options_.skipBad, "Leave out scans that cannot be used");
-    options.add_flag("--quiet", options_.quiet, "Show no progress");
+    options.add_flag("--quiet", options_.quiet, "Print nothing but warnings and errors");
+    options
+        .add_option("--progress", options_.progress,
+                    "How progress is told: words (a bar on a terminal, else a line now and then), "
+                    "json (a line of JSON a step on standard output), or none")
+        ->check(CLI::IsMember({"words", "json", "none"}))
+        ->capture_default_str()
+        ->type_name("HOW");
+    options.add_flag("--json", options_.json,
+                     "Print the summary as one line of JSON, with the warnings by file");
     options.add_flag("--force", options_.force, "Go on when the disk seems to lack room");
     options.footer(
         "Examples:\n"
@@ -198,6 +205,7 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
+    const auto start = std::chrono::steady_clock::now();
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());
     TemporaryOwner::RemoveLeftovers(std::filesystem::path(options_.output).parent_path().string());
@@ -209,7 +217,7 @@ int PrepareCommand::Run() {
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();
-    ProgressDisplay display({options_.quiet, checked.format, checked.points, "vpc " + Name(),
+    ProgressDisplay display({ProgressStyle(), checked.format, checked.points, "vpc " + Name(),
                              [&](const wxString& message) { return scans.InUsersNames(message); }});
     for (const std::string& warning : list.Warnings())
         display.Warn(FileTools::FromNativePath(warning));
@@ -221,8 +229,19 @@ int PrepareCommand::Run() {
     log(result.success ? wxString("Prepared") : "Failed: " + scans.InUsersNames(result.message));
     CheckResult(result, scans, display);
     if (!result.message.empty()) display.Warn(scans.InUsersNames(result.message));
-    PrintSummary(result);
+    PrepareReport report = PrepareReport::Of(options_.output);
+    report.unit = DrawingUnits::Name(options_.unit);
+    report.time = FileTools::ToNativePath(result.elapsedTime);
+    report.seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    Tell(report, display.Warnings(), scans);
     return exitDone;
+}
+
+ProgressDisplay::Style PrepareCommand::ProgressStyle() const {
+    if (options_.progress == "json") return ProgressDisplay::Style::Json;
+    const bool quiet = options_.quiet || options_.progress == "none";
+    return quiet ? ProgressDisplay::Style::Quiet : ProgressDisplay::Style::Words;
 }
 
 std::string PrepareCommand::WorkParent() const {
@@ -287,6 +306,8 @@ TreePrepareResult PrepareCommand::Prepare(const ScanSet& scans, const std::strin
 void PrepareCommand::CheckResult(const TreePrepareResult& result, const ScanSet& scans,
                                  ProgressDisplay& display) const {
     if (result.success) return;
+    // The library's message names the exception; the program has a sentence for this one.
+    if (result.message.Contains("std::bad_alloc")) throw std::bad_alloc();
     if (display.Objected() == ProgressDisplay::Objection::NoPoints)
         throw CommandError("'" + scans.Names().front() +
                            "' and the other scans, if any, hold no points that could be "
@@ -317,31 +338,15 @@ void PrepareCommand::LogStart(const ScanSet& scans) const {
                          options_.tree.c_str(), options_.maxPoints, options_.maxLevel));
 }
 
-void PrepareCommand::PrintSummary(const TreePrepareResult& result) const {
-    const std::string written = "'" + options_.output + "' was written but ";
-    const std::string see = "; check its disk, then see vpc verify";
-    std::vector<LevelTotals> levels;
-    unsigned long long bytes = 0;
-    try {
-        PointTreeReader tree(fullPath(options_.output));
-        levels = LevelTotals::Count(tree);
-        bytes = tree.Size();
-    } catch (const IoError& failure) {
-        throw CommandError(written + FileTools::ToNativePath(failure.Problem()) + see);
-    }
-    const auto nodes = std::accumulate(
-        levels.begin(), levels.end(), 0ULL,
-        [](unsigned long long sum, const LevelTotals& level) { return sum + level.nodes; });
-    const unsigned long long points = levels.empty() ? 0 : levels.back().points;
-    const std::string time = FileTools::ToNativePath(result.elapsedTime);
-    std::printf(
-        "%s\n  points  %llu\n  levels  %zu\n  nodes   %llu\n  unit    %s\n  size    %s\n"
-        "  time    %s\n",
-        options_.output.c_str(), points, levels.size(), nodes,
-        DrawingUnits::Name(options_.unit).c_str(), DisplayText::Bytes(bytes).c_str(), time.c_str());
-    log(wxString::Format("%llu points, %zu levels, %llu nodes, %llu bytes, ", points, levels.size(),
-                         nodes, bytes) +
-        result.elapsedTime);
+void PrepareCommand::Tell(const PrepareReport& report, const std::vector<std::string>& warnings,
+                          const ScanSet& scans) const {
+    log(wxString::Format("%llu points, %llu levels, %llu nodes, %llu bytes, ", report.points,
+                         report.levels, report.nodes, report.bytes) +
+        FileTools::FromNativePath(report.time));
+    if (options_.json)
+        std::fputs(report.ToJson(warnings, scans.Names()).c_str(), stdout);
+    else if (!options_.quiet)
+        std::fputs(report.ToText().c_str(), stdout);
 }
 
 }  // namespace vpc

@@ -6,11 +6,12 @@
 #include "core/util/VpcDefinitions.h"
 #include "tree/construct/PcCorePointPrepare.h"
 #include "vpc/common/Command.h"
+#include "vpc/prepare/PrepareReport.h"
+#include "vpc/prepare/ProgressDisplay.h"
 
 namespace vpc {
 
 struct PrepareFinding;
-class ProgressDisplay;
 class ScanSet;
 
 /// What the user asks of one preparing run; file names in the system's encoding.
@@ -31,6 +32,8 @@ struct PrepareOptions {
     bool allowIncomplete = false;
     bool skipBad = false;
     bool quiet = false;
+    std::string progress = "words";
+    bool json = false;
     bool force = false;
 };
 
@@ -43,6 +46,7 @@ public:
 private:
     /// The folder in which the run's own folder for temporary files is made.
     std::string WorkParent() const;
+    ProgressDisplay::Style ProgressStyle() const;
     VpcTreeType TreeType() const;
     /// Throws CommandError for what would make the run fail, other than its scans, and that the
     /// user has not asked to ignore.
@@ -58,7 +62,9 @@ private:
     /// The end of a sentence: that an older output has not been touched.
     std::string Unchanged() const;
     void LogStart(const ScanSet& scans) const;
-    void PrintSummary(const TreePrepareResult& result) const;
+    /// Prints and logs what has become of the scans.
+    void Tell(const PrepareReport& report, const std::vector<std::string>& warnings,
+              const ScanSet& scans) const;
 
     PrepareOptions options_;
     std::string unitText_ = "auto";

@@ -1,11 +1,13 @@
 #include "vpc/prepare/ProgressDisplay.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
+
+#include <wx/arrstr.h>
+#include <nlohmann/json.hpp>
 
 #include "core/util/DisplayText.h"
 #include "core/util/FileTools.h"
@@ -18,8 +20,7 @@ namespace {
 
 constexpr std::chrono::milliseconds barInterval(100);
 constexpr std::chrono::milliseconds lineInterval(3000);
-constexpr std::size_t barWidth = 20;
-constexpr std::size_t lineWidth = 79;
+constexpr std::chrono::milliseconds jsonInterval(200);
 /// There is no forecast before this share of a run is done and has taken this long.
 constexpr double shareToForecast = 0.03;
 constexpr double secondsToForecast = 1.0;
@@ -45,23 +46,10 @@ double secondsBetween(std::chrono::steady_clock::time_point a,
     return std::chrono::duration<double>(b - a).count();
 }
 
-std::string bar(double share) {
-    const auto full = static_cast<std::size_t>(share * static_cast<double>(barWidth));
-    std::string text = "[";
-    text.append(full, '#').append(barWidth - full, '-').append("] ");
-    return text;
-}
-
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(width, text.size()), ' ');
-    return text;
-}
-
 }  // namespace
 
 ProgressDisplay::ProgressDisplay(Settings settings)
     : settings_(std::move(settings)),
-      terminal_(isatty(STDERR_FILENO) == 1),
       start_(Clock::now()),
       stageStart_(start_),
       lastShown_(start_) {
@@ -74,18 +62,23 @@ bool ProgressDisplay::onProgress(const PrepareProgress& progress) {
     if (stage_ == PrepareStage::BuildLevels) pointsToSort_ = progress.pointsInAll;
     if (IsTimeToShow(now)) {
         const double inStage = secondsBetween(stageStart_, now);
-        const std::string rate =
-            inStage > 0.0 ? DisplayText::Short(static_cast<double>(progress.pointsDone) / inStage) +
-                                " points/s"
-                          : "";
-        Show(DoneShare(progress), stageNames[static_cast<std::size_t>(progress.stage)], rate, now);
+        const auto done = static_cast<double>(progress.pointsDone);
+        Show({DoneShare(progress), stageNames[static_cast<std::size_t>(progress.stage)],
+              progress.pointsDone, inStage > 0.0 ? done / inStage : 0.0, false},
+             now);
     }
     return true;
 }
 
 bool ProgressDisplay::IsTimeToShow(Clock::time_point now) const {
-    const auto interval = terminal_ ? barInterval : lineInterval;
-    return !settings_.quiet && now - lastShown_ >= interval;
+    switch (settings_.style) {
+        case Style::Quiet:
+            return false;
+        case Style::Json:
+            return now - lastShown_ >= jsonInterval;
+        default:
+            return now - lastShown_ >= (TerminalLine::IsPossible() ? barInterval : lineInterval);
+    }
 }
 
 void ProgressDisplay::ShowChecking(unsigned long long bytesDone, unsigned long long bytesInAll) {
@@ -93,14 +86,13 @@ void ProgressDisplay::ShowChecking(unsigned long long bytesDone, unsigned long l
     // The stage that follows begins with the last of these calls.
     stageStart_ = now;
     if (!IsTimeToShow(now)) return;
-    const double done = static_cast<double>(bytesDone);
+    const auto done = static_cast<double>(bytesDone);
     const double part = bytesInAll == 0 ? 0.0 : done / static_cast<double>(bytesInAll);
     const double elapsed = secondsBetween(start_, now);
-    const std::string rate =
-        elapsed > 0.0 ? DisplayText::Bytes(static_cast<unsigned long long>(done / elapsed)) + "/s"
-                      : "";
     // Texts that are copied are read twice.
-    Show(textShares.checking * std::min(part, 1.0), checkingName, rate, now);
+    Show({textShares.checking * std::min(part, 1.0), checkingName, bytesDone,
+          elapsed > 0.0 ? done / elapsed : 0.0, true},
+         now);
 }
 
 bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString& message) {
@@ -145,37 +137,43 @@ double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
     return share + shares[stage] * std::min(done, 1.0);
 }
 
-void ProgressDisplay::Show(double share, const char* stage, const std::string& rate,
-                           Clock::time_point now) {
+void ProgressDisplay::Show(const Step& step, Clock::time_point now) {
     lastShown_ = now;
     const double elapsed = secondsBetween(start_, now);
-    std::string line =
-        padded(std::to_string(static_cast<int>(share * 100.0)) + " %", 5) + "  " + stage;
-    if (!rate.empty()) line += "  " + rate;
-    if (share >= shareToForecast && elapsed >= secondsToForecast)
-        line += "  " + DisplayText::Duration(elapsed * (1.0 - share) / share) + " left";
-    if (terminal_) {
-        std::fprintf(stderr, "\r%s", padded(bar(share) + line, lineWidth).c_str());
-        barShown_ = true;
-    } else {
+    std::optional<double> left;
+    if (step.share >= shareToForecast && elapsed >= secondsToForecast)
+        left = elapsed * (1.0 - step.share) / step.share;
+    if (settings_.style == Style::Json)
+        ShowJson(step, left);
+    else
+        ShowWords(step, left);
+}
+
+void ProgressDisplay::ShowWords(const Step& step, std::optional<double> secondsLeft) {
+    std::string line = percentText(step.share);
+    line.resize(std::max<std::size_t>(line.size(), 5), ' ');
+    line += std::string("  ") + step.stage;
+    if (step.perSecond > 0.0)
+        line +=
+            "  " +
+            (step.countsBytes ? DisplayText::Bytes(static_cast<unsigned long long>(step.perSecond))
+                              : DisplayText::Short(step.perSecond) + " points") +
+            "/s";
+    if (secondsLeft) line += "  " + DisplayText::Duration(*secondsLeft) + " left";
+    if (TerminalLine::IsPossible())
+        line_.Show(step.share, line);
+    else
         std::fprintf(stderr, "%s\n", line.c_str());
-    }
-    std::fflush(stderr);
 }
 
-void ProgressDisplay::Clear() {
-    if (!barShown_) return;
-    std::fprintf(stderr, "\r%s\r", std::string(lineWidth, ' ').c_str());
-    std::fflush(stderr);
-    barShown_ = false;
-}
-
-void ProgressDisplay::Note(const wxString& text) {
-    VpcLogger::Instance()->Add(text, false);
-    if (settings_.quiet) return;
-    Clear();
-    std::fprintf(stderr, "%s: %s\n", settings_.command.c_str(),
-                 FileTools::ToNativePath(text).c_str());
+void ProgressDisplay::ShowJson(const Step& step, std::optional<double> secondsLeft) {
+    nlohmann::ordered_json line = {{"stage", step.stage},
+                                   {"share", step.share},
+                                   {step.countsBytes ? "bytes" : "points", step.done},
+                                   {"perSecond", std::floor(step.perSecond)}};
+    if (secondsLeft) line["secondsLeft"] = *secondsLeft;
+    std::printf("%s\n", line.dump().c_str());
+    std::fflush(stdout);
 }
 
 void ProgressDisplay::Warn(const wxString& text) {
@@ -186,11 +184,13 @@ void ProgressDisplay::Warn(const wxString& text) {
     line.Trim(true).Trim(false);
     VpcLogger::Instance()->Add("Warning: " + line, false);
     PrintLine("warning: " + line);
+    for (const wxString& one : wxSplit(line, '\n', '\0'))
+        warnings_.push_back(FileTools::ToNativePath(one));
 }
 
 void ProgressDisplay::Note(const wxString& text) {
     VpcLogger::Instance()->Add(text, false);
-    if (settings_.quiet) return;
+    if (settings_.style == Style::Quiet) return;
     Clear();
     PrintLine(text);
 }

@@ -2,19 +2,24 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/util/VpcDefinitions.h"
 #include "tree/construct/PrepareObserver.h"
+#include "vpc/common/TerminalLine.h"
 
 namespace vpc {
 
-/// Shows a preparing run on standard error and stops it when the user asks for it: a bar that
-/// moves on a terminal, a line every few seconds elsewhere, nothing when quiet.
+/// Shows a preparing run and stops it when the user asks for it. For people it shows on standard
+/// error a bar that moves on a terminal and a line every few seconds elsewhere; for programs it
+/// prints lines of JSON on standard output.
 class ProgressDisplay : public PrepareObserver {
 public:
+    enum class Style { Words, Json, Quiet };
     struct Settings {
-        bool quiet;
+        Style style;
         VpcDataFormat format;
         /// Points expected while the scans are still being measured.
         unsigned long long estimatedPoints;
@@ -31,31 +36,42 @@ public:
     bool onScansMeasured(const ScanSummary& summary, const wxString& message) override;
 
     /// Takes the bar off the terminal.
-    void Clear();
-    /// Prints a line on standard error, unless the run is to be quiet, and into the log.
-    void Note(const wxString& text);
+    void Clear() { line_.Clear(); }
     /// Prints a warning on standard error and into the log, unless it repeats the last one.
     void Warn(const wxString& text);
     /// Prints on standard error, unless quiet, and into the log what is worth knowing.
     void Note(const wxString& text);
+    /// The warnings so far, a line each, in the system's encoding.
+    const std::vector<std::string>& Warnings() const { return warnings_; }
     /// Why this object ended the run without the user's asking for it.
     enum class Objection { None, TextChanged, NoPoints };
     Objection Objected() const { return objection_; }
 
 private:
     using Clock = std::chrono::steady_clock;
+    /// How far a run is.
+    struct Step {
+        /// The part of the whole run that is done, 0 to 1.
+        double share;
+        const char* stage;
+        /// Points or bytes done in this stage, and how fast it goes; 0 until that is known.
+        unsigned long long done;
+        double perSecond;
+        bool countsBytes;
+    };
 
     void StartStage(PrepareStage stage, Clock::time_point now);
     bool IsTimeToShow(Clock::time_point now) const;
     /// The part of the whole run that is done, 0 to 1.
     double DoneShare(const PrepareProgress& progress) const;
-    /// Shows the share of the whole run, the stage, and how fast it goes.
-    void Show(double share, const char* stage, const std::string& rate, Clock::time_point now);
+    void Show(const Step& step, Clock::time_point now);
+    void ShowWords(const Step& step, std::optional<double> secondsLeft);
+    static void ShowJson(const Step& step, std::optional<double> secondsLeft);
     void PrintLine(const wxString& text) const;
 
     Settings settings_;
-    bool terminal_;
-    bool barShown_ = false;
+    TerminalLine line_;
+    std::vector<std::string> warnings_;
     PrepareStage stage_ = PrepareStage::MeasureScans;
     Clock::time_point start_;
     Clock::time_point stageStart_;
