@@ -89,8 +89,9 @@ TEST_F(InfoCommandTest, SumsUpAllPoints) {
     std::string scan = "20000\n";
     for (int i = 0; i < 20000; ++i) {
         const int x = i % 100 + (i < 10000 ? 0 : 2000), y = i / 100 % 100;
-        scan += std::to_string(x * 0.5) + " " + std::to_string(y * 0.5) + " 7 " +
-                std::to_string(i % 3) + " 10 20 " + (i < 5000 ? "40\n" : "0\n");
+        const auto half = [](int n) { return std::to_string(n / 2) + (n % 2 == 0 ? " " : ".5 "); };
+        scan += half(x) + half(y) + "7 " + std::to_string(i % 3) + " 10 20 " +
+                (i < 5000 ? "40\n" : "0\n");
     }
     write("a.pts", scan);
     expectDone("prepare -o t.vpt --unit ft --max-points 2000 a.pts");

@@ -38,14 +38,21 @@ std::optional<CoordinateUnit> ProjDatabase::UnitOfCode(int code) const {
     return unitOf(name, metres);
 }
 
-SystemUnits ProjDatabase::SystemOfCode(int code) const {
-    return UnitsOf(Object(proj_create_from_database(
-        context_.get(), authority, std::to_string(code).c_str(), PJ_CATEGORY_CRS, 0, nullptr)));
+SystemUnits ProjDatabase::SystemOfCode(int code) {
+    const std::string text = std::to_string(code);
+    const auto [answer, isNew] = answers_.try_emplace(text);
+    if (isNew)
+        answer->second = UnitsOf(Object(proj_create_from_database(
+            context_.get(), authority, text.c_str(), PJ_CATEGORY_CRS, 0, nullptr)));
+    return answer->second;
 }
 
-SystemUnits ProjDatabase::SystemOfWkt(const std::string& wkt) const {
-    return UnitsOf(
-        Object(proj_create_from_wkt(context_.get(), wkt.c_str(), nullptr, nullptr, nullptr)));
+SystemUnits ProjDatabase::SystemOfWkt(const std::string& wkt) {
+    const auto [answer, isNew] = answers_.try_emplace(wkt);
+    if (isNew)
+        answer->second = UnitsOf(
+            Object(proj_create_from_wkt(context_.get(), wkt.c_str(), nullptr, nullptr, nullptr)));
+    return answer->second;
 }
 
 SystemUnits ProjDatabase::UnitsOf(const Object& system) const {

@@ -2,6 +2,7 @@
 
 #include <proj.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,9 +20,9 @@ public:
     /// The unit of length with this EPSG code.
     std::optional<CoordinateUnit> UnitOfCode(int code) const;
     /// The units of the system with this EPSG code.
-    SystemUnits SystemOfCode(int code) const;
+    SystemUnits SystemOfCode(int code);
     /// The units of the system that a WKT text of any dialect describes.
-    SystemUnits SystemOfWkt(const std::string& wkt) const;
+    SystemUnits SystemOfWkt(const std::string& wkt);
 
 private:
     struct Destroyer {
@@ -35,6 +36,8 @@ private:
     std::optional<CoordinateUnit> AxisUnit(const Object& system, int axis) const;
 
     std::unique_ptr<PJ_CONTEXT, Destroyer> context_;
+    /// What has been asked, since the tiles of a site all name one system.
+    std::map<std::string, SystemUnits> answers_;
 };
 
 }  // namespace vpc

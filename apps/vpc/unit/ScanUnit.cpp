@@ -34,7 +34,7 @@ std::string byCode(int code) {
 /// Collects what the parts of a LAS file say, the part to go by first.
 class Statements {
 public:
-    Statements(const LasProjection& las, const ProjDatabase& database, ScanUnit& result)
+    Statements(const LasProjection& las, ProjDatabase& database, ScanUnit& result)
         : las_(las), database_(database), result_(result) {}
 
     void Collect() {
@@ -96,13 +96,13 @@ private:
     }
 
     const LasProjection& las_;
-    const ProjDatabase& database_;
+    ProjDatabase& database_;
     ScanUnit& result_;
 };
 
 }  // namespace
 
-ScanUnit ScanUnit::Read(const std::string& file, const ProjDatabase& database) {
+ScanUnit ScanUnit::Read(const std::string& file, ProjDatabase& database) {
     const LasProjection las = LasProjection::Read(file);
     ScanUnit unit;
     unit.largestCoordinate = las.LargestCoordinate();

@@ -31,7 +31,7 @@ struct ScanUnit {
 
     /// Looks into a file, whose name is in the system's encoding. A file that is damaged or cannot
     /// be read names no unit.
-    static ScanUnit Read(const std::string& file, const ProjDatabase& database);
+    static ScanUnit Read(const std::string& file, ProjDatabase& database);
 };
 
 }  // namespace vpc

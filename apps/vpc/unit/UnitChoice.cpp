@@ -80,7 +80,7 @@ class Chooser {
 public:
     Chooser(const std::string& option, const std::vector<std::string>& scans)
         : automatic_(option == UnitChoice::automatic), scans_(scans) {
-        const ProjDatabase database;
+        ProjDatabase database;
         for (const std::string& scan : scans) {
             units_.push_back(ScanUnit::Read(scan, database));
             largestCoordinate_ = std::max(largestCoordinate_, units_.back().largestCoordinate);
