@@ -114,6 +114,8 @@ bool ProgressDisplay::onScansMeasured(const ScanSummary& summary, const wxString
 void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {
     stage_ = stage;
     stageStart_ = now;
+    // Programs are told of every stage.
+    if (settings_.style == Style::Json) lastShown_ = {};
     const char* name = stageNames[static_cast<std::size_t>(stage)];
     VpcLogger::Instance()->Add(wxString("Stage: ") + name, false);
 }
