@@ -123,7 +123,7 @@ TEST_F(ScanAccountTest, TellsOfEverythingThatDidNotBecomePoints) {
          "line 2 ('') holds 0 values, where a point has 3, 4, 6 or 7, so nothing was read and 23 "
          "points were made up\n"},
         {"a.pts", "2\n1 2 nan 0 0 0\n1 2 3 -1 65536 1e30\n", 2,
-         "1 point has a colour beyond 0 to 65535, of which the low 16 bits were kept\n"
+         "3 reds, greens and blues lie beyond 0 to 65535, and their low 16 bits were kept\n"
          "1 points with a coordinate that is no finite number, or is out of all bounds, were left "
          "out\n"},
         // The line of a fault far behind, whose text is long.
