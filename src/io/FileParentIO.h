@@ -79,8 +79,8 @@ public:
         WidenExtent(x, y, z);
     }
 
-    /// What became of the current file so far, without the points delivered, which the caller
-    /// counts, and with faults whose lines are not yet known.
+    /// What became of the current file so far, without its format and the points delivered, which
+    /// the caller knows, and with faults whose lines are not known yet.
     ScanAccount Account() const;
 
     /// True when the extent holds at least one point.

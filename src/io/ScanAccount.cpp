@@ -60,7 +60,8 @@ void AccountDescriber::Describe() {
             wxString::Format(wxGetTranslation("%s and is left out"), failure.Message()));
         return;
     }
-    if (account_.points == 0) Say(wxGetTranslation("it holds no points"));
+    // Behind a line that was taken for a count, nobody knows what it would hold.
+    if (account_.points == 0 && !Has(Kind::OddCount)) Say(wxGetTranslation("it holds no points"));
     DescribeBeginning();
     DescribeValues();
     DescribePointsWithoutValues();
