@@ -68,6 +68,7 @@ Pass measure(const wxString& file) {
     static_cast<void>(FileIoFactory::DetermineIs16bitColor({file}, format, message));
     if (!FileIoFactory::DetermineMultipleBoundingBox({file}, format, box, message, &summary))
         return {};
+    require(summary.IsWhole() == message.empty(), "the message tells of all that is not whole");
     Pass pass{summary.points, summary.nonFinitePoints};
     setBox(pass, box.minPoint, box.maxPoint);
     return pass;

@@ -47,6 +47,11 @@ void FileParentIO::UpdateColorIntensityRanges(double r, double g, double b, doub
     if (intensity > maxIntensity) maxIntensity = intensity;
 }
 
+std::uint16_t FileParentIO::KeepLowBits(double value) {
+    ++account_.oddColours;
+    return ToUint16(value);
+}
+
 void FileParentIO::FailReading(int systemReason) const {
     throw vpc::IoError(fileName, wxGetTranslation("cannot be read to its end"), systemReason);
 }

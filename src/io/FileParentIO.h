@@ -64,11 +64,9 @@ public:
     /// nonFinitePoints, and changes neither.
     void setPointValues(VpcPoint3D& point, double x, double y, double z, double r, double g,
                         double b, double intensity, int pointScanIndex, double lastValue) {
-        const bool fits = FitsUint16(r) && FitsUint16(g) && FitsUint16(b);
-        if (!fits) ++account_.pointsWithOddColour;
-        const std::uint16_t red = fits ? Truncate(r) : ToUint16(r);
-        const std::uint16_t green = fits ? Truncate(g) : ToUint16(g);
-        const std::uint16_t blue = fits ? Truncate(b) : ToUint16(b);
+        const std::uint16_t red = KeepColour(r);
+        const std::uint16_t green = KeepColour(g);
+        const std::uint16_t blue = KeepColour(b);
         point.SetValues(x, y, z, red, green, blue, intensity, pointScanIndex, lastValue);
         if (!VpcNumMathTools::AreCoordinates(x, y, z)) {
             ++nonFinitePoints;
@@ -81,8 +79,8 @@ public:
         WidenExtent(x, y, z);
     }
 
-    /// What became of the current file so far, without the points delivered, which the caller
-    /// counts, and with faults whose lines are not yet known.
+    /// What became of the current file so far, without its format and the points delivered, which
+    /// the caller knows, and with faults whose lines are not known yet.
     ScanAccount Account() const;
 
     /// True when the extent holds at least one point.
@@ -178,6 +176,11 @@ private:
         if (z > extentMax.z) extentMax.z = z;
     }
     void EmptyExtent();
+    std::uint16_t KeepColour(double value) {
+        return FitsUint16(value) ? Truncate(value) : KeepLowBits(value);
+    }
+    /// Counts a colour that does not fit; returns what is kept of it.
+    [[gnu::cold]] std::uint16_t KeepLowBits(double value);
 
     std::vector<VpcPoint3D> points_;
     unsigned long long fileBytes_ = 0;

@@ -120,12 +120,11 @@ void PtsIO::DeliverBufferAsItIs(unsigned long long count) {
 template <std::size_t count>
 std::array<double, count> PtsIO::ScanValues() {
     std::array<double, count> values{};
-    const unsigned long long start = scanner_.Position();
     const std::size_t scanned = scanner_.ScanDoubles(values.data(), count);
     if (scanned != count)
         NoteMissingValues(scanned);
     else if (!scanner_.EndsLine())
-        account_.Note(ScanFault::Kind::OddLine, start);
+        NoteOddLine();
     return values;
 }
 

@@ -105,21 +105,19 @@ bool PtxIO::IsIdentityTransform() const {
 
 PtxIO::Line PtxIO::ScanLine() {
     Line line;
-    const unsigned long long start = scanner_.Position();
-    std::size_t scanned = scanner_.ScanDoubles(line.values.data(), line.values.size());
-    if (scanned == line.values.size() && !hasNoColour_) scanned += ScanColour(line);
-    if (scanned != account_.valuesPerPoint)
+    const std::size_t scanned = scanner_.ScanDoubles(line.values.data(), line.values.size());
+    if (scanned < line.values.size()) {
         NoteMissingValues(scanned);
-    else if (!scanner_.EndsLine())
-        account_.Note(ScanFault::Kind::OddLine, start);
+        return line;
+    }
+    if (!hasNoColour_)
+        for (int& channel : line.colour)
+            if (!scanner_.ScanInt(channel)) {
+                NoteMissingValues(scanned);
+                return line;
+            }
+    if (!scanner_.EndsLine()) NoteOddLine();
     return line;
-}
-
-/// Reads the colour of a line up to the first value that is no integer; returns how many are.
-std::size_t PtxIO::ScanColour(Line& line) {
-    std::size_t scanned = 0;
-    while (scanned < line.colour.size() && scanner_.ScanInt(line.colour[scanned])) ++scanned;
-    return scanned;
 }
 
 unsigned long long PtxIO::ReadPointValues(bool skipEmpty) {

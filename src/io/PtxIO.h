@@ -60,7 +60,6 @@ private:
     bool ScanGridSize();
     void ScanPose();
     Line ScanLine();
-    std::size_t ScanColour(Line& line);
     std::size_t ValuesOnNextLine();
 
     /// The current scan's point lines have no colour columns.

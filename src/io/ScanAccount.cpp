@@ -60,7 +60,8 @@ void AccountDescriber::Describe() {
             wxString::Format(wxGetTranslation("%s and is left out"), failure.Message()));
         return;
     }
-    if (account_.points == 0) Say(wxGetTranslation("it holds no points"));
+    // Behind a line that was taken for a count, nobody knows what it would hold.
+    if (account_.points == 0 && !Has(Kind::OddCount)) Say(wxGetTranslation("it holds no points"));
     DescribeBeginning();
     DescribeValues();
     DescribePointsWithoutValues();
@@ -190,13 +191,13 @@ void AccountDescriber::DescribePoints() {
                              "%llu points lack some of their values, and zeros stand for them",
                              many(account_.pointsCutShort)),
             account_.pointsCutShort);
-    if (account_.pointsWithOddColour != 0)
-        Say(wxGetTranslation("%llu point has a colour beyond 0 to 65535, of which the low 16 bits "
+    if (account_.oddColours != 0)
+        Say(wxGetTranslation("%llu red, green or blue lies beyond 0 to 65535, and its low 16 bits "
                              "were kept",
-                             "%llu points have a colour beyond 0 to 65535, of which the low 16 "
+                             "%llu reds, greens and blues lie beyond 0 to 65535, and their low 16 "
                              "bits were kept",
-                             many(account_.pointsWithOddColour)),
-            account_.pointsWithOddColour);
+                             many(account_.oddColours)),
+            account_.oddColours);
     if (account_.nonFinitePoints != 0)
         Say(wxGetTranslation("%llu points with a coordinate that is no finite number, or is out of "
                              "all bounds, were left out"),

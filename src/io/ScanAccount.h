@@ -49,8 +49,8 @@ struct ScanAccount {
     unsigned long long pointsWithoutValues = 0;
     /// Points claimed of which some values came and the others were taken for 0.
     unsigned long long pointsCutShort = 0;
-    /// Points with a colour of which only the low 16 bits were kept.
-    unsigned long long pointsWithOddColour = 0;
+    /// Reds, greens and blues of which only the low 16 bits were kept.
+    unsigned long long oddColours = 0;
     /// Points that a LAS header claims beyond the records that the file holds.
     unsigned long long missingRecords = 0;
     /// Bytes behind the records of a LAS file that nothing in its header explains.

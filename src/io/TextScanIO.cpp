@@ -27,6 +27,10 @@ void TextScanIO::NoteMissingValues(std::size_t scanned) {
     NoteUnreadableValue();
 }
 
+void TextScanIO::NoteOddLine() {
+    account_.Note(ScanFault::Kind::OddLine, scanner_.PositionBefore(account_.valuesPerPoint));
+}
+
 void TextScanIO::NoteUnreadableValue() {
     const unsigned long long failed = scanner_.FailedAt();
     // Of a word that looked like a number at first, some characters have been consumed.

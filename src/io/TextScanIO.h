@@ -29,7 +29,9 @@ protected:
     /// the text has ended and had a count before, all is well.
     void NoteNoCount(bool hasText, unsigned long long start);
     /// Notes a point of which the text gave only the first `scanned` values.
-    void NoteMissingValues(std::size_t scanned);
+    [[gnu::cold]] void NoteMissingValues(std::size_t scanned);
+    /// Notes a point that ends within a line.
+    [[gnu::cold]] void NoteOddLine();
     /// Notes the value that the last scan could not read, unless the text has ended.
     void NoteUnreadableValue();
 

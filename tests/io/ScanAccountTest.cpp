@@ -20,7 +20,7 @@ std::string times(std::size_t n, const std::string& text) {
     return all;
 }
 
-/// The bytes of an extended record or of waveforms, and where in the header their start stands.
+/// The bytes of an extended record, which waveforms are, too.
 std::string record(std::size_t length) {
     std::string bytes(60 + length, '\7');
     const auto word = static_cast<std::uint64_t>(length);
@@ -28,6 +28,7 @@ std::string record(std::size_t length) {
     return bytes;
 }
 
+/// A scan of three points with more behind them, whose start stands at `startAt` in the header.
 std::string las(int minor, const std::string& behind = "", std::size_t startAt = 0,
                 std::uint32_t records = 0) {
     LasBuilder file;
@@ -82,6 +83,9 @@ TEST_F(ScanAccountTest, WholeScansNeedNoWords) {
 TEST_F(ScanAccountTest, TellsOfEverythingThatDidNotBecomePoints) {
     const std::string grid = "4\n1\n" + pose;
     const std::string lacking = " points that it claims, and zeros stand for them\n";
+    LasBuilder shortRecords;
+    shortRecords.recordLength = 33;
+    shortRecords.points.resize(3);
     const struct {
         const char* name;
         std::string bytes;
@@ -123,7 +127,7 @@ TEST_F(ScanAccountTest, TellsOfEverythingThatDidNotBecomePoints) {
          "line 2 ('') holds 0 values, where a point has 3, 4, 6 or 7, so nothing was read and 23 "
          "points were made up\n"},
         {"a.pts", "2\n1 2 nan 0 0 0\n1 2 3 -1 65536 1e30\n", 2,
-         "1 point has a colour beyond 0 to 65535, of which the low 16 bits were kept\n"
+         "3 reds, greens and blues lie beyond 0 to 65535, and their low 16 bits were kept\n"
          "1 points with a coordinate that is no finite number, or is out of all bounds, were left "
          "out\n"},
         // The line of a fault far behind, whose text is long.
@@ -172,6 +176,8 @@ TEST_F(ScanAccountTest, TellsOfEverythingThatDidNotBecomePoints) {
          "nothing in its header explains 34 bytes behind its points\n"},
         {"a.las", las(4, record(5) + "?", 235, 1), 3,
          "nothing in its header explains 1 byte behind its points\n"},
+        {"a.las", shortRecords.bytes(), 3,
+         "3 points lack some of their values, and zeros stand for them\n"},
         {"a.las", LasBuilder{}.bytes(), 0, "it holds no points\n"}};
     for (const auto& c : cases) {
         EXPECT_EQ(sentences(c.name, c.bytes), c.expected) << c.bytes.substr(0, 300);

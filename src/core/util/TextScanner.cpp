@@ -171,6 +171,22 @@ bool TextScanner::SkipWhiteSpace() {
     }
 }
 
+bool TextScanner::BeginScan() {
+    const bool hasText = SkipWhiteSpace();
+    failedAt_ = Position();
+    return hasText;
+}
+
+unsigned long long TextScanner::PositionBefore(unsigned long long words) const {
+    const char* p = cursor_;
+    const char* const first = buffer_.get();
+    for (; words > 0 && p != first; --words) {
+        while (p != first && isSpace(p[-1])) --p;
+        while (p != first && !isSpace(p[-1])) --p;
+    }
+    return Position() - static_cast<unsigned long long>(cursor_ - p);
+}
+
 bool TextScanner::EndsLineBehindBlanks() {
     for (;;) {
         while (isSpace(*cursor_) && *cursor_ != '\n' && *cursor_ != '\r') ++cursor_;

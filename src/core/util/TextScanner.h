@@ -50,6 +50,9 @@ public:
     unsigned long long Position() const {
         return charactersRead_ - static_cast<unsigned long long>(end_ - cursor_);
     }
+    /// Where the last `words` words that were consumed begin, or the part of them that is still in
+    /// memory.
+    unsigned long long PositionBefore(unsigned long long words) const;
     /// After a scan that failed: the position where what it could not read begins. This may lie
     /// before Position, and is the end of the text where nothing was left to read.
     unsigned long long FailedAt() const { return failedAt_; }
@@ -67,11 +70,8 @@ private:
     bool ScanInteger(Integer& integer);
     bool EndsLineBehindBlanks();
     /// Goes to where a scan of any kind begins, which may fail there; false at the end of the text.
-    bool BeginScan() {
-        const bool hasText = SkipWhiteSpace();
-        failedAt_ = Position();
-        return hasText;
-    }
+    /// Cold, like what is noted of faults, so that it stays out of the loops that read points.
+    [[gnu::cold]] bool BeginScan();
     /// False if no number was read (`numberEnd` is null), and if the number touches the end of the
     /// block and may go on in the next one.
     bool IsWhole(const char* numberEnd) const {
