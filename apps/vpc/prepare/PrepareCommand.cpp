@@ -257,7 +257,12 @@ void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,
                     display.ShowChecking(done, inAll);
                 });
     display.Clear();
-    scans.Settle(Unchanged());
+    try {
+        scans.Settle(Unchanged());
+    } catch (const CommandError& refusal) {
+        log("Failed: " + FileTools::FromNativePath(refusal.what()));
+        throw;
+    }
     for (const std::string& note : scans.Notes()) display.Note(FileTools::FromNativePath(note));
     for (const std::string& warning : scans.Warnings())
         display.Warn(FileTools::FromNativePath(warning));

@@ -173,9 +173,9 @@ void ScanFile::Say(const TextScanAccount& account) {
     std::string list;
     for (const std::string& words : dialect_->Particulars(account.wordLines))
         list += (list.empty() ? " " : ", ") + words;
-    const char* const unit = format_ == DataFormat_PTX ? " cells" : " points";
-    if (!list.empty())
-        notes_.push_back(file + ":" + list + ": " + std::to_string(account.points) + unit);
+    const std::string held = format_ == DataFormat_PTX ? std::to_string(account.points) + " cells"
+                                                       : points(account.points);
+    if (!list.empty()) notes_.push_back(file + ":" + list + ": " + held);
     const auto warn = [&](unsigned long long count, const std::string& rest) {
         if (count != 0) warnings_.push_back(file + " " + rest);
     };

@@ -76,6 +76,7 @@ public:
         dialect_.endsWithReturns = lines_.EndsWithReturns();
         FindFormat(best);
         if (dialect_.format == DataFormat_PTS) FindColumns(best);
+        RequireClearCommas(best);
         return dialect_;
     }
 
@@ -115,6 +116,23 @@ private:
             hasPoint_ = hasPoint_ || reading.values.Count() > 1;
         }
         hasDecimalPoint_ = hasDecimalPoint_ || line.find('.') != std::string_view::npos;
+        LookAtCommas(line);
+    }
+
+    /// Notes whether commas stand alone between two numbers or have blanks beside them.
+    void LookAtCommas(std::string_view line) {
+        constexpr std::string_view blanks = " \t";
+        for (std::size_t at = line.find(','); at != std::string_view::npos;
+             at = line.find(',', at + 1)) {
+            const bool isLast = at + 1 == line.size();
+            const bool isLoose = (at > 0 && blanks.find(line[at - 1]) != std::string_view::npos) ||
+                                 (!isLast && blanks.find(line[at + 1]) != std::string_view::npos);
+            if (isLoose) {
+                hasLooseComma_ = true;
+            } else if (!isLast && !firstTightComma_) {
+                firstTightComma_ = NumberLine{lines_.Number(), std::string(line), 0, false};
+            }
+        }
     }
 
     [[noreturn]] void FailWithoutNumbers() const {
@@ -164,18 +182,24 @@ private:
             throw ScanFault(ScanFault::Kind::Unusable, holds + ", where a point has 3, 4, 6 or 7",
                             "name the columns in a line before the points, such as "
                             "'//X Y Z Intensity Class'");
-        if (!columns_ && CommasMayBeDecimal(point))
-            throw ScanFault(ScanFault::Kind::Unusable,
-                            holds + ", which may be six numbers or three with a decimal comma",
-                            "name the columns in a line before the points, such as "
-                            "'//X,Y,Z,R,G,B', or write blanks between the numbers");
         dialect_.columns = *columns;
         dialect_.columnsAreNamed = columns_.has_value();
     }
 
-    bool CommasMayBeDecimal(const NumberLine& point) const {
-        return dialect_.style.separator == ',' && point.values == 6 && !hasDecimalPoint_ &&
-               point.text.find_first_of(" \t") == std::string::npos;
+    /// Where no number has a decimal point, commas may be meant as such.
+    void RequireClearCommas(const Reading& reading) const {
+        constexpr std::size_t twiceThree = 6;
+        if (reading.style.separator != ',' || hasDecimalPoint_ || columns_ || !firstTightComma_)
+            return;
+        const bool mayBePairs =
+            dialect_.format == DataFormat_PTS && dialect_.columns.inLine == twiceThree;
+        if (!hasLooseComma_ && !mayBePairs) return;
+        throw ScanFault(ScanFault::Kind::Unusable,
+                        "holds " + TextLines::Shown(firstTightComma_->text) +
+                            place(firstTightComma_->number) +
+                            ", where commas may separate numbers or be decimal",
+                        "name the columns in a line before the points, such as "
+                        "'//X,Y,Z,R,G,B', or write blanks between the numbers");
     }
 
     TextLines lines_;
@@ -186,6 +210,9 @@ private:
     unsigned long long headerLines_ = 0;
     bool hasPoint_ = false;
     bool hasDecimalPoint_ = false;
+    bool hasLooseComma_ = false;
+    /// The first line with a comma that has no blank beside it.
+    std::optional<NumberLine> firstTightComma_;
     std::optional<TextColumns> columns_;
     unsigned long long columnsLine_ = 0;
 };
@@ -198,7 +225,9 @@ TextDialect TextDialect::Of(const std::string& file) {
 
 bool TextDialect::IsComment(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-    return line.starts_with('#') || line.starts_with("//") || line.starts_with('%');
+    constexpr std::string_view endOfDosText = "\x1a";
+    return line.starts_with('#') || line.starts_with("//") || line.starts_with('%') ||
+           line == endOfDosText;
 }
 
 bool TextDialect::IsWords(std::string_view line) {
