@@ -205,7 +205,8 @@ int PrepareCommand::Run() {
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();
-    ProgressDisplay display({options_.quiet, checked.format, checked.points, "vpc " + Name(),
+    ProgressDisplay display({options_.quiet, checked.format, checked.copyBytes != 0, checked.points,
+                             "vpc " + Name(),
                              [&](const wxString& message) { return scans.InUsersNames(message); }});
     for (const std::string& warning : list.Warnings())
         display.Warn(FileTools::FromNativePath(warning));

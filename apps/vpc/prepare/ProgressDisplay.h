@@ -16,6 +16,8 @@ public:
     struct Settings {
         bool quiet;
         VpcDataFormat format;
+        /// Whether texts are copied when they are checked.
+        bool copiesTexts;
         /// Points expected while the scans are still being measured.
         unsigned long long estimatedPoints;
         std::string command;
