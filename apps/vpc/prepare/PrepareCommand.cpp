@@ -190,7 +190,9 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         "They\n"
         "shrink as the result grows, so they count only on another disk (--work), or where the "
         "file\n"
-        "system takes no room back from an open file.\n"
+        "system takes no room back from an open file. A text that is not plain is copied there "
+        "for\n"
+        "the length of the run.\n"
         "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
 }
 
@@ -247,14 +249,10 @@ void PrepareCommand::RequireChecks(const ScanSet& scans) const {
 
 void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,
                                  ProgressDisplay& display) const {
-    const auto requireNoInterrupt = [this] {
-        if (Interrupt::Requested())
-            throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
-    };
-    requireNoInterrupt();
+    RequireNoInterrupt();
     scans.Check(std::filesystem::absolute(workFolder).string(),
                 [&](unsigned long long done, unsigned long long inAll) {
-                    requireNoInterrupt();
+                    RequireNoInterrupt();
                     display.ShowChecking(done, inAll);
                 });
     display.Clear();
@@ -289,13 +287,17 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result, const ScanSet&
             "a scan has become shorter since it was checked; start again when "
             "nothing writes to the scans" +
             Unchanged());
-    if (Interrupt::Requested())
-        throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
+    RequireNoInterrupt();
     const wxString message = scans.InUsersNames(wxString(result.message).Trim(false));
     // The failure comes first, then what there was to say before it.
     const wxString warnings = message.AfterFirst('\n');
     if (!warnings.empty()) display.Warn(warnings);
     throw CommandError(FileTools::ToNativePath(message.BeforeFirst('\n')) + Unchanged());
+}
+
+void PrepareCommand::RequireNoInterrupt() const {
+    if (Interrupt::Requested())
+        throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
 }
 
 std::string PrepareCommand::Unchanged() const {

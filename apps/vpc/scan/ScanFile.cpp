@@ -143,8 +143,7 @@ TextScanAccount ScanFile::Copy(const std::string& target, const TextScanCheck::P
     made_ = std::make_unique<MadeFile>(target);
     try {
         TextScanCopy copy(target);
-        const TextScanAccount account =
-            TextScanCheck::Run(name_, *dialect_, rules_, &copy, progress);
+        TextScanAccount account = TextScanCheck::Run(name_, *dialect_, rules_, &copy, progress);
         copy.Close();
         source_ = target;
         return account;
@@ -182,7 +181,7 @@ void ScanFile::Say(const TextScanAccount& account) {
     warn(account.missing,
          "lacks " + points(account.missing) + " that it claims; it is read without them");
     warn(account.surplus,
-         "has " + points(account.surplus) + " more than it claims, which are read, too");
+         "has " + points(account.surplus) + " more than it claims, read with the others");
     warn(account.badLines, "has " + std::to_string(account.badLines) +
                                (account.badLines == 1 ? " line" : " lines") +
                                " left out that cannot be read: " + account.firstBadLine);

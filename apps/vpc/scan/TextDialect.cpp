@@ -13,7 +13,7 @@ namespace {
 
 /// What is looked at: far more than headers take, and enough to meet a number with decimals.
 constexpr unsigned long long mostLines = 2000;
-constexpr std::size_t mostBytes = 256 * 1024;
+constexpr std::size_t mostBytes = std::size_t{256} << 10;
 /// More lines of words before the first number are no header of a scan.
 constexpr unsigned long long mostHeaderLines = 20;
 
