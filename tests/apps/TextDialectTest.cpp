@@ -75,7 +75,7 @@ std::string textOf(const Scan& scan, const Dialect& dialect) {
     const Row names = columns == 3   ? Row{"X", "Y", "Z"}
                       : columns == 4 ? Row{"X", "Y", "Z", "Intensity"}
                       : columns == 6 ? Row{"X", "Y", "Z", "R", "G", "B"}
-                                     : Row{"x", "y", "z", "I", "Red", "Green", "Blue"};
+                                     : Row{"X_coord", "northing", "H", "I", "Red", "Green", "Blue"};
     const bool mixed = dialect.header == 2 && !scan.isGrid;
     std::string text = dialect.mark ? "\xef\xbb\xbf" : "";
     const auto add = [&](Row row, const std::string& extra, bool isPoint) {
