@@ -212,6 +212,7 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {"0x10 2 3\n", "holds '0x10 2 3' in line 1"},
         {"5\n", "holds a count in line 1 and no points"},
         {"\n \n", "holds nothing but blank lines"},
+        {"Id;X;Y;Z\nP1;1;2;3\n", "holds 'P1;1;2;3' in line 2, which is no line of a scan"},
         {"Dear all\n", "holds 'Dear all' in line 1, which is no line of a scan"},
         {"1\n1 2 3\n" + std::string(2000000, '\0'), "no end of line in 1048576 bytes after line 2"},
         {grid + "1 2 3 0.5\n", "claims 2 points in line 1 and has 1"},

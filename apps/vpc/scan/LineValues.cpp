@@ -110,12 +110,14 @@ const char* LineValues::SkipNumber(const char* p, Value& value) {
 void LineValues::AppendPlain(const Value& value, std::string& text) const {
     const std::size_t start = text.size();
     text.append(value.Text());
-    if (value.isDigits || (style_.decimal == '.' && !isUnusual_)) return;
-    for (std::size_t i = start; i < text.size(); ++i) {
-        if (text[i] == ',') text[i] = '.';
-        // Of the words none has a D.
-        if (text[i] == 'd' || text[i] == 'D') text[i] = 'e';
-    }
+    if (value.isDigits) return;
+    if (style_.decimal != '.')
+        if (const auto at = text.find(style_.decimal, start); at != std::string::npos)
+            text[at] = '.';
+    // Of the words for what is no finite number none has a D.
+    if (isUnusual_)
+        if (const auto at = text.find_first_of("dD", start); at != std::string::npos)
+            text[at] = 'e';
 }
 
 double LineValues::Number(const Value& value) const {

@@ -98,7 +98,9 @@ private:
 
     void TakeWords(std::string_view line) {
         if (hasPoint_) return;
-        if (!firstWords_) firstWords_ = NumberLine{lines_.Number(), std::string(line), 0, false};
+        // Where a line names columns, the next one should be a point's.
+        if (!firstWords_ || (columns_ && firstWords_->number <= columnsLine_))
+            firstWords_ = NumberLine{lines_.Number(), std::string(line), 0, false};
         ++dialect_.linesBefore;
         if (!firstNumbers_ && !TextDialect::IsComment(line) && ++headerLines_ > mostHeaderLines)
             FailToUnderstand(*firstWords_);
@@ -205,6 +207,7 @@ private:
     TextLines lines_;
     TextDialect dialect_;
     std::vector<Reading> readings_;
+    /// The first line of words, or the first after one that names columns.
     std::optional<NumberLine> firstWords_;
     std::optional<NumberLine> firstNumbers_;
     unsigned long long headerLines_ = 0;
