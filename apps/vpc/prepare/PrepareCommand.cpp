@@ -120,7 +120,8 @@ std::string checkMemory(const std::string& text) {
 }  // namespace
 
 PrepareCommand::PrepareCommand(CLI::App& app)
-    : Command(app, "prepare", "Turn scans (LAS, or PTS and other text, or PTX) into a tree file") {
+    : Command(app, "prepare",
+              "Turn scans (LAS, PTX, or PTS and other text; all of one format) into a tree file") {
     CLI::App& options = Options();
     options
         .add_option("SCAN", options_.scans,
@@ -178,7 +179,8 @@ PrepareCommand::PrepareCommand(CLI::App& app)
                      "Go on with the points that are there when points are missing or cannot be "
                      "read; those are left out");
     options.add_flag("--skip-bad", options_.skipBad, "Leave out scans that cannot be used");
-    options.add_flag("--quiet", options_.quiet, "Show no progress");
+    options.add_flag("--quiet", options_.quiet,
+                     "Show no progress, and do not say how texts are read");
     options.add_flag("--force", options_.force, "Go on when the disk seems to lack room");
     options.footer(
         "Examples:\n"
