@@ -75,7 +75,7 @@ std::string textOf(const Scan& scan, const Dialect& dialect) {
     const Row names = columns == 3   ? Row{"X", "Y", "Z"}
                       : columns == 4 ? Row{"X", "Y", "Z", "Intensity"}
                       : columns == 6 ? Row{"X", "Y", "Z", "R", "G", "B"}
-                                     : Row{"x", "y", "z", "I", "Red", "Green", "Blue"};
+                                     : Row{"X_coord", "northing", "H", "I", "Red", "Green", "Blue"};
     const bool mixed = dialect.header == 2 && !scan.isGrid;
     std::string text = dialect.mark ? "\xef\xbb\xbf" : "";
     const auto add = [&](Row row, const std::string& extra, bool isPoint) {
@@ -182,7 +182,7 @@ TEST_F(TextDialectTest, SaysWhatItReads) {
     write("c.pts", "2\n4 1.5 5\n# half\n-7 15 1\n");
     EXPECT_EQ(treeOf("c.pts"), treeOf("b.pts"));
     expectFailure("prepare --text strict -o t.vpt c.pts", 1,
-                  "plain in line 3, which holds '# half'");
+                  "plain text: it holds '# half' in line 3");
 }
 
 TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
@@ -198,7 +198,8 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
          "holds '1 2 x3' in line 3, where 'x3' is no number; correct it; --allow"},
         {lines + "4 5\x1b[m 6\n", "holds '4 5\\x1b[m 6' in line 1001, where '5\\x1b[m' is"},
         {"2\n1 2 3\n1 2 3 4\n", "'1 2 3 4' in line 3, which has 4 values where the lines before"},
-        {"1,2,3,4,5,6\n1,2,3,4,5,6\n", "may be six numbers or three with a decimal comma"},
+        {"1,2,3,4,5,6\n1,2,3,4,5,6\n", "in line 1, where commas may separate"},
+        {"1,5, 2,5, 3,5, 4\n", "holds '1,5, 2,5, 3,5, 4' in line 1, where commas may separate"},
         {"1,234 5.678 2\n1,234 5.678 2\n", "in line 1, which mixes points and commas"},
         {"1,234,5 5,678 2\n", "'1,234,5 5,678 2' in line 1, which is no line of numbers"},
         {"1\n1 2 3 4 5\n",
@@ -206,11 +207,12 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {"//X Y Z R G B\n1 2 3\n", "holds 3 values in line 2 ('1 2 3'), where line 1 names 6"},
         {"3\n1 2 3\n1 2 3\n", "claims 3 points in line 1 and has 2; get a complete copy; --allow"},
         {"1\n1 2 3\n1 2 3\n1\n1 2 3\n", "claims 1 point in line 1 and has 2"},
-        {"1\n1 2 3\n99999999999999999999\n1 2 3\n", "'99999999999999999999' in line 3"},
+        {"1\n1 2 3\n99999999999999999999\n1 2 3\n", "in line 3, which is too large for a count"},
         {"12.5\n1 2 3\n", "holds '12.5' in line 1, which is no line of numbers"},
         {"0x10 2 3\n", "holds '0x10 2 3' in line 1"},
         {"5\n", "holds a count in line 1 and no points"},
         {"\n \n", "holds nothing but blank lines"},
+        {"Id;X;Y;Z\nP1;1;2;3\n", "holds 'P1;1;2;3' in line 2, which is no line of a scan"},
         {"Dear all\n", "holds 'Dear all' in line 1, which is no line of a scan"},
         {"1\n1 2 3\n" + std::string(2000000, '\0'), "no end of line in 1048576 bytes after line 2"},
         {grid + "1 2 3 0.5\n", "claims 2 points in line 1 and has 1"},
@@ -219,12 +221,10 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {grid + "1 2 3 1 0 0 0\n1 2 3 1 0 0.5 0\n",
          "in line 12, where a colour is no whole number"},
         {"1\n2\n0 0 0\n1 0\n", "holds '1 0' in line 4, where the scanner's X axis is expected"},
-        {grid.substr(0, 4), "holds '1 0' in line 4"}};
+        {"1\n2\n0 0 0\n", "ends where the scanner's X axis is expected"}};
     for (const auto& c : cases) {
-        const bool isLast = &c == std::end(cases) - 1;
-        write("a.txt", isLast ? "1\n2\n0 0 0\n" : c.text);
-        expectFailure("prepare -o t.vpt a.txt", 1,
-                      isLast ? "ends where the scanner's X axis is expected" : c.sentence);
+        write("a.txt", c.text);
+        expectFailure("prepare -o t.vpt a.txt", 1, c.sentence);
     }
     EXPECT_TRUE(folder.holdsOnly({"a.txt"}));
 }
@@ -256,9 +256,9 @@ TEST_F(TextDialectTest, AllowIncompleteTakesThePointsThatAreThere) {
         EXPECT_TRUE(tree == treeOf(c.good)) << c.warning;
     }
     // Colours that the tree file cannot hold as they are.
-    write("odd.pts", "2\n1 2 3 0.5 0.25 1\n4 5 6 255.0 65535 7e1\n");
+    write("odd.pts", "3\n4 5 6 255.0 65535 7e1\n1 2 3 0.5 0.25 1\n7 8 9 -1 0 0\n");
     EXPECT_THAT(run("prepare -o t.vpt odd.pts").err,
-                HasSubstr("colours that are no whole numbers from 0 to 65535 in 1 line, line 2"));
+                HasSubstr("colours that are no whole numbers from 0 to 65535 in 2 lines, line 3"));
 }
 
 }  // namespace

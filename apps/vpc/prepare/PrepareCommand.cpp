@@ -118,7 +118,8 @@ std::string checkMemory(const std::string& text) {
 }  // namespace
 
 PrepareCommand::PrepareCommand(CLI::App& app)
-    : Command(app, "prepare", "Turn scans (LAS, or PTS and other text, or PTX) into a tree file") {
+    : Command(app, "prepare",
+              "Turn scans (LAS, PTX, or PTS and other text; all of one format) into a tree file") {
     CLI::App& options = Options();
     options
         .add_option("SCAN", options_.scans,
@@ -199,7 +200,9 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         "They\n"
         "shrink as the result grows, so they count only on another disk (--work), or where the "
         "file\n"
-        "system takes no room back from an open file.\n"
+        "system takes no room back from an open file. A text that is not plain is copied there "
+        "for\n"
+        "the length of the run.\n"
         "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
 }
 
@@ -217,7 +220,8 @@ int PrepareCommand::Run() {
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();
-    ProgressDisplay display({ProgressStyle(), checked.format, checked.points, "vpc " + Name(),
+    ProgressDisplay display({ProgressStyle(), checked.format, checked.copyBytes != 0,
+                             checked.points, "vpc " + Name(),
                              [&](const wxString& message) { return scans.InUsersNames(message); }});
     for (const std::string& warning : list.Warnings())
         display.Warn(FileTools::FromNativePath(warning));
@@ -270,18 +274,19 @@ void PrepareCommand::RequireChecks(const ScanSet& scans) const {
 
 void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,
                                  ProgressDisplay& display) const {
-    const auto requireNoInterrupt = [this] {
-        if (Interrupt::Requested())
-            throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
-    };
-    requireNoInterrupt();
+    RequireNoInterrupt();
     scans.Check(std::filesystem::absolute(workFolder).string(),
                 [&](unsigned long long done, unsigned long long inAll) {
-                    requireNoInterrupt();
+                    RequireNoInterrupt();
                     display.ShowChecking(done, inAll);
                 });
     display.Clear();
-    scans.Settle(Unchanged());
+    try {
+        scans.Settle(Unchanged());
+    } catch (const CommandError& refusal) {
+        log("Failed: " + FileTools::FromNativePath(refusal.what()));
+        throw;
+    }
     for (const std::string& note : scans.Notes()) display.Note(FileTools::FromNativePath(note));
     for (const std::string& warning : scans.Warnings())
         display.Warn(FileTools::FromNativePath(warning));
@@ -318,13 +323,17 @@ void PrepareCommand::CheckResult(const TreePrepareResult& result, const ScanSet&
             "a scan has become shorter since it was checked; start again when "
             "nothing writes to the scans" +
             Unchanged());
-    if (Interrupt::Requested())
-        throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
+    RequireNoInterrupt();
     const wxString message = scans.InUsersNames(wxString(result.message).Trim(false));
     // The failure comes first, then what there was to say before it.
     const wxString warnings = message.AfterFirst('\n');
     if (!warnings.empty()) display.Warn(warnings);
     throw CommandError(FileTools::ToNativePath(message.BeforeFirst('\n')) + Unchanged());
+}
+
+void PrepareCommand::RequireNoInterrupt() const {
+    if (Interrupt::Requested())
+        throw CommandInterrupted("interrupted; temporary files are removed" + Unchanged());
 }
 
 std::string PrepareCommand::Unchanged() const {

@@ -59,6 +59,8 @@ private:
                               ProgressDisplay& display) const;
     void CheckResult(const TreePrepareResult& result, const ScanSet& scans,
                      ProgressDisplay& display) const;
+    /// Throws CommandInterrupted where the user has asked for it.
+    void RequireNoInterrupt() const;
     /// The end of a sentence: that an older output has not been touched.
     std::string Unchanged() const;
     void LogStart(const ScanSet& scans) const;

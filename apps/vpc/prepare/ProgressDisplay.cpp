@@ -36,7 +36,14 @@ struct ReadingShares {
     double adding;
 };
 constexpr ReadingShares binaryShares = {0.0, 0.08, 0.40};
-constexpr ReadingShares textShares = {0.10, 0.25, 0.40};
+constexpr ReadingShares textShares = {0.15, 0.26, 0.38};
+constexpr ReadingShares copiedTextShares = {0.32, 0.21, 0.29};
+
+ReadingShares sharesFor(VpcDataFormat format, bool copiesTexts) {
+    if (format == DataFormat_LAS) return binaryShares;
+    return copiesTexts ? copiedTextShares : textShares;
+}
+
 /// The time that it takes to sort a point while levels are built, if it has to be sorted there, in
 /// times of what the writing takes for a point of the scans.
 constexpr double sortingToWriting = 0.2;
@@ -89,8 +96,9 @@ void ProgressDisplay::ShowChecking(unsigned long long bytesDone, unsigned long l
     const auto done = static_cast<double>(bytesDone);
     const double part = bytesInAll == 0 ? 0.0 : done / static_cast<double>(bytesInAll);
     const double elapsed = secondsBetween(start_, now);
-    // Texts that are copied are read twice.
-    Show({textShares.checking * std::min(part, 1.0), checkingName, bytesDone,
+    const double share = sharesFor(settings_.format, settings_.copiesTexts).checking;
+    // A text whose last lines turn out not to be plain is read twice.
+    Show({share * std::min(part, 1.0), checkingName, bytesDone,
           elapsed > 0.0 ? done / elapsed : 0.0, true},
          now);
 }
@@ -121,7 +129,7 @@ void ProgressDisplay::StartStage(PrepareStage stage, Clock::time_point now) {
 }
 
 double ProgressDisplay::DoneShare(const PrepareProgress& progress) const {
-    const ReadingShares reading = settings_.format == DataFormat_LAS ? binaryShares : textShares;
+    const ReadingShares reading = sharesFor(settings_.format, settings_.copiesTexts);
     const double rest = 1.0 - reading.checking - reading.measuring - reading.adding;
     const double sorting = sortingToWriting * static_cast<double>(pointsToSort_);
     const double building =

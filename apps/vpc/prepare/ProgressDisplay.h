@@ -21,6 +21,8 @@ public:
     struct Settings {
         Style style;
         VpcDataFormat format;
+        /// Whether texts are copied when they are checked.
+        bool copiesTexts;
         /// Points expected while the scans are still being measured.
         unsigned long long estimatedPoints;
         std::string command;

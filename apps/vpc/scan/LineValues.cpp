@@ -108,14 +108,17 @@ const char* LineValues::SkipNumber(const char* p, Value& value) {
 }
 
 void LineValues::AppendPlain(const Value& value, std::string& text) const {
+    const std::string_view number = value.Text();
     const std::size_t start = text.size();
-    text.append(value.Text());
-    if (value.isDigits || (style_.decimal == '.' && !isUnusual_)) return;
-    for (std::size_t i = start; i < text.size(); ++i) {
-        if (text[i] == ',') text[i] = '.';
-        // Of the words none has a D.
-        if (text[i] == 'd' || text[i] == 'D') text[i] = 'e';
-    }
+    text += number;
+    if (value.isDigits) return;
+    if (style_.decimal != '.')
+        for (std::size_t i = 0; i < number.size(); ++i)
+            if (number[i] == style_.decimal) text[start + i] = '.';
+    // Of the words for what is no finite number none has a D.
+    if (isUnusual_)
+        if (const auto at = number.find_first_of("dD"); at != std::string_view::npos)
+            text[start + at] = 'e';
 }
 
 double LineValues::Number(const Value& value) const {

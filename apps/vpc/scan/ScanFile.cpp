@@ -143,8 +143,7 @@ TextScanAccount ScanFile::Copy(const std::string& target, const TextScanCheck::P
     made_ = std::make_unique<MadeFile>(target);
     try {
         TextScanCopy copy(target);
-        const TextScanAccount account =
-            TextScanCheck::Run(name_, *dialect_, rules_, &copy, progress);
+        TextScanAccount account = TextScanCheck::Run(name_, *dialect_, rules_, &copy, progress);
         copy.Close();
         source_ = target;
         return account;
@@ -173,16 +172,16 @@ void ScanFile::Say(const TextScanAccount& account) {
     std::string list;
     for (const std::string& words : dialect_->Particulars(account.wordLines))
         list += (list.empty() ? " " : ", ") + words;
-    const char* const unit = format_ == DataFormat_PTX ? " cells" : " points";
-    if (!list.empty())
-        notes_.push_back(file + ":" + list + ": " + std::to_string(account.points) + unit);
+    const std::string held = format_ == DataFormat_PTX ? std::to_string(account.points) + " cells"
+                                                       : points(account.points);
+    if (!list.empty()) notes_.push_back(file + ":" + list + ": " + held);
     const auto warn = [&](unsigned long long count, const std::string& rest) {
         if (count != 0) warnings_.push_back(file + " " + rest);
     };
     warn(account.missing,
          "lacks " + points(account.missing) + " that it claims; it is read without them");
     warn(account.surplus,
-         "has " + points(account.surplus) + " more than it claims, which are read, too");
+         "has " + points(account.surplus) + " more than it claims, read with the others");
     warn(account.badLines, "has " + std::to_string(account.badLines) +
                                (account.badLines == 1 ? " line" : " lines") +
                                " left out that cannot be read: " + account.firstBadLine);

@@ -1,5 +1,7 @@
 #include "vpc/scan/ScanList.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -131,18 +133,18 @@ void ScanList::AddFolder(const std::string& folder) {
 }
 
 void ScanList::AddFile(const std::string& file) {
-    const auto earlier = std::find_if(files_.begin(), files_.end(), [&](const std::string& other) {
-        std::error_code ignored;
-        return other == file || fs::equivalent(other, file, ignored);
-    });
-    if (earlier == files_.end()) {
+    struct stat status = {};
+    // What is not there is told of when it is to be read.
+    const bool isThere = stat(file.c_str(), &status) == 0;
+    const auto [earlier, isNew] = isThere ? names_.try_emplace({status.st_dev, status.st_ino}, file)
+                                          : std::pair(names_.end(), true);
+    if (isNew)
         files_.push_back(file);
-    } else if (*earlier == file) {
+    else if (earlier->second == file)
         warnings_.push_back("the scan '" + file + "' is given twice and read once");
-    } else {
-        warnings_.push_back("the scans '" + *earlier + "' and '" + file +
+    else
+        warnings_.push_back("the scans '" + earlier->second + "' and '" + file +
                             "' are the same file, which is read once");
-    }
 }
 
 }  // namespace vpc

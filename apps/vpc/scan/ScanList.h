@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vpc {
@@ -26,7 +28,12 @@ private:
     void AddFolder(const std::string& folder);
     void AddFile(const std::string& file);
 
+    /// What tells a file from all others, whatever it is called: its disk and its number there.
+    using Identity = std::pair<unsigned long long, unsigned long long>;
+
     std::vector<std::string> files_;
+    /// The names under which files were given first.
+    std::map<Identity, std::string> names_;
     std::vector<std::string> warnings_;
 };
 

@@ -13,9 +13,9 @@ enum Role : std::size_t { X, Y, Z, Intensity, Red, Green, Blue, roles };
 
 /// What people call the columns, in small letters.
 constexpr std::array<std::string_view, roles> roleNames = {
-    " x easting east e longitude lon long ",
-    " y northing north n latitude lat ",
-    " z height elevation altitude h ",
+    " x easting east e longitude lon long rechtswert ost ",
+    " y northing north n latitude lat hochwert nord ",
+    " z height elevation altitude h hoehe h\xc3\xb6he ",
     " intensity int intens i reflectance reflectivity refl amplitude ",
     " r red ",
     " g green ",
@@ -29,14 +29,15 @@ Role roleOf(const std::string& name) {
     return static_cast<Role>(found - roleNames.begin());
 }
 
-/// The name itself: without quotes and a unit in brackets, in small letters.
+/// The name itself: without quotes, a unit in brackets and the word coordinate, in small letters.
 std::string cleaned(std::string_view cell) {
+    constexpr std::string_view decoration = "\"'_-. \t\r";
     std::string name;
-    for (const char c : cell.substr(0, cell.find_first_of("[("))) {
-        const auto code = static_cast<unsigned char>(c);
-        if (c != '"' && c != '\'' && std::isspace(code) == 0)
-            name += static_cast<char>(std::tolower(code));
-    }
+    for (const char c : cell.substr(0, cell.find_first_of("[(")))
+        if (decoration.find(c) == std::string_view::npos)
+            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (const std::string_view word : {"coordinate", "coord"})
+        if (name.ends_with(word)) name.resize(name.size() - word.size());
     return name;
 }
 

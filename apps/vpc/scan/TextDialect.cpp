@@ -13,7 +13,7 @@ namespace {
 
 /// What is looked at: far more than headers take, and enough to meet a number with decimals.
 constexpr unsigned long long mostLines = 2000;
-constexpr std::size_t mostBytes = 256 * 1024;
+constexpr std::size_t mostBytes = std::size_t{256} << 10;
 /// More lines of words before the first number are no header of a scan.
 constexpr unsigned long long mostHeaderLines = 20;
 
@@ -76,6 +76,7 @@ public:
         dialect_.endsWithReturns = lines_.EndsWithReturns();
         FindFormat(best);
         if (dialect_.format == DataFormat_PTS) FindColumns(best);
+        RequireClearCommas(best);
         return dialect_;
     }
 
@@ -97,7 +98,9 @@ private:
 
     void TakeWords(std::string_view line) {
         if (hasPoint_) return;
-        if (!firstWords_) firstWords_ = NumberLine{lines_.Number(), std::string(line), 0, false};
+        // Where a line names columns, the next one should be a point's.
+        if (!firstWords_ || (columns_ && firstWords_->number <= columnsLine_))
+            firstWords_ = NumberLine{lines_.Number(), std::string(line), 0, false};
         ++dialect_.linesBefore;
         if (!firstNumbers_ && !TextDialect::IsComment(line) && ++headerLines_ > mostHeaderLines)
             FailToUnderstand(*firstWords_);
@@ -115,6 +118,23 @@ private:
             hasPoint_ = hasPoint_ || reading.values.Count() > 1;
         }
         hasDecimalPoint_ = hasDecimalPoint_ || line.find('.') != std::string_view::npos;
+        LookAtCommas(line);
+    }
+
+    /// Notes whether commas stand alone between two numbers or have blanks beside them.
+    void LookAtCommas(std::string_view line) {
+        constexpr std::string_view blanks = " \t";
+        for (std::size_t at = line.find(','); at != std::string_view::npos;
+             at = line.find(',', at + 1)) {
+            const bool isLast = at + 1 == line.size();
+            const bool isLoose = (at > 0 && blanks.find(line[at - 1]) != std::string_view::npos) ||
+                                 (!isLast && blanks.find(line[at + 1]) != std::string_view::npos);
+            if (isLoose) {
+                hasLooseComma_ = true;
+            } else if (!isLast && !firstTightComma_) {
+                firstTightComma_ = NumberLine{lines_.Number(), std::string(line), 0, false};
+            }
+        }
     }
 
     [[noreturn]] void FailWithoutNumbers() const {
@@ -164,28 +184,38 @@ private:
             throw ScanFault(ScanFault::Kind::Unusable, holds + ", where a point has 3, 4, 6 or 7",
                             "name the columns in a line before the points, such as "
                             "'//X Y Z Intensity Class'");
-        if (!columns_ && CommasMayBeDecimal(point))
-            throw ScanFault(ScanFault::Kind::Unusable,
-                            holds + ", which may be six numbers or three with a decimal comma",
-                            "name the columns in a line before the points, such as "
-                            "'//X,Y,Z,R,G,B', or write blanks between the numbers");
         dialect_.columns = *columns;
         dialect_.columnsAreNamed = columns_.has_value();
     }
 
-    bool CommasMayBeDecimal(const NumberLine& point) const {
-        return dialect_.style.separator == ',' && point.values == 6 && !hasDecimalPoint_ &&
-               point.text.find_first_of(" \t") == std::string::npos;
+    /// Where no number has a decimal point, commas may be meant as such.
+    void RequireClearCommas(const Reading& reading) const {
+        constexpr std::size_t twiceThree = 6;
+        if (reading.style.separator != ',' || hasDecimalPoint_ || columns_ || !firstTightComma_)
+            return;
+        const bool mayBePairs =
+            dialect_.format == DataFormat_PTS && dialect_.columns.inLine == twiceThree;
+        if (!hasLooseComma_ && !mayBePairs) return;
+        throw ScanFault(ScanFault::Kind::Unusable,
+                        "holds " + TextLines::Shown(firstTightComma_->text) +
+                            place(firstTightComma_->number) +
+                            ", where commas may separate numbers or be decimal",
+                        "name the columns in a line before the points, such as "
+                        "'//X,Y,Z,R,G,B', or write blanks between the numbers");
     }
 
     TextLines lines_;
     TextDialect dialect_;
     std::vector<Reading> readings_;
+    /// The first line of words, or the first after one that names columns.
     std::optional<NumberLine> firstWords_;
     std::optional<NumberLine> firstNumbers_;
     unsigned long long headerLines_ = 0;
     bool hasPoint_ = false;
     bool hasDecimalPoint_ = false;
+    bool hasLooseComma_ = false;
+    /// The first line with a comma that has no blank beside it.
+    std::optional<NumberLine> firstTightComma_;
     std::optional<TextColumns> columns_;
     unsigned long long columnsLine_ = 0;
 };
@@ -198,7 +228,9 @@ TextDialect TextDialect::Of(const std::string& file) {
 
 bool TextDialect::IsComment(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
-    return line.starts_with('#') || line.starts_with("//") || line.starts_with('%');
+    constexpr std::string_view endOfDosText = "\x1a";
+    return line.starts_with('#') || line.starts_with("//") || line.starts_with('%') ||
+           line == endOfDosText;
 }
 
 bool TextDialect::IsWords(std::string_view line) {

@@ -18,7 +18,7 @@ struct TextDialect {
     static TextDialect Of(const std::string& file);
 
     /// Whether a line without numbers is a comment, wherever it stands: it begins with '#', '//' or
-    /// '%'.
+    /// '%', or is the mark at the end of an old DOS text.
     static bool IsComment(std::string_view line);
     /// Whether a line cannot begin with a number, so that it may be a header.
     static bool IsWords(std::string_view line);
