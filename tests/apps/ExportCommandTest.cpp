@@ -1,3 +1,4 @@
+#include <charconv>
 #include <cmath>
 #include <functional>
 
@@ -150,7 +151,9 @@ TEST_F(ExportCommandTest, LasTellsHowFarItsCoordinatesAreOff) {
     const ProgramResult result = run("export t.vpt -o o.las");
     const std::string said = "so they are off by up to ";
     ASSERT_THAT(result.err, HasSubstr(said));
-    const double largest = std::stod(result.err.substr(result.err.find(said) + said.size()));
+    double largest = 0;
+    std::from_chars(result.err.data() + result.err.find(said) + said.size(),
+                    result.err.data() + result.err.size(), largest);
     EXPECT_GT(largest, 1e-9);
     EXPECT_LT(largest, 1e-7) << "the finest scale for a hundred units";
     const auto order = [](auto& a, auto& b) { return a.x < b.x; };

@@ -45,7 +45,11 @@ TEST_F(NoPointsTest, AreNeverSilent) {
     EXPECT_THAT(level, HasSubstr("level 0 is shown in place of 1: level 1 has " +
                                  std::to_string(prepared.pointsOf(1).size()) + " points"));
     EXPECT_EQ(run("view t.vpt --report --level 1").err, "");
-    write("t.vpt", TreeFile().bytes());
+    TreeFile empty = tree;
+    empty.levels.resize(1);
+    empty.levels[0][0].points.clear();
+    empty.levels[0][0].grid = {1, 1, 1};
+    write("t.vpt", empty.bytes());
     expectReason("", "'t.vpt' holds no points");
     expectFailure("export t.vpt -o o.pts", 1, "'t.vpt' holds no points");
     EXPECT_FALSE(folder.names().contains("o.pts"));

@@ -134,28 +134,33 @@ OdGeMatrix3d parseMatrix(const std::vector<std::string>& texts) {
 }  // namespace
 
 CutOptions::CutOptions(CLI::App& options) {
+    const std::string group = "Cuts";
     options
         .add_option("--section", sectionTexts_,
                     "Keep what is on the side of a plane, given by a point of it, that its normal "
                     "points to; may be repeated")
         ->allow_extra_args(false)
-        ->type_name("PX,PY,PZ,NX,NY,NZ");
+        ->type_name("PX,PY,PZ,NX,NY,NZ")
+        ->group(group);
     options
         .add_option("--clip-circle", circleTexts_,
                     "Keep what is within a circle in the world's XY plane, or with outside: in "
                     "front, what is not; may be repeated")
         ->allow_extra_args(false)
-        ->type_name("[outside:]CX,CY,R");
+        ->type_name("[outside:]CX,CY,R")
+        ->group(group);
     options.add_option("--clip-polygon", polygonTexts_, "The same for a polygon; may be repeated")
         ->allow_extra_args(false)
-        ->type_name("[outside:]X,Y;X,Y;...");
+        ->type_name("[outside:]X,Y;X,Y;...")
+        ->group(group);
     options
         .add_option("--matrix", matrixTexts_,
                     "Rotation and translation from the file's coordinates to the world's: 16 "
                     "numbers by rows, with commas or blanks between")
         ->expected(matrixNumbers)
         ->delimiter(',')
-        ->type_name("M11,M12,...");
+        ->type_name("M11,M12,...")
+        ->group(group);
 }
 
 void CutOptions::Read() {

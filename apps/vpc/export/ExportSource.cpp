@@ -22,7 +22,7 @@ void colourByElevation(VpcPoint3D& p, double elevation, double low, double high)
     VpcColorTools::ApplyColorScheme(elevation, low, high, VPC_ColorScheme_Spectrum, red, green,
                                     blue);
     const auto channel = [](double value) {
-        return value > 0.0 ? static_cast<std::uint16_t>(std::min(value, 255.0) + 0.5)
+        return value > 0.0 ? static_cast<std::uint16_t>(std::lround(std::min(value, 255.0)))
                            : std::uint16_t{0};
     };
     p.red = channel(red);

@@ -71,6 +71,7 @@ LasExport::LasExport(ExportSource& source)
 void LasExport::ChooseAxes() {
     auto samples = sample(source_);
     std::vector<LasAxisSearch> searches;
+    searches.reserve(samples.size());
     for (auto& values : samples) searches.emplace_back(std::move(values));
     std::vector<double> coordinates;
     bool firstPass = true;

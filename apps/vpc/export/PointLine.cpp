@@ -49,7 +49,7 @@ char* writeShortDecimal(char* out, char* end, double value) {
     const double size = std::abs(value);
     for (const auto& [count, power] : usualDecimals) {
         if (!(size * power < mostUnits)) return nullptr;
-        const auto units = static_cast<long long>(size * power + 0.5);
+        const auto units = static_cast<long long>(std::floor(size * power + 0.5));
         if (static_cast<double>(units) / power != size) continue;
         if (std::signbit(value)) *out++ = '-';  // minus zero keeps its sign
         return writePlain(out, end, units, count);

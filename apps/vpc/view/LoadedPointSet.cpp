@@ -86,7 +86,8 @@ void LoadedPointSet::SetLevel(unsigned long long level) {
 
 PlacedBox LoadedPointSet::Box(const OdGeMatrix3d& matrix) const {
     OdGePoint3d low, high;
-    if (!Core().readDataMinMax(AbsoluteName(), low, high) && Levels() > 0) FailReading();
+    const bool hasRoot = Manager().tree()->GetRootNode() != nullptr;
+    if (!Core().readDataMinMax(AbsoluteName(), low, high) && hasRoot) FailReading();
     return {low, high, matrix};
 }
 
