@@ -91,6 +91,8 @@ int ViewCommand::Run() {
     options_.Read();
     picture_.Read();
     if (picture_.Size()) camera_.SetViewport(*picture_.Size());
+    if (picture_.Wanted())
+        PointPicture::RequireMemory(picture_.Size().value_or(camera_.GetViewport()));
     CheckOutputs();
     Interrupt::Catch();
 
