@@ -77,7 +77,7 @@ public:
             const Cell* const upper = At(0, 2 * row);
             const Cell* const lower = upper + stride_;
             Cell* const to = grid.At(0, row);
-            for (int i = 0; i < grid.columns_; ++i)
+            for (std::size_t i = 0; i < static_cast<std::size_t>(grid.columns_); ++i)
                 to[i] = std::min(std::min(upper[2 * i], upper[2 * i + 1]),
                                  std::min(lower[2 * i], lower[2 * i + 1]));
         }

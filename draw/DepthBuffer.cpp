@@ -70,9 +70,10 @@ struct DepthBuffer::Block {
         const auto outside = static_cast<std::int32_t>(size.Pixels());
         constexpr float largest = std::numeric_limits<float>::max();
         for (std::size_t i = 0; i < count; ++i) {
-            // All comparisons with a NaN are false; a bitwise "and" leaves the loop without jumps.
-            const bool inside = (columns[i] >= 0.0F) & (columns[i] < width) & (rows[i] >= 0.0F) &
-                                (rows[i] < height) & (depths[i] > 0.0F) & (depths[i] <= largest);
+            // All comparisons with a NaN are false. Numbers in place of "and" leave no jumps.
+            const bool inside = 6 == (columns[i] >= 0.0F) + (columns[i] < width) +
+                                         (rows[i] >= 0.0F) + (rows[i] < height) +
+                                         (depths[i] > 0.0F) + (depths[i] <= largest);
             const auto column = static_cast<std::int32_t>(inside ? columns[i] : 0.0F);
             const auto row = static_cast<std::int32_t>(inside ? rows[i] : 0.0F);
             pixels[i] = inside ? row * size.width + column : outside;

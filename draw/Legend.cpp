@@ -27,10 +27,7 @@ struct Label {
 /// Round values in the range, or its only one.
 std::vector<Label> labelsFor(const ValueRange& range, int most) {
     const double length = range.max - range.min;
-    if (!(length > 0.0) || !std::isfinite(length)) {
-        const auto number = RoundNumber::NotAbove(std::max(std::abs(range.min), 1e-300) / 1e5);
-        return {{range.min, number.Text(range.min)}};
-    }
+    if (!(length > 0.0) || !std::isfinite(length)) return {{range.min, shortText(range.min)}};
     const RoundNumber step = RoundNumber::NotBelow(length / most);
     std::vector<Label> labels;
     const double first = std::ceil(range.min / step.Value() - 1e-9);

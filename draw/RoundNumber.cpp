@@ -21,6 +21,13 @@ int exponentOf(double number) {
 
 }  // namespace
 
+std::string shortText(double number) {
+    std::array<char, 32> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number,
+                                   std::chars_format::general, 6);
+    return {text.data(), end.ptr};
+}
+
 RoundNumber::RoundNumber(int digit, int exponent)
     : value_(digit * std::pow(10.0, exponent)), exponent_(exponent) {
 }
@@ -39,15 +46,14 @@ RoundNumber RoundNumber::NotBelow(double limit) {
 }
 
 std::string RoundNumber::Text(double multiple) const {
-    std::array<char, 64> text;
-    const bool plain = exponent_ >= leastPlainExponent && exponent_ <= mostPlainExponent &&
-                       std::abs(multiple) < std::pow(10.0, mostPlainExponent + 2);
     // Adding 0 makes a 0 of a negative zero.
     const double value = std::round(multiple / value_) * value_ + 0.0;
-    const auto end = plain ? std::to_chars(text.data(), text.data() + text.size(), value,
-                                           std::chars_format::fixed, std::max(0, -exponent_))
-                           : std::to_chars(text.data(), text.data() + text.size(), value,
-                                           std::chars_format::general, 6);
+    const bool plain = exponent_ >= leastPlainExponent && exponent_ <= mostPlainExponent &&
+                       std::abs(value) < std::pow(10.0, mostPlainExponent + 2);
+    if (!plain) return shortText(value);
+    std::array<char, 64> text;
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                   std::chars_format::fixed, std::max(0, -exponent_));
     return {text.data(), end.ptr};
 }
 

@@ -4,6 +4,9 @@
 
 namespace vpc::draw {
 
+/// A number with six significant digits at most.
+std::string shortText(double number);
+
 /// A number that people like to read on scales: 1, 2 or 5 times a power of ten.
 class RoundNumber {
 public:

@@ -1,7 +1,6 @@
 #include "draw/Surface.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cmath>
 
@@ -46,10 +45,14 @@ public:
         Put(cells_[size_.Pixel(column, row)], depth, source);
     }
 
-    static constexpr std::uint64_t empty = ~0ULL;
-    const std::vector<std::uint64_t>& Cells() const { return cells_; }
+    bool IsEmpty(std::size_t pixel) const { return cells_[pixel] == empty; }
+    std::uint32_t Source(std::size_t pixel) const {
+        return static_cast<std::uint32_t>(cells_[pixel]);
+    }
 
 private:
+    static constexpr std::uint64_t empty = ~0ULL;
+
     static void Put(std::uint64_t& cell, float depth, std::uint32_t source) {
         const std::uint64_t bits = std::bit_cast<std::uint32_t>(depth);
         cell = std::min(cell, bits << 32U | source);
@@ -59,28 +62,18 @@ private:
     std::vector<std::uint64_t> cells_;
 };
 
-}  // namespace
-
-Surface::Surface(const DepthBuffer& points, const Projection& projection,
-                 std::optional<double> diameter)
-    : size_(projection.Size()),
-      depths_(size_.Pixels()),
-      indices_(size_.Pixels(), DepthBuffer::noPoint),
-      radii_(size_.Pixels()) {
-    std::vector<float> radii;
-    if (diameter)
-        radii.assign(points.Size().Pixels(), static_cast<float>(*diameter) / 2.0F);
-    else
-        radii = closingRadii(points, projection);
-    DiscBuffer discs(size_);
-    for (int row = 0; row < points.Size().height; ++row) {
-        for (int column = 0; column < points.Size().width; ++column) {
-            const std::size_t pixel = points.Size().Pixel(column, row);
+DiscBuffer drawDiscs(const DepthBuffer& points, const Projection& projection,
+                     const std::vector<float>& radii) {
+    DiscBuffer discs(projection.Size());
+    const ImageSize& size = points.Size();
+    for (int row = 0; row < size.height; ++row) {
+        for (int column = 0; column < size.width; ++column) {
+            const std::size_t pixel = size.Pixel(column, row);
             if (points.IsEmpty(pixel)) continue;
-            const float radius = radii[pixel];
-            const float depth = points.Depth(pixel);
             const int x = column - DepthBuffer::margin;
             const int y = row - DepthBuffer::margin;
+            const float depth = points.Depth(pixel);
+            const float radius = radii[pixel];
             const auto source = static_cast<std::uint32_t>(pixel);
             if (radius < 1.0F) {
                 discs.DrawPixel(x, y, depth, source);
@@ -90,10 +83,24 @@ Surface::Surface(const DepthBuffer& points, const Projection& projection,
             }
         }
     }
+    return discs;
+}
+
+}  // namespace
+
+Surface::Surface(const DepthBuffer& points, const Projection& projection,
+                 std::optional<double> diameter)
+    : size_(projection.Size()),
+      depths_(size_.Pixels()),
+      indices_(size_.Pixels(), DepthBuffer::noPoint),
+      radii_(size_.Pixels()) {
+    const std::vector<float> radii =
+        diameter ? std::vector<float>(points.Size().Pixels(), static_cast<float>(*diameter) / 2.0F)
+                 : closingRadii(points, projection);
+    const DiscBuffer discs = drawDiscs(points, projection, radii);
     for (std::size_t pixel = 0; pixel < size_.Pixels(); ++pixel) {
-        const std::uint64_t cell = discs.Cells()[pixel];
-        if (cell == DiscBuffer::empty) continue;
-        const auto source = static_cast<std::uint32_t>(cell);
+        if (discs.IsEmpty(pixel)) continue;
+        const std::uint32_t source = discs.Source(pixel);
         depths_[pixel] = points.Depth(source);
         indices_[pixel] = points.PointIndex(source);
         radii_[pixel] = radii[source];

@@ -155,6 +155,9 @@ TEST_F(ColourlessPictureTest, ShowsIntensityOrElseElevation) {
     const Picture::Colour lowest = {0, 0, 38}, slate = {44, 54, 68};
     EXPECT_EQ(picture.count(lowest) + picture.count(slate), 300U * 200U);
     EXPECT_GT(picture.count(lowest), 3000U);
+    // The camera fits what a cut leaves, a thin slab here.
+    colouredBy(blackAndDull, "--section 95,0,0,1,0,0 --no-legend --shading none");
+    EXPECT_LT(Picture(read("o.png")).count(slate), 300U * 200U * 9 / 10);
     colouredBy(blackAndDull, plain + "--range 500,600");
     EXPECT_LT(Picture(read("o.png")).count(lowest), picture.count(lowest));
 }

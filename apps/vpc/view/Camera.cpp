@@ -144,7 +144,8 @@ CameraOptions::CameraOptions(CLI::App& options) {
     add("--target", targetText_, "X,Y,Z", "What it looks at, default: the middle of the cloud");
     add("--up", upText_, "X,Y,Z", "What is up in the picture, default: 0,0,1");
     add("--field", fieldText_, "W,H",
-        "Width and height of what is seen at the target's distance, default: the whole cloud");
+        "Width and height of what is seen at the target's distance, default: all that the cuts "
+        "leave");
     add("--viewport", viewportText_, "W,H", "Pixels of the window, default: 1280,800");
     auto* perspective = options.add_flag("--perspective", perspective_,
                                          "Things further away look smaller (the default)");

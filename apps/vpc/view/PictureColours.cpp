@@ -56,7 +56,7 @@ PictureColours::PictureColours(const LoadedPointSet& points, const ViewOptions& 
 
 PictureColours::Shown PictureColours::Choose(const ViewOptions& options) {
     // This scheme is no ramp: it leaves the points their own colours.
-    if (options.Scheme() == GiPc_ColorScheme_ScanColors) return Shown::ScanColours;
+    if (count_ == 0 || options.Scheme() == GiPc_ColorScheme_ScanColors) return Shown::ScanColours;
     switch (options.Stylization()) {
         case GiPc_Stylization_SCANCOLORS:
             return Shown::ScanColours;

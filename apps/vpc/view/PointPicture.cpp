@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "core/util/DisplayText.h"
 #include "core/util/DrawingUnits.h"
 #include "draw/DepthBuffer.h"
 #include "draw/EyeDomeShading.h"
@@ -10,11 +11,16 @@
 #include "draw/Paint.h"
 #include "draw/ScaleBar.h"
 #include "draw/Surface.h"
+#include "vpc/common/Command.h"
+#include "vpc/common/SystemMemory.h"
 #include "vpc/view/PictureColours.h"
 
 namespace vpc {
 
 namespace {
+
+/// What drawing takes at its peak.
+constexpr unsigned long long bytesPerPixel = 56;
 
 draw::Point3 toPoint(const VpcVector3D& v) {
     return {v.x, v.y, v.z};
@@ -42,6 +48,16 @@ draw::Surface surfaceOf(const LoadedPointSet& points, const draw::Projection& pr
 }
 
 }  // namespace
+
+void PointPicture::RequireMemory(const Viewport& size) {
+    const auto bytes = bytesPerPixel * static_cast<unsigned long long>(size.width) *
+                       static_cast<unsigned long long>(size.height);
+    if (bytes > systemMemory())
+        throw CommandError("a picture of " + std::to_string(size.width) + " x " +
+                           std::to_string(size.height) + " pixels takes " +
+                           DisplayText::Bytes(bytes) +
+                           " of memory, more than there is; give a smaller --size");
+}
 
 PointPicture PointPicture::Draw(const LoadedPointSet& points, const ViewCamera& camera,
                                 const Viewport& size, const ViewOptions& view,

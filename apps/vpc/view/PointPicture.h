@@ -12,6 +12,8 @@ namespace vpc {
 
 /// A picture of the last view of a point set, and what it shows.
 struct PointPicture {
+    /// Throws CommandError where drawing a picture of this size takes more memory than there is.
+    static void RequireMemory(const Viewport& size);
     /// Shows all of the camera's field, and more beside it where the picture has another shape.
     static PointPicture Draw(const LoadedPointSet& points, const ViewCamera& camera,
                              const Viewport& size, const ViewOptions& view,

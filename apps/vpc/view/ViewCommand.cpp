@@ -93,6 +93,8 @@ int ViewCommand::Run() {
     options_.Read();
     picture_.Read();
     if (picture_.Size()) camera_.SetViewport(*picture_.Size());
+    if (picture_.Wanted())
+        PointPicture::RequireMemory(picture_.Size().value_or(camera_.GetViewport()));
     CheckOutputs();
     Interrupt::Catch();
 
@@ -141,10 +143,10 @@ void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& c
     const PointPicture picture = PointPicture::Draw(pointSet, camera, size, options_, picture_);
     Interrupt::Check();
     writePng(picture_.File(), picture.image);
+    const std::string points = std::to_string(pointSet->getNrVisiblePoints()) + " points";
     TellWritten(picture_.File(), std::to_string(size.width) + " x " + std::to_string(size.height) +
-                                     " pixels of " +
-                                     std::to_string(pointSet->getNrVisiblePoints()) +
-                                     " points, coloured by " + picture.colouredBy);
+                                     " pixels of " + points + ", coloured by " +
+                                     picture.colouredBy);
 }
 
 void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {
