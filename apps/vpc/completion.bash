@@ -7,7 +7,7 @@ _vpc_options() { # COMMAND
   case $1 in
     prepare)
       echo --help --output --tree --max-points --max-level --unit --memory --work \
-        --log --text --allow-incomplete --skip-bad --quiet --force
+        --log --text --allow-incomplete --skip-bad --quiet --progress --json --force
       ;;
     info) echo --help --json --nodes --stats ;;
     verify) echo --help --json ;;
@@ -43,6 +43,7 @@ _vpc() {
     case $command:$before in
       prepare:--tree) words='octree kd' ;;
       prepare:--text) words='auto strict' ;;
+      prepare:--progress) words='words json none' ;;
       *:--density) words='low full' ;;
       *:--stylization) words='auto scan elevation intensity' ;;
       *:--point-size) words=auto ;;

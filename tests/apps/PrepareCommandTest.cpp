@@ -135,7 +135,7 @@ TEST_F(PrepareCommandTest, PreparesAndSumsUp) {
     sample("B\u00e4ume.las", "20000");
     sample("\U0001F332.las", "5000");
     const ProgramResult result =
-        run("prepare -o t.vpt --unit foot --log log --max-points 1000 --quiet B\u00e4ume.las "
+        run("prepare -o t.vpt --unit foot --log log --max-points 1000 B\u00e4ume.las "
             "\U0001F332.las");
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
@@ -158,6 +158,15 @@ TEST_F(PrepareCommandTest, PreparesAndSumsUp) {
             "\U0001F332.las");
     EXPECT_EQ(warned.status, 0);
     EXPECT_THAT(warned.err, ContainsRegex("warning.*4600"));
+    const ProgramResult told =
+        run("prepare -o j.vpt --allow-incomplete --quiet --json --progress json B\u00e4ume.las "
+            "\U0001F332.las");
+    EXPECT_THAT(told.out, ContainsRegex("^\\{\"stage\":\"sorting points\",\"share\":0.[0-9]+,.*\n"
+                                        "(\\{.*\\}\n)*\\{\"output\":\"j.vpt\",\"points\":20400,"
+                                        ".*,\"unit\":\"Meters\",\"warnings\":\\[\\{\"file\":"
+                                        "\"\U0001F332.las\",\"text\":\".*4600.*\"\\}\\]\\}\n$"));
+    EXPECT_EQ(run("prepare -o j.vpt --quiet B\u00e4ume.las").out, "") << "no warning, no word";
+    fs::remove(folder.file("j.vpt"));
     const TreeFile kd = folder.tree();
     EXPECT_EQ(kd.treeType, 1U);
     EXPECT_EQ(kd.levels.size(), 4U);
