@@ -74,7 +74,8 @@ private:
 /// The share of the ramp above a value.
 float shareAbove(const ValueRange& range, double value) {
     const double length = range.max - range.min;
-    return length > 0.0 ? static_cast<float>((range.max - value) / length) : 0.5F;
+    if (!(length > 0.0) || !std::isfinite(length)) return 0.5F;
+    return static_cast<float>((range.max - value) / length);
 }
 
 void drawRamp(Image& image, const Rectangle& place, const ColourRamp& ramp) {

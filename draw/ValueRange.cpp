@@ -7,7 +7,7 @@
 namespace vpc::draw {
 
 ValueRange ValueRange::WithoutStrays(std::vector<double> values) {
-    std::erase_if(values, [](double value) { return std::isnan(value); });
+    std::erase_if(values, [](double value) { return !std::isfinite(value); });
     if (values.empty()) return {};
     const auto strays = static_cast<std::ptrdiff_t>(values.size() / 100);
     const auto low = values.begin() + strays;

@@ -10,7 +10,8 @@ struct ValueRange {
     double max = 0.0;
 
     /// What lies between the 1st and the 99th percentile of the values, so that few strays do not
-    /// take the colours from the others. 0 to 0 where there are none; a NaN does not count.
+    /// take the colours from the others. 0 to 0 where there are none; what is not finite does not
+    /// count.
     static ValueRange WithoutStrays(std::vector<double> values);
 };
 
