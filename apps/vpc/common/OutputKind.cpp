@@ -75,57 +75,57 @@ bool isText(std::string_view bytes) {
     });
 }
 
-FileKind kindOfText(std::string_view text) {
+OutputKind kindOfText(std::string_view text) {
     std::vector<Line> lines = firstLines(text);
-    if (lines.empty()) return FileKind::other;
+    if (lines.empty()) return OutputKind::other;
     if (lines[0].IsCount()) {
-        if (lines.size() == 1 || lines[1].IsPoint()) return FileKind::pts;
-        return lines[1].IsCount() ? FileKind::ptx : FileKind::other;
+        if (lines.size() == 1 || lines[1].IsPoint()) return OutputKind::pts;
+        return lines[1].IsCount() ? OutputKind::ptx : OutputKind::other;
     }
     // Names of the columns may stand above the points.
     if (lines[0].numbers == 0 && lines.size() > 1) lines.erase(lines.begin());
-    if (!lines[0].IsPoint()) return FileKind::other;
-    return lines[0].commas ? FileKind::csv : FileKind::pointLines;
+    if (!lines[0].IsPoint()) return OutputKind::other;
+    return lines[0].commas ? OutputKind::csv : OutputKind::pointLines;
 }
 
 bool startsWith(std::string_view bytes, std::string_view signature) {
     return bytes.substr(0, signature.size()) == signature;
 }
 
-FileKind kindOf(std::string_view bytes) {
-    if (bytes.empty()) return FileKind::empty;
-    if (startsWith(bytes, "LASF")) return FileKind::las;
-    if (startsWith(bytes, "ply\n") || startsWith(bytes, "ply\r")) return FileKind::ply;
-    if (startsWith(bytes, "\x89PNG\r\n")) return FileKind::png;
+OutputKind kindOf(std::string_view bytes) {
+    if (bytes.empty()) return OutputKind::empty;
+    if (startsWith(bytes, "LASF")) return OutputKind::las;
+    if (startsWith(bytes, "ply\n") || startsWith(bytes, "ply\r")) return OutputKind::ply;
+    if (startsWith(bytes, "\x89PNG\r\n")) return OutputKind::png;
     if (bytes.size() >= PointTreeLayout::sourceNamesPosition) {
         const auto version = valueAt<unsigned long long>(bytes.data());
         const auto treeType =
             valueAt<unsigned long long>(bytes.data() + PointTreeLayout::treeTypePosition);
-        if (version >= 1 && version <= plausibleVersion && treeType <= 1) return FileKind::tree;
+        if (version >= 1 && version <= plausibleVersion && treeType <= 1) return OutputKind::tree;
     }
-    return isText(bytes) ? kindOfText(bytes) : FileKind::other;
+    return isText(bytes) ? kindOfText(bytes) : OutputKind::other;
 }
 
-std::string nameOf(FileKind kind) {
+std::string nameOf(OutputKind kind) {
     switch (kind) {
-        case FileKind::tree:
+        case OutputKind::tree:
             return "a point tree file";
-        case FileKind::las:
+        case OutputKind::las:
             return "a LAS file";
-        case FileKind::ply:
+        case OutputKind::ply:
             return "a PLY file";
-        case FileKind::png:
+        case OutputKind::png:
             return "a picture";
-        case FileKind::pts:
+        case OutputKind::pts:
             return "a PTS scan";
-        case FileKind::ptx:
+        case OutputKind::ptx:
             return "a PTX scan";
-        case FileKind::pointLines:
+        case OutputKind::pointLines:
             return "a list of points";
-        case FileKind::csv:
+        case OutputKind::csv:
             return "a list of points with commas";
-        case FileKind::empty:
-        case FileKind::other:
+        case OutputKind::empty:
+        case OutputKind::other:
             break;
     }
     return "a file of another kind";
@@ -133,22 +133,28 @@ std::string nameOf(FileKind kind) {
 
 }  // namespace
 
-FileKind kindOfFile(const std::string& path) {
+OutputKind kindOfExisting(const std::string& path) {
     const FileHandle file(std::fopen(path.c_str(), "rbe"));
-    if (file == nullptr) return FileKind::other;
+    if (file == nullptr) return OutputKind::other;
     std::string bytes(bytesToJudge, '\0');
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
-    if (std::ferror(file.get()) != 0) return FileKind::other;
+    if (std::ferror(file.get()) != 0) return OutputKind::other;
     return kindOf(bytes);
 }
 
-void requireReplaceable(const std::string& output, FileKind kind, bool force) {
+void requireReplaceable(const std::string& output, OutputKind kind, const std::string& advice) {
     std::error_code ignored;  // the output need not exist yet
-    if (force || !fs::is_regular_file(output, ignored)) return;
-    const FileKind there = kindOfFile(output);
-    if (there == FileKind::empty || there == kind) return;
+    if (!fs::is_regular_file(output, ignored)) return;
+    const OutputKind there = kindOfExisting(output);
+    if (there == OutputKind::empty || there == kind) return;
     throw CommandError("'" + output + "' is there already and is " + nameOf(there) + ", not " +
-                       nameOf(kind) + "; choose another name, or give --force to replace it");
+                       nameOf(kind) + "; " + advice);
+}
+
+void requireNoOtherScan(const std::string& output, OutputKind kind) {
+    std::error_code ignored;  // the output need not exist yet
+    if (fs::is_regular_file(output, ignored) && kindOfExisting(output) != OutputKind::other)
+        requireReplaceable(output, kind);
 }
 
 void requireOtherFile(const std::string& output, const std::string& input,

@@ -5,7 +5,7 @@
 namespace vpc {
 
 /// What a file is, by its content and not by its name.
-enum class FileKind {
+enum class OutputKind {
     empty,
     tree,
     las,
@@ -21,12 +21,17 @@ enum class FileKind {
 };
 
 /// Judges a file by its first bytes. What is not there or cannot be read is `other`.
-FileKind kindOfFile(const std::string& path);
+OutputKind kindOfExisting(const std::string& path);
 
 /// Throws CommandError where there is a regular file of that name already that is neither empty nor
-/// of `kind`: it may be dear to somebody. With `force` it may be replaced. (What is no regular file
-/// never is: see ReplacementFile.)
-void requireReplaceable(const std::string& output, FileKind kind, bool force);
+/// of `kind`: it may be dear to somebody. (What is no regular file is never replaced: see
+/// ReplacementFile.)
+/// \param advice ends the sentence
+void requireReplaceable(const std::string& output, OutputKind kind,
+                        const std::string& advice = "choose another name");
+/// The same for an output whose name has to be that of its kind already: only what is known to be
+/// of another kind stays, as a scan that was given a wrong name.
+void requireNoOtherScan(const std::string& output, OutputKind kind);
 
 /// Throws CommandError where `output` is the very file `input`, under whatever name. `whatInputIs`
 /// follows "is", as "the tree file itself".

@@ -114,7 +114,9 @@ ExportFormat ExportCommand::RequireFormat() const {
 void ExportCommand::CheckOutput(ExportFormat format) const {
     if (WritesToStandardOutput()) return;
     requireOtherFile(output_, file_, "the tree file itself");
-    requireReplaceable(output_, kindOf(format), force_);
+    if (!force_)
+        requireReplaceable(output_, kindOf(format),
+                           "choose another name, or give --force to replace it");
 }
 
 void ExportCommand::RequirePoints(const ExportSource& source, PointTreeReader& tree) const {

@@ -15,22 +15,22 @@ std::optional<ExportFormat> exportFormatOf(const std::string& name) {
     return static_cast<ExportFormat>(found - names.begin());
 }
 
-FileKind kindOf(ExportFormat format) {
+OutputKind kindOf(ExportFormat format) {
     switch (format) {
         case ExportFormat::las:
-            return FileKind::las;
+            return OutputKind::las;
         case ExportFormat::ply:
-            return FileKind::ply;
+            return OutputKind::ply;
         case ExportFormat::pts:
-            return FileKind::pts;
+            return OutputKind::pts;
         case ExportFormat::ptx:
-            return FileKind::ptx;
+            return OutputKind::ptx;
         case ExportFormat::xyz:
-            return FileKind::pointLines;
+            return OutputKind::pointLines;
         case ExportFormat::csv:
-            return FileKind::csv;
+            return OutputKind::csv;
     }
-    return FileKind::other;
+    return OutputKind::other;
 }
 
 bool isText(ExportFormat format) {

@@ -16,7 +16,7 @@ std::vector<std::string> exportFormatNames();
 /// The format of that name, in small or capital letters; nothing where there is none.
 std::optional<ExportFormat> exportFormatOf(const std::string& name);
 /// What a file of the format is.
-FileKind kindOf(ExportFormat format);
+OutputKind kindOf(ExportFormat format);
 bool isText(ExportFormat format);
 
 }  // namespace vpc

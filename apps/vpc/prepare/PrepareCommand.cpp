@@ -22,6 +22,7 @@
 #include "core/util/VpcLogger.h"
 #include "tree/construct/PrepareChecks.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/OutputKind.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/scan/ScanList.h"
 #include "vpc/scan/ScanSet.h"
@@ -208,6 +209,7 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
+    requireNoOtherScan(options_.output, OutputKind::tree);
     const auto start = std::chrono::steady_clock::now();
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());

@@ -8,6 +8,7 @@
 #include "io/FileIoFactory.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/OutputFile.h"
+#include "vpc/common/OutputKind.h"
 #include "vpc/sample/SampleWriter.h"
 
 namespace vpc {
@@ -50,6 +51,7 @@ SampleCommand::SampleCommand(CLI::App& app)
 int SampleCommand::Run() {
     const std::unique_ptr<SampleWriter> writer = MakeWriter();
     Interrupt::Catch();
+    requireNoOtherScan(output_, KindOfOutput());
     writeOutputFile(output_, [&](ReplacementFile& file) { writer->Write(file); });
     std::printf("%s: %llu points\n", output_.c_str(), points_);
     return exitDone;
@@ -58,6 +60,17 @@ int SampleCommand::Run() {
 void SampleCommand::RefuseAsNoLas(const std::string& option) const {
     throw CommandUsageError(option + " is for LAS files, which '" + output_ +
                             "' is not by its extension");
+}
+
+OutputKind SampleCommand::KindOfOutput() const {
+    switch (FileIoFactory::GetDataFormat(FileTools::FromNativePath(output_))) {
+        case DataFormat_PTS:
+            return OutputKind::pts;
+        case DataFormat_PTX:
+            return OutputKind::ptx;
+        default:
+            return OutputKind::las;
+    }
 }
 
 std::unique_ptr<SampleWriter> SampleCommand::MakeWriter() const {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "vpc/common/Command.h"
+#include "vpc/common/OutputKind.h"
 
 namespace vpc {
 
@@ -18,6 +19,7 @@ public:
 
 private:
     std::unique_ptr<SampleWriter> MakeWriter() const;
+    OutputKind KindOfOutput() const;
     [[noreturn]] void RefuseAsNoLas(const std::string& option) const;
 
     std::string output_;

@@ -15,6 +15,18 @@
 
 namespace vpc {
 
+SampleWriter::SampleWriter(unsigned long long points, std::uint64_t seed)
+    : points_(points), seed_(seed) {
+    progress_.Begin("making points", points);
+}
+
+void SampleWriter::Step(unsigned long long points) {
+    constexpr unsigned long long interval = 65536;
+    if (points % interval != 0) return;
+    Interrupt::Check();
+    if (points != 0) progress_.Add(interval);
+}
+
 namespace {
 
 // --- LAS -----------------------------------------------------------------------------------------
@@ -106,7 +118,7 @@ template <class Take>
 void LasSampleWriter::MakeRecords(const Take& take) {
     SampleFlight flight(Points(), Seed());
     for (unsigned long long i = 0; i < Points(); ++i) {
-        Interrupt::CheckSometimes(i);
+        Step(i);
         const SamplePoint point = flight.Next();
         take(RecordOf(point, flight));
     }
@@ -208,7 +220,7 @@ void PtsSampleWriter::Write(ReplacementFile& file) {
     file.Write(std::to_string(Points()) + "\n");
     SampleFlight flight(Points(), Seed());
     for (unsigned long long i = 0; i < Points(); ++i) {
-        Interrupt::CheckSometimes(i);
+        Step(i);
         const TextLine line = lineOf(flight.Next());
         file.Write(line.Data(), line.Size());
     }
@@ -287,7 +299,7 @@ void PtxSampleWriter::Write(ReplacementFile& file) {
     for (unsigned long long column = 0; column < columns_; ++column) {
         const unsigned long long filled = PointsInColumn(column);
         for (unsigned long long row = 0; row < rows_; ++row) {
-            Interrupt::CheckSometimes(column * rows_ + row);
+            Step(column * rows_ + row);
             // Spreads the filled cells of a column evenly over its rows.
             if ((row + 1) * filled / rows_ > row * filled / rows_) {
                 WriteCell(file, column,

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "vpc/common/Progress.h"
+
 namespace vpc {
 
 class ReplacementFile;
@@ -38,13 +40,17 @@ public:
     virtual void Write(ReplacementFile& file) = 0;
 
 protected:
-    SampleWriter(unsigned long long points, std::uint64_t seed) : points_(points), seed_(seed) {}
+    SampleWriter(unsigned long long points, std::uint64_t seed);
     unsigned long long Points() const { return points_; }
+    /// To be called for every point or cell: looks now and then whether the user has had enough,
+    /// and shows how far the scan is.
+    void Step(unsigned long long points);
     std::uint64_t Seed() const { return seed_; }
 
 private:
     unsigned long long points_;
     std::uint64_t seed_;
+    Progress progress_;
 };
 
 }  // namespace vpc

@@ -8,6 +8,8 @@
 
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/OutputFile.h"
+#include "vpc/common/OutputKind.h"
+#include "vpc/common/StandardOutput.h"
 #include "vpc/common/TextLine.h"
 #include "vpc/view/Framing.h"
 #include "vpc/view/LoadedPointSet.h"
@@ -78,7 +80,10 @@ ViewCommand::ViewCommand(CLI::App& app)
 
 void ViewCommand::DeclareOutput() {
     CLI::App& options = Options();
-    options.add_option("--points", points_, "Write every visible point: x y z red green blue size")
+    options
+        .add_option("--points", points_,
+                    "Write every visible point: x y z red green blue size; - for standard "
+                    "output")
         ->type_name("OUT.txt");
     options.add_flag("--report", report_, "Print what the view came to in JSON");
     options
@@ -133,9 +138,13 @@ void ViewCommand::CheckOutputs() const {
         throw CommandUsageError("--image and --points both name '" + points_ +
                                 "'; give them different names");
     for (const std::string& output : {picture_.File(), points_})
-        if (isSameFile(output, file_))
-            throw CommandError("'" + output + "' is the tree file itself; choose another name");
+        requireOtherFile(output, file_, "the tree file itself");
+    if (picture_.Wanted()) requireReplaceable(picture_.File(), OutputKind::png);
+    if (PointsGoToStandardOutput() && report_)
+        throw CommandUsageError("--report and --points - both write to standard output");
+    if (points_.empty() || PointsGoToStandardOutput()) return;
     requireTextName(points_);
+    requireReplaceable(points_, OutputKind::pointLines);
 }
 
 void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const {
@@ -150,28 +159,38 @@ void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& c
 }
 
 void ViewCommand::WritePoints(const LoadedPointSet& pointSet) const {
+    if (PointsGoToStandardOutput()) return WritePoints(pointSet, writeStandardOutput);
+    writeOutputFile(points_, [&](ReplacementFile& file) {
+        WritePoints(pointSet, [&](std::string_view bytes) { file.Write(bytes); });
+    });
+    TellWritten(points_, std::to_string(pointSet->getNrVisiblePoints()) + " points");
+}
+
+void ViewCommand::WritePoints(const LoadedPointSet& pointSet,
+                              const std::function<void(std::string_view)>& write) const {
     const unsigned long long points = pointSet->getNrVisiblePoints();
     const OdGePoint3d* const coordinates = pointSet->getPointCoordinates();
     const OdCmEntityColor* const colours = pointSet->getPointColors();
     const double* const sizes = pointSet->getPointSizes();
-    writeOutputFile(points_, [&](ReplacementFile& file) {
-        for (unsigned long long i = 0; i < points; ++i) {
-            Interrupt::CheckSometimes(i);
-            TextLine line;
-            for (const double value : {coordinates[i].x, coordinates[i].y, coordinates[i].z})
-                line.AddGeneral(value, allDigits);
-            for (const int channel : {colours[i].red(), colours[i].green(), colours[i].blue()})
-                line.Add(channel);
-            line.AddGeneral(sizes[i], allDigits);
-            line.End();
-            file.Write(line.Data(), line.Size());
-        }
-    });
-    TellWritten(points_, std::to_string(points) + " points");
+    for (unsigned long long i = 0; i < points; ++i) {
+        Interrupt::CheckSometimes(i);
+        TextLine line;
+        for (const double value : {coordinates[i].x, coordinates[i].y, coordinates[i].z})
+            line.AddGeneral(value, allDigits);
+        for (const int channel : {colours[i].red(), colours[i].green(), colours[i].blue()})
+            line.Add(channel);
+        line.AddGeneral(sizes[i], allDigits);
+        line.End();
+        write({line.Data(), line.Size()});
+    }
+}
+
+bool ViewCommand::PointsGoToStandardOutput() const {
+    return points_ == standardOutputName;
 }
 
 void ViewCommand::TellWritten(const std::string& file, const std::string& what) const {
-    if (!report_) print(file + ": " + what + "\n");
+    if (!report_ && !PointsGoToStandardOutput()) print(file + ": " + what + "\n");
 }
 
 }  // namespace vpc

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "vpc/common/Command.h"
 #include "vpc/view/Camera.h"
@@ -23,6 +25,9 @@ private:
     void CheckOutputs() const;
     void WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const;
     void WritePoints(const LoadedPointSet& pointSet) const;
+    void WritePoints(const LoadedPointSet& pointSet,
+                     const std::function<void(std::string_view)>& write) const;
+    bool PointsGoToStandardOutput() const;
     /// Tells the user of a written file, unless the output is JSON alone.
     void TellWritten(const std::string& file, const std::string& what) const;
 
