@@ -12,6 +12,9 @@ protected:
         for (const std::string scan : {"east.las", "west.las", "east.pts", "west.pts", "east.ptx"})
             expectDone("sample " + scan + " --points 200000 --seed " +
                        (scan[0] == 'e' ? "1" : "2"));
+        std::filesystem::create_directory(folder.file("scans"));
+        std::filesystem::copy(folder.file("west.las"), folder.file("scans/west.las"));
+        write("more.txt", "east.las\n");
         expectDone("prepare --quiet -o site.vpt east.las west.las");
         expectDone("prepare --quiet -o scan.vpt east.las");
     }

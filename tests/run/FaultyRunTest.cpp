@@ -13,7 +13,11 @@ namespace vpc::test {
 
 namespace {
 
-const std::string older = "an older file";
+/// What an output of that name may hold before: the kind of file that is written there.
+std::string olderFile(const std::string& output) {
+    if (output.ends_with(".png")) return "\x89PNG\r\n\x1a\n an older picture";
+    return output.ends_with(".txt") ? "1 2 3 4 5 6 7\n" : "an older file";
+}
 
 struct Job {
     std::vector<std::string> arguments;
@@ -79,10 +83,10 @@ protected:
         const auto prepare = [&] {
             for (const auto& [name, bytes] : files())
                 if (before_.count(name) == 0) std::filesystem::remove_all(name);
-            if (!job.output.empty()) writeBytes(folder_.file(job.output), older);
+            if (!job.output.empty()) writeBytes(folder_.file(job.output), olderFile(job.output));
         };
         before_ = files();
-        if (!job.output.empty()) before_[folder_.file(job.output)] = older;
+        if (!job.output.empty()) before_[folder_.file(job.output)] = olderFile(job.output);
         prepare();
         const ProgramResult good = run(job);
         ASSERT_EQ(good.status, 0) << good.err;

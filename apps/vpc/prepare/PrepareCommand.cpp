@@ -209,7 +209,6 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
-    requireNoOtherScan(options_.output, OutputKind::tree);
     const auto start = std::chrono::steady_clock::now();
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());
@@ -219,6 +218,7 @@ int PrepareCommand::Run() {
     ScanSet scans(list.Files(),
                   {{options_.allowIncomplete, options_.text == "strict"}, options_.skipBad});
     RequireChecks(scans);
+    requireNoOtherScan(options_.output, OutputKind::tree);
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();

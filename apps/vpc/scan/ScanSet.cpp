@@ -132,7 +132,7 @@ std::vector<wxString> ScanSet::Sources() const {
 wxString ScanSet::InUsersNames(wxString message) const {
     for (const ScanFile& scan : scans_)
         message.Replace(FileTools::FromNativePath(scan.Source()),
-                        FileTools::FromNativePath(std::filesystem::absolute(scan.Name()).string()));
+                        FileTools::FromNativePath(scan.Name()));
     return message;
 }
 
