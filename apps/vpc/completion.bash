@@ -17,7 +17,7 @@ _vpc_options() { # COMMAND
       ;;
     pick) echo --help "$shown" --at --pixel --size --box --json "$camera" ;;
     export) echo --help --output --format --level "$cuts" --coloured-by --force ;;
-    sample) echo --help --points --seed --format --order ;;
+    sample) echo --help --points --seed --format --order --force ;;
   esac
 }
 

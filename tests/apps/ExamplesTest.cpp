@@ -35,9 +35,11 @@ protected:
     }
     /// Puts a file of its kind in place of each that a line reads and nothing has made before.
     void provide(const std::string& line) const {
-        static const std::regex name("[\\w./-]+\\.(las|pts|ptx|vpt)\\b");
+        static const std::regex name("[\\w./-]+\\.(las|pts|ptx|vpt|ply|xyz|csv)\\b");
         for (std::sregex_iterator i(line.begin(), line.end(), name), end; i != end; ++i) {
             const std::filesystem::path file = folder.file(i->str());
+            // A line before may have written what this one writes, which --force alone replaces.
+            if (isOutput(line, i->position())) std::filesystem::remove(file);
             if (isOutput(line, i->position()) || std::filesystem::exists(file)) continue;
             std::filesystem::create_directories(file.parent_path());
             const std::string like = (*i)[1] == "vpt" ? "site.vpt" : "east." + (*i)[1].str();

@@ -77,7 +77,7 @@ protected:
         return prepared("counted.pts");
     }
     std::vector<PointRecord> exported(const std::string& options) const {
-        expectDone("export t.vpt -o o.ply " + options);
+        expectDone("export t.vpt --force -o o.ply " + options);
         return pointsOfPly(read("o.ply"));
     }
 
@@ -194,25 +194,29 @@ TEST_F(ExportCommandTest, CutsAsTheViewDoes) {
     EXPECT_EQ(run("export t.vpt -o - --format pts").out, read("text"));
 }
 
-TEST_F(ExportCommandTest, ReplacesNothingOfAnotherKind) {
+TEST_F(ExportCommandTest, ReplacesNothingUnlessItIsForcedTo) {
     for (const std::string& there : outputs) {
-        expectDone("export t.vpt --level 0 -o " + there);
-        for (const std::string format : {"las", "ply", "pts", "ptx", "xyz", "csv"}) {
-            const std::string line = "export t.vpt --level 0 --format " + format + " -o " + there;
-            if (format == there.substr(2))
-                expectDone(line);
-            else
-                expectFailure(line, 1, "give --force to replace it");
-        }
+        const std::string line = "export t.vpt --level 0 -o " + there;
+        expectDone(line);
+        expectFailure(line, 1, "'" + there + "' is there already; choose another name, or give");
+        expectDone(line + " --force");
+        // Other commands, whose outputs may be made anew, know what is not of theirs.
+        std::filesystem::copy(folder.file(there), folder.file(there + ".png"));
+        expectFailure("view t.vpt --image " + there + ".png", 1, "not a picture");
+        std::filesystem::copy(folder.file(there), folder.file(there + ".vpt"));
+        expectFailure("prepare o.las -o " + there + ".vpt", 1, "not a point tree file");
+        std::filesystem::copy(folder.file(there), folder.file(there + ".txt"));
+        if (there != "o.xyz")
+            expectFailure("view t.vpt --points " + there + ".txt", 1, "not a list of points");
     }
     expectFailure("export t.vpt -o ./t.vpt --format pts --force", 1, "the tree file itself");
-    std::filesystem::copy(folder.file("t.vpt"), folder.file("copy.pts"));
-    expectFailure("export t.vpt -o copy.pts", 1, "is a point tree file");
-    write("notes.pts", "Call Jane\nabout 12 things\n");
-    expectFailure("export t.vpt -o notes.pts", 1, "is a file of another kind");
-    expectDone("export t.vpt -o notes.pts --force");
+    std::filesystem::copy(folder.file("t.vpt"), folder.file("copy.txt"));
+    expectFailure("view t.vpt --points copy.txt", 1, "is a point tree file");
+    write("notes.txt", "Call Jane\nabout 12 things\n");
+    expectFailure("view t.vpt --points notes.txt", 1, "is a file of another kind");
     write("empty.pts", "");
     expectDone("export t.vpt -o empty.pts");
+    expectFailure("sample o.las", 1, "is there already");
 }
 
 TEST_F(ExportCommandTest, RefusesWhatCannotBe) {
@@ -237,7 +241,7 @@ TEST_F(ExportCommandTest, RefusesWhatCannotBe) {
     expectFailure(from + "o.pts --level 1", 1, "claims more points than it has room for");
     write("t.vpt", whole);
     write("o.pts", "0\n");
-    expectFailure(from + "o.pts", 1, "'o.pts' cannot be written", 20000);
+    expectFailure(from + "o.pts --force", 1, "'o.pts' cannot be written", 20000);
     EXPECT_EQ(read("o.pts"), "0\n");
     EXPECT_TRUE(folder.holdsOnly({"o.pts", "t.ptx", "t.vpt"}));
 }

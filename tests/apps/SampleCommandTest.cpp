@@ -31,7 +31,7 @@ TEST_F(SampleCommandTest, IsTheSameForTheSameSeed) {
         EXPECT_EQ(run("sample --seed 3 --points 400000 " + file).out, name + ": 400000 points\n");
         EXPECT_EQ(hashOf(read(name)), hash);
         for (const unsigned long long points : {1ULL, 7ULL, 400000ULL}) {
-            expectDone("sample --seed 4 --points " + std::to_string(points) + " " + file);
+            expectDone("sample --force --seed 4 --points " + std::to_string(points) + " " + file);
             VpcBoundingBoxAxisAligned box;
             ScanSummary summary;
             wxString message;

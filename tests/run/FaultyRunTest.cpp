@@ -176,7 +176,7 @@ TEST_F(FaultyRun, ReadsATreeFileOrFails) {
 
 TEST_F(FaultyRun, WritesASampleOrNothing) {
     for (const char* output : {"o.las", "o.pts", "o.ptx"})
-        expectAllOrNothing({{"sample", output, "--points", "100"}, output});
+        expectAllOrNothing({{"sample", output, "--force", "--points", "100"}, output});
 }
 
 }  // namespace vpc::test

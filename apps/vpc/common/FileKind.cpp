@@ -111,7 +111,10 @@ bool isText(std::string_view head) {
 }
 
 std::string treeNameOf(const std::string& file) {
-    return shellWord(std::filesystem::path(file).replace_extension(".vpt").string());
+    const std::filesystem::path path = file;
+    // The scan may have a tree file's name, which its tree file cannot get then.
+    const std::string ending = path.extension() == ".vpt" ? "-tree.vpt" : ".vpt";
+    return shellWord((path.parent_path() / (path.stem().string() + ending)).string());
 }
 
 }  // namespace

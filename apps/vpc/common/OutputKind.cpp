@@ -142,19 +142,28 @@ OutputKind kindOfExisting(const std::string& path) {
     return kindOf(bytes);
 }
 
-void requireReplaceable(const std::string& output, OutputKind kind, const std::string& advice) {
+void requireReplaceable(const std::string& output, OutputKind kind) {
     std::error_code ignored;  // the output need not exist yet
     if (!fs::is_regular_file(output, ignored)) return;
     const OutputKind there = kindOfExisting(output);
     if (there == OutputKind::empty || there == kind) return;
     throw CommandError("'" + output + "' is there already and is " + nameOf(there) + ", not " +
-                       nameOf(kind) + "; " + advice);
+                       nameOf(kind) + "; choose another name");
 }
 
 void requireNoOtherScan(const std::string& output, OutputKind kind) {
     std::error_code ignored;  // the output need not exist yet
     if (fs::is_regular_file(output, ignored) && kindOfExisting(output) != OutputKind::other)
         requireReplaceable(output, kind);
+}
+
+void requireNoFile(const std::string& output) {
+    std::error_code ignored;  // the output need not exist yet
+    if (!fs::is_regular_file(output, ignored)) return;
+    if (kindOfExisting(output) != OutputKind::empty)
+        throw CommandError(
+            "'" + output +
+            "' is there already; choose another name, or give --force to replace it");
 }
 
 void requireOtherFile(const std::string& output, const std::string& input,

@@ -26,12 +26,13 @@ OutputKind kindOfExisting(const std::string& path);
 /// Throws CommandError where there is a regular file of that name already that is neither empty nor
 /// of `kind`: it may be dear to somebody. (What is no regular file is never replaced: see
 /// ReplacementFile.)
-/// \param advice ends the sentence
-void requireReplaceable(const std::string& output, OutputKind kind,
-                        const std::string& advice = "choose another name");
+void requireReplaceable(const std::string& output, OutputKind kind);
 /// The same for an output whose name has to be that of its kind already: only what is known to be
 /// of another kind stays, as a scan that was given a wrong name.
 void requireNoOtherScan(const std::string& output, OutputKind kind);
+/// Throws CommandError, which advises --force, where there is a file of that name already that is
+/// not empty: whoever writes scans could write over somebody's only one.
+void requireNoFile(const std::string& output);
 
 /// Throws CommandError where `output` is the very file `input`, under whatever name. `whatInputIs`
 /// follows "is", as "the tree file itself".

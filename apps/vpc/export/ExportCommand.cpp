@@ -10,6 +10,7 @@
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/NoPoints.h"
 #include "vpc/common/OutputFile.h"
+#include "vpc/common/OutputKind.h"
 #include "vpc/common/PlacedBox.h"
 #include "vpc/common/StandardOutput.h"
 #include "vpc/common/TreeFile.h"
@@ -61,8 +62,7 @@ ExportCommand::ExportCommand(CLI::App& app)
                     "Colours to write in place of the scan's: elevation, from blue to red")
         ->check(CLI::IsMember({"elevation"}))
         ->type_name("WHAT");
-    options.add_flag("--force", force_,
-                     "Replace the output even where it is a file of another kind");
+    options.add_flag("--force", force_, "Replace a file that has the output's name already");
     options.footer(
         "Examples:\n"
         "  vpc export scan.vpt -o points.las\n"
@@ -79,7 +79,7 @@ int ExportCommand::Run() {
     cuts_.Read();
     Interrupt::Catch();
     const auto tree = openCurrentTreeFile(file_);
-    CheckOutput(format);
+    CheckOutput();
     const unsigned long long levels = tree->Header().levels;
     const auto level = level_.Read(levels);
     if (levels == 0) throw CommandError(NoPoints::InFile(file_));
@@ -111,12 +111,10 @@ ExportFormat ExportCommand::RequireFormat() const {
                             "format to write; or give --format");
 }
 
-void ExportCommand::CheckOutput(ExportFormat format) const {
+void ExportCommand::CheckOutput() const {
     if (WritesToStandardOutput()) return;
     requireOtherFile(output_, file_, "the tree file itself");
-    if (!force_)
-        requireReplaceable(output_, kindOf(format),
-                           "choose another name, or give --force to replace it");
+    if (!force_) requireNoFile(output_);
 }
 
 void ExportCommand::RequirePoints(const ExportSource& source, PointTreeReader& tree) const {

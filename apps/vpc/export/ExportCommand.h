@@ -23,7 +23,7 @@ private:
     ExportFormat RequireFormat() const;
     bool WritesToStandardOutput() const;
     /// Throws CommandError where the output would take the place of what it must not.
-    void CheckOutput(ExportFormat format) const;
+    void CheckOutput() const;
     /// Throws CommandError where there are no points to write.
     void RequirePoints(const ExportSource& source, PointTreeReader& tree) const;
     void Write(ExportFormat format, ExportSource& source) const;

@@ -15,24 +15,6 @@ std::optional<ExportFormat> exportFormatOf(const std::string& name) {
     return static_cast<ExportFormat>(found - names.begin());
 }
 
-OutputKind kindOf(ExportFormat format) {
-    switch (format) {
-        case ExportFormat::las:
-            return OutputKind::las;
-        case ExportFormat::ply:
-            return OutputKind::ply;
-        case ExportFormat::pts:
-            return OutputKind::pts;
-        case ExportFormat::ptx:
-            return OutputKind::ptx;
-        case ExportFormat::xyz:
-            return OutputKind::pointLines;
-        case ExportFormat::csv:
-            return OutputKind::csv;
-    }
-    return OutputKind::other;
-}
-
 bool isText(ExportFormat format) {
     return format != ExportFormat::las && format != ExportFormat::ply;
 }

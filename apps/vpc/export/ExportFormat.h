@@ -4,8 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "vpc/common/OutputKind.h"
-
 namespace vpc {
 
 /// The formats that points are written in.
@@ -15,8 +13,6 @@ enum class ExportFormat { las, ply, pts, ptx, xyz, csv };
 std::vector<std::string> exportFormatNames();
 /// The format of that name, in small or capital letters; nothing where there is none.
 std::optional<ExportFormat> exportFormatOf(const std::string& name);
-/// What a file of the format is.
-OutputKind kindOf(ExportFormat format);
 bool isText(ExportFormat format);
 
 }  // namespace vpc

@@ -46,12 +46,13 @@ SampleCommand::SampleCommand(CLI::App& app)
         ->check(CLI::IsMember({"flight", "random"}))
         ->capture_default_str()
         ->type_name("flight|random");
+    options.add_flag("--force", force_, "Replace a file that has the output's name already");
 }
 
 int SampleCommand::Run() {
     const std::unique_ptr<SampleWriter> writer = MakeWriter();
     Interrupt::Catch();
-    requireNoOtherScan(output_, KindOfOutput());
+    if (!force_) requireNoFile(output_);
     writeOutputFile(output_, [&](ReplacementFile& file) { writer->Write(file); });
     std::printf("%s: %llu points\n", output_.c_str(), points_);
     return exitDone;
@@ -60,17 +61,6 @@ int SampleCommand::Run() {
 void SampleCommand::RefuseAsNoLas(const std::string& option) const {
     throw CommandUsageError(option + " is for LAS files, which '" + output_ +
                             "' is not by its extension");
-}
-
-OutputKind SampleCommand::KindOfOutput() const {
-    switch (FileIoFactory::GetDataFormat(FileTools::FromNativePath(output_))) {
-        case DataFormat_PTS:
-            return OutputKind::pts;
-        case DataFormat_PTX:
-            return OutputKind::ptx;
-        default:
-            return OutputKind::las;
-    }
 }
 
 std::unique_ptr<SampleWriter> SampleCommand::MakeWriter() const {

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "vpc/common/Command.h"
-#include "vpc/common/OutputKind.h"
 
 namespace vpc {
 
@@ -19,7 +18,6 @@ public:
 
 private:
     std::unique_ptr<SampleWriter> MakeWriter() const;
-    OutputKind KindOfOutput() const;
     [[noreturn]] void RefuseAsNoLas(const std::string& option) const;
 
     std::string output_;
@@ -28,6 +26,7 @@ private:
     /// LAS point format; 0 where the user names none.
     int format_ = 0;
     std::string order_ = "flight";
+    bool force_ = false;
 };
 
 }  // namespace vpc
