@@ -121,7 +121,7 @@ wxString BoundingBoxPass::AddAccount(unsigned long long delivered) {
         }
         if (fault.kind == ScanFault::Kind::UnreadLines)
             account.unreadLines = vpc::LineOfFile::CountFrom(account.file, fault.position,
-                                                           [this] { return ReportProgress(); });
+                                                             [this] { return ReportProgress(); });
     }
     account.Describe();
     wxString text;

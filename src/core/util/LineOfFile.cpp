@@ -85,7 +85,7 @@ LineOfFile LineOfFile::At(const wxString& path, unsigned long long position) {
 }
 
 unsigned long long LineOfFile::CountFrom(const wxString& path, unsigned long long position,
-                                       const std::function<bool()>& goesOn) {
+                                         const std::function<bool()>& goesOn) {
     unsigned long long lines = 0;
     bool hasText = false;
     forEachPiece(path, position, [&](const char* p, const char* end) {
