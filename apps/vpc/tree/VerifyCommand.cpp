@@ -6,7 +6,10 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "core/geometry/VpcPoint3D.h"
 #include "tree/verify/TreeVerifier.h"
+#include "vpc/common/Interrupt.h"
+#include "vpc/common/Progress.h"
 #include "vpc/common/TreeFile.h"
 
 namespace vpc {
@@ -20,7 +23,15 @@ using Json = nlohmann::ordered_json;
 class Findings {
 public:
     explicit Findings(PointTreeReader& tree) {
-        TreeVerifier(tree, [&](const Finding& finding) { Add(finding); }).Run();
+        Progress progress;
+        progress.Begin("checking points", tree.Size() / VpcPoint3D::recordSize);
+        TreeVerifier(
+            tree, [&](const Finding& finding) { Add(finding); },
+            [&](unsigned long long points) {
+                Interrupt::Check();
+                progress.Add(points);
+            })
+            .Run();
     }
 
     unsigned long long Count() const { return count_; }
@@ -84,6 +95,7 @@ VerifyCommand::VerifyCommand(CLI::App& app)
 }
 
 int VerifyCommand::Run() {
+    Interrupt::Catch();
     bool sound = true;
     Json answers = Json::array();
     for (const std::string& file : files_) {
@@ -93,6 +105,8 @@ int VerifyCommand::Run() {
             answer.update(findings.ToJson());
             if (!json_) findings.Print(files_.size() > 1 ? file + ": " : "");
             sound = sound && findings.Count() == 0;
+        } catch (const CommandInterrupted&) {
+            throw;
         } catch (const CommandError& error) {
             // The other files are checked all the same.
             std::fprintf(stderr, "vpc %s: %s\n", Name().c_str(), error.what());

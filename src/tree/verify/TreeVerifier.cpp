@@ -45,8 +45,8 @@ bool boxHolds(const NodeRecord& record) {
 
 }  // namespace
 
-TreeVerifier::TreeVerifier(PointTreeReader& file, FindingSink sink)
-    : file_(file), sink_(std::move(sink)), links_(sink_) {
+TreeVerifier::TreeVerifier(PointTreeReader& file, FindingSink sink, Progress progress)
+    : file_(file), sink_(std::move(sink)), progress_(std::move(progress)), links_(sink_) {
 }
 
 void TreeVerifier::Run() {
@@ -181,7 +181,10 @@ void TreeVerifier::CheckPointBlocks() {
     NodeRecordReader reader(file_);
     PointBlockVerifier blocks(file_, pointData_, sink_);
     NodeRecord record;
-    while (reader.Next(record)) blocks.Add(record);
+    while (reader.Next(record)) {
+        blocks.Add(record);
+        if (progress_) progress_(record.points);
+    }
     blocks.Finish();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "tree/file/NodeRecord.h"
 #include "tree/file/PointTreeReader.h"
 #include "tree/verify/Finding.h"
@@ -14,8 +16,11 @@ namespace vpc {
 /// node.
 class TreeVerifier {
 public:
+    /// Called with the points of every node that has been checked. What it throws ends the check.
+    using Progress = std::function<void(unsigned long long points)>;
+
     /// \param file must outlive the verifier
-    TreeVerifier(PointTreeReader& file, FindingSink sink);
+    TreeVerifier(PointTreeReader& file, FindingSink sink, Progress progress = nullptr);
 
     /// Gives every fault to the sink; a failure to read the file is one of them. Stops early where
     /// it cannot make out the rest of the file.
@@ -36,6 +41,7 @@ private:
 
     PointTreeReader& file_;
     FindingSink sink_;
+    Progress progress_;
     LinkVerifier links_;
     /// Where the node records end.
     unsigned long long pointData_ = 0;
