@@ -206,14 +206,14 @@ TEST_F(ExportCommandTest, ReplacesNothingUnlessItIsForcedTo) {
         std::filesystem::copy(folder.file(there), folder.file(there + ".vpt"));
         expectFailure("prepare o.las -o " + there + ".vpt", 1, "not a point tree file");
         std::filesystem::copy(folder.file(there), folder.file(there + ".txt"));
-        if (there != "o.xyz")
+        if (there != "o.xyz")  // which has its columns
             expectFailure("view t.vpt --points " + there + ".txt", 1, "not a list of points");
     }
     expectFailure("export t.vpt -o ./t.vpt --format pts --force", 1, "the tree file itself");
     std::filesystem::copy(folder.file("t.vpt"), folder.file("copy.txt"));
     expectFailure("view t.vpt --points copy.txt", 1, "is a point tree file");
     write("notes.txt", "Call Jane\nabout 12 things\n");
-    expectFailure("view t.vpt --points notes.txt", 1, "is a file of another kind");
+    expectFailure("view t.vpt --points notes.txt", 1, "is a text, not a list of points");
     write("empty.pts", "");
     expectDone("export t.vpt -o empty.pts");
     expectFailure("sample o.las", 1, "is there already");

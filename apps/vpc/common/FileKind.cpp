@@ -132,6 +132,7 @@ FileKind FileKind::Of(const std::string& file) {
     for (const Signature& signature : signatures)
         if (head.starts_with(signature.start))
             return {Type::Foreign, signature.name, commandFor(signature, file)};
+    if (head.starts_with("\x89PNG\r\n")) return {Type::Picture, "a picture", ""};
     if (isTree(head)) return {Type::Tree, "a point tree file", "vpc info " + shellWord(file)};
     if (!head.empty() && isText(head.substr(0, textBytes))) return {Type::Text, "a text", prepare};
     return {Type::Unknown, "a file of no kind that vpc knows", ""};

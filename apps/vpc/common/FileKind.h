@@ -10,6 +10,7 @@ struct FileKind {
         Las,
         Text,
         Tree,     ///< a point tree file, of any version
+        Picture,  ///< a PNG file
         Foreign,  ///< something that other programs make points of
         Unknown
     };

@@ -10,7 +10,7 @@
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/NoPoints.h"
 #include "vpc/common/OutputFile.h"
-#include "vpc/common/OutputKind.h"
+#include "vpc/common/OutputGuard.h"
 #include "vpc/common/PlacedBox.h"
 #include "vpc/common/StandardOutput.h"
 #include "vpc/common/TreeFile.h"

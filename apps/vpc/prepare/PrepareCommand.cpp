@@ -22,7 +22,7 @@
 #include "core/util/VpcLogger.h"
 #include "tree/construct/PrepareChecks.h"
 #include "vpc/common/Interrupt.h"
-#include "vpc/common/OutputKind.h"
+#include "vpc/common/OutputGuard.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/scan/ScanList.h"
 #include "vpc/scan/ScanSet.h"
@@ -218,7 +218,7 @@ int PrepareCommand::Run() {
     ScanSet scans(list.Files(),
                   {{options_.allowIncomplete, options_.text == "strict"}, options_.skipBad});
     RequireChecks(scans);
-    requireNoOtherScan(options_.output, OutputKind::tree);
+    requireNoScan(options_.output);
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();

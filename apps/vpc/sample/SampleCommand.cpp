@@ -8,7 +8,7 @@
 #include "io/FileIoFactory.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/OutputFile.h"
-#include "vpc/common/OutputKind.h"
+#include "vpc/common/OutputGuard.h"
 #include "vpc/sample/SampleWriter.h"
 
 namespace vpc {

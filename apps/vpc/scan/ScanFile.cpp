@@ -74,6 +74,7 @@ void ScanFile::Look() {
         case FileKind::Type::Foreign:
             throw ScanFault(Kind::Unusable, "is " + kind.name + ", which vpc does not read",
                             withCommand("convert it first", kind.command));
+        case FileKind::Type::Picture:
         case FileKind::Type::Unknown:
             break;
     }

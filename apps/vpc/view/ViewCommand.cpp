@@ -8,7 +8,7 @@
 
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/OutputFile.h"
-#include "vpc/common/OutputKind.h"
+#include "vpc/common/OutputGuard.h"
 #include "vpc/common/StandardOutput.h"
 #include "vpc/common/TextLine.h"
 #include "vpc/view/Framing.h"
@@ -139,12 +139,12 @@ void ViewCommand::CheckOutputs() const {
                                 "'; give them different names");
     for (const std::string& output : {picture_.File(), points_})
         requireOtherFile(output, file_, "the tree file itself");
-    if (picture_.Wanted()) requireReplaceable(picture_.File(), OutputKind::png);
+    if (picture_.Wanted()) requirePictureOrNothing(picture_.File());
     if (PointsGoToStandardOutput() && report_)
         throw CommandUsageError("--report and --points - both write to standard output");
     if (points_.empty() || PointsGoToStandardOutput()) return;
     requireTextName(points_);
-    requireReplaceable(points_, OutputKind::pointLines);
+    requirePointListOrNothing(points_);
 }
 
 void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const {

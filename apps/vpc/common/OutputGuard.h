@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace vpc {
+
+// What keeps a command from writing over a file that may be dear to somebody. All of these throw
+// CommandError. An empty file may always be replaced; what is no regular file never is
+// (ReplacementFile sees to that).
+
+/// Where a file has the output's name already: for commands that write scans, of which it may be
+/// somebody's only one. The advice is --force.
+void requireNoFile(const std::string& output);
+/// Where a file has the name and is no picture.
+void requirePictureOrNothing(const std::string& output);
+/// Where a file has the name and does not begin with a line of numbers as view --points writes it.
+void requirePointListOrNothing(const std::string& output);
+/// Where a file has the name, which has to be a tree file's, and is a scan or a picture all the
+/// same.
+void requireNoScan(const std::string& output);
+/// Where `output` is the very file `input`, under whatever name. `whatInputIs` follows "is", as
+/// "the tree file itself".
+void requireOtherFile(const std::string& output, const std::string& input,
+                      const std::string& whatInputIs);
+
+}  // namespace vpc
