@@ -13,6 +13,8 @@ namespace {
 constexpr float strength = 0.75F;
 /// A neighbour that is nearer by this many pixels' sides counts half as much as a very near one.
 constexpr float halfway = 2.0F;
+/// Rises beyond this one are as good as endless.
+constexpr float beyondAll = 1e30F;
 /// Pixels between a pixel and those that it is compared with, in radii of its disc.
 constexpr float reachInRadii = 2.0F;
 constexpr int leastReach = 2;
@@ -52,7 +54,8 @@ public:
             if (2 * reach < wanted) continue;
             const float rise =
                 Rise(pixel, dx * reach + dy * reach * size_.width) / static_cast<float>(reach);
-            sum += rise / (rise + halfway);
+            // Beyond the range of floats there is only one answer.
+            sum += rise < beyondAll ? rise / (rise + halfway) : 1.0F;
             count += 1.0F;
         }
         return count > 0.0F ? sum / count : 0.0F;

@@ -27,7 +27,10 @@ struct Label {
 /// Round values in the range, or its only one.
 std::vector<Label> labelsFor(const ValueRange& range, int most) {
     const double length = range.max - range.min;
-    if (!(length > 0.0) || !std::isfinite(length)) return {{range.min, shortText(range.min)}};
+    // No step fits into a range as short as the smallest numbers.
+    constexpr double shortest = 1e-300;
+    if (!(length > shortest * most) || !std::isfinite(length))
+        return {{range.min, shortText(range.min)}};
     const RoundNumber step = RoundNumber::NotBelow(length / most);
     std::vector<Label> labels;
     const double first = std::ceil(range.min / step.Value() - 1e-9);

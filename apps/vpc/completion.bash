@@ -13,7 +13,7 @@ _vpc_options() { # COMMAND
     verify) echo --help --json ;;
     view)
       echo --help "$shown" --stylization --scheme --image --size --point-size --shading --range \
-        --background --no-legend --points --report --diagnostics "$camera"
+        --background --no-legend --points --force --report --diagnostics "$camera"
       ;;
     pick) echo --help "$shown" --at --pixel --size --box --json "$camera" ;;
     export) echo --help --output --format --level "$cuts" --coloured-by --force ;;

@@ -241,6 +241,8 @@ unsigned long long LasIO::UnexplainedBytes(unsigned long long fileBytes) {
 unsigned long long LasIO::EndOfTrailer(const Trailer& trailer, unsigned long long fileBytes) {
     unsigned long long at = trailer.start;
     if (at >= fileBytes || trailer.count == 0) return 0;
+    // A count for which there is no room cannot be true.
+    if (trailer.count > (fileBytes - at) / recordHeaderBytes) return 0;
     for (unsigned long long i = 0; i < trailer.count && at < fileBytes; ++i) {
         const unsigned long long length = stream.StreamReadAtUint64(at + recordLengthPosition);
         stream.StreamClearState();  // a record may be cut short

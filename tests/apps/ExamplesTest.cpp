@@ -35,7 +35,7 @@ protected:
     }
     /// Puts a file of its kind in place of each that a line reads and nothing has made before.
     void provide(const std::string& line) const {
-        static const std::regex name("[\\w./-]+\\.(las|pts|ptx|vpt|ply|xyz|csv)\\b");
+        static const std::regex name("[\\w./-]+\\.(las|pts|ptx|vpt|ply|xyz|csv|txt)\\b");
         for (std::sregex_iterator i(line.begin(), line.end(), name), end; i != end; ++i) {
             const std::filesystem::path file = folder.file(i->str());
             // A line before may have written what this one writes, which --force alone replaces.

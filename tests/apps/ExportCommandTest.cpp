@@ -147,6 +147,13 @@ TEST_F(ExportCommandTest, WritesColoursOfSixteenBitsWhole) {
                 HasSubstr(std::string(",").append(std::to_string(expected.back().red))));
 }
 
+TEST_F(ExportCommandTest, KeepsTheUnitOrSaysThatItIsLost) {
+    expectDone("prepare --quiet --unit ft -o feet.vpt t.ptx");
+    expectDone("export feet.vpt -o feet.las");
+    EXPECT_THAT(run("prepare -o again.vpt feet.las").out, HasSubstr("unit    Feet"));
+    EXPECT_THAT(run("export feet.vpt -o feet.pts").err, HasSubstr("give --unit Feet when"));
+}
+
 TEST_F(ExportCommandTest, LasTellsHowFarItsCoordinatesAreOff) {
     const ProgramResult result = run("export t.vpt -o o.las");
     const std::string said = "so they are off by up to ";
@@ -205,15 +212,11 @@ TEST_F(ExportCommandTest, ReplacesNothingUnlessItIsForcedTo) {
         expectFailure("view t.vpt --image " + there + ".png", 1, "not a picture");
         std::filesystem::copy(folder.file(there), folder.file(there + ".vpt"));
         expectFailure("prepare o.las -o " + there + ".vpt", 1, "not a point tree file");
-        std::filesystem::copy(folder.file(there), folder.file(there + ".txt"));
-        if (there != "o.xyz")  // which has its columns
-            expectFailure("view t.vpt --points " + there + ".txt", 1, "not a list of points");
     }
     expectFailure("export t.vpt -o ./t.vpt --format pts --force", 1, "the tree file itself");
-    std::filesystem::copy(folder.file("t.vpt"), folder.file("copy.txt"));
-    expectFailure("view t.vpt --points copy.txt", 1, "is a point tree file");
     write("notes.txt", "Call Jane\nabout 12 things\n");
-    expectFailure("view t.vpt --points notes.txt", 1, "is a text, not a list of points");
+    expectFailure("view t.vpt --points notes.txt", 1, "is there already");
+    expectFailure("prepare --log notes.txt -o a.vpt o.las", 1, "is a text, not a log");
     write("empty.pts", "");
     expectDone("export t.vpt -o empty.pts");
     expectFailure("sample o.las", 1, "is there already");

@@ -212,7 +212,11 @@ TEST_F(TextDialectTest, RefusesWhatIsDoubtfulWithItsLine) {
         {"0x10 2 3\n", "holds '0x10 2 3' in line 1"},
         {"5\n", "holds a count in line 1 and no points"},
         {"\n \n", "holds nothing but blank lines"},
-        {"Id;X;Y;Z\nP1;1;2;3\n", "holds 'P1;1;2;3' in line 2, which is no line of a scan"},
+        {"Id;X;Y;Z\nP1;1;2;3\n",
+         "holds 'P1;1;2;3' in line 2, which may be a point whose first value is no number"},
+        {"x;y;z\n;2;3\n7;8;9\n", "holds ';2;3' in line 2, which may be a point whose first"},
+        {"1 2 3 0.1 -0.5 0.9\n", "whose last three values are no colours from 0 to 65535"},
+        {"1,5,2,5,3,5,100\n", "where commas may separate numbers or be decimal"},
         {"Dear all\n", "holds 'Dear all' in line 1, which is no line of a scan"},
         {"1\n1 2 3\n" + std::string(2000000, '\0'), "no end of line in 1048576 bytes after line 2"},
         {grid + "1 2 3 0.5\n", "claims 2 points in line 1 and has 1"},
@@ -245,7 +249,8 @@ TEST_F(TextDialectTest, AllowIncompleteTakesThePointsThatAreThere) {
         {"5\n1 2 3 9 9 9\nfoo\n1 2\n0\n" + points.substr(12),
          "has 2 lines left out that cannot be read: 'foo' in line 3, which is no", "good.pts"},
         {"2\n5\n0 0 0\n" + grid + "1 2 3 0.5 7\n" + cells, "lacks 6 points", "good.ptx"},
-        {"2\n1\n0 0 0\n" + grid + cells + "2\n2\n0 0 0\n1 0 0\n", "has 1 point more", "good.ptx"}};
+        {"2\n1\n0 0 0\n" + grid + cells + "2\n2\n0 0 0\n1 0 0\n", "has 1 point more", "good.ptx"},
+        {"3\n1\n0 0 0\n" + grid + cells + "2\n2\n0 0 0\n", "lacks 4 points", "good.ptx"}};
     for (const auto& c : cases) {
         write("bad.txt", c.text);
         expectFailure("prepare -o t.vpt bad.txt", 1, "--allow-incomplete");

@@ -31,7 +31,7 @@ protected:
 
     /// What a view with such options shows.
     std::vector<ShownPoint> shown(const std::string& options) const {
-        expectDone("view t.vpt --points shown.txt " + options);
+        expectDone("view t.vpt --force --points shown.txt " + options);
         std::istringstream text(read("shown.txt"));
         text.imbue(std::locale::classic());
         std::vector<ShownPoint> points;

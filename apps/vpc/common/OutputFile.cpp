@@ -9,8 +9,19 @@
 
 namespace vpc {
 
+void removeLeftoversBeside(const std::string& output) {
+    try {
+        const wxString target = ReplacementFile::FollowLinks(FileTools::FromNativePath(output));
+        const std::filesystem::path path = FileTools::ToNativePath(target);
+        TemporaryOwner::RemoveLeftovers(path.parent_path().string());
+    } catch (const IoError&) {
+        // The links lead in a circle; whoever writes there says so.
+        return;
+    }
+}
+
 void writeOutputFile(const std::string& path, const std::function<void(ReplacementFile&)>& write) {
-    TemporaryOwner::RemoveLeftovers(std::filesystem::path(path).parent_path().string());
+    removeLeftoversBeside(path);
     try {
         ReplacementFile file(FileTools::FromNativePath(path));
         write(file);

@@ -73,14 +73,6 @@ void requirePictureOrNothing(const std::string& output) {
     if (there && there->type != FileKind::Type::Picture) refuse(output, *there, "a picture");
 }
 
-void requirePointListOrNothing(const std::string& output) {
-    constexpr std::size_t columns = 7;
-    const auto there = kindOfExisting(output);
-    const bool isList =
-        there && there->type == FileKind::Type::Text && numbersWithin(output, 1) == columns;
-    if (there && !isList) refuse(output, *there, "a list of points");
-}
-
 void requireNoScan(const std::string& output) {
     const auto there = kindOfExisting(output);
     if (!there) return;
@@ -88,6 +80,13 @@ void requireNoScan(const std::string& output) {
                        there->type == FileKind::Type::Unknown ||
                        (there->type == FileKind::Type::Text && numbersWithin(output, 3) == 0);
     if (!mayGo) refuse(output, *there, "a point tree file");
+}
+
+void requireLogOrNothing(const std::string& log) {
+    const auto there = kindOfExisting(log);
+    if (!there) return;
+    const bool isLog = there->type == FileKind::Type::Text && std::ifstream(log).peek() == '[';
+    if (!isLog) refuse(log, *there, "a log");
 }
 
 void requireOtherFile(const std::string& output, const std::string& input,

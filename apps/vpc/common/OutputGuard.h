@@ -8,16 +8,16 @@ namespace vpc {
 // CommandError. An empty file may always be replaced; what is no regular file never is
 // (ReplacementFile sees to that).
 
-/// Where a file has the output's name already: for commands that write scans, of which it may be
-/// somebody's only one. The advice is --force.
+/// Where a file has the output's name already: for commands that write points, since it may be
+/// somebody's only scan. The advice is --force.
 void requireNoFile(const std::string& output);
 /// Where a file has the name and is no picture.
 void requirePictureOrNothing(const std::string& output);
-/// Where a file has the name and does not begin with a line of numbers as view --points writes it.
-void requirePointListOrNothing(const std::string& output);
 /// Where a file has the name, which has to be a tree file's, and is a scan or a picture all the
 /// same.
 void requireNoScan(const std::string& output);
+/// Where a file has the name of a log and does not begin as a log does, with "[".
+void requireLogOrNothing(const std::string& log);
 /// Where `output` is the very file `input`, under whatever name. `whatInputIs` follows "is", as
 /// "the tree file itself".
 void requireOtherFile(const std::string& output, const std::string& input,

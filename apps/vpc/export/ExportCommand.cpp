@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "core/util/DrawingUnits.h"
 #include "core/util/FileTools.h"
 #include "tree/file/NodeRecordReader.h"
 #include "vpc/common/Interrupt.h"
@@ -81,6 +82,7 @@ int ExportCommand::Run() {
     const auto tree = openCurrentTreeFile(file_);
     CheckOutput();
     const unsigned long long levels = tree->Header().levels;
+    unit_ = tree->Header().hostValue;
     const auto level = level_.Read(levels);
     if (levels == 0) throw CommandError(NoPoints::InFile(file_));
     ExportSource source(*tree, level.value_or(levels - 1), cuts_);
@@ -133,24 +135,38 @@ void ExportCommand::Write(ExportFormat format, ExportSource& source) const {
     std::printf("%s: %llu points\n", output_.c_str(), source.Summary().points);
 }
 
+void ExportCommand::WarnOfUnit() const {
+    if (unit_ == DrawingUnits::undefined || unit_ == DrawingUnits::metres) return;
+    const std::string unit = DrawingUnits::Name(unit_);
+    if (!unit.empty())
+        Warn("the scan does not say that its unit is " + unit + "; give --unit " + unit +
+             " when it is prepared again");
+}
+
 void ExportCommand::WriteScan(ExportFormat format, ExportSource& source,
                               const ExportOutput& out) const {
     switch (format) {
         case ExportFormat::las: {
-            LasExport las(source);
+            LasExport las(source, unit_);
             las.Write(out);
+            if (!las.NamesUnit()) WarnOfUnit();
             for (const std::string& warning : las.Warnings()) Warn(warning);
             return;
         }
         case ExportFormat::ply:
+            WarnOfUnit();
             return PlyExport::Write(source, out);
         case ExportFormat::pts:
+            WarnOfUnit();
             return TextExport::WritePts(source, out);
         case ExportFormat::ptx:
+            WarnOfUnit();
             return TextExport::WritePtx(source, out);
         case ExportFormat::xyz:
+            WarnOfUnit();
             return TextExport::WriteXyz(source, out);
         case ExportFormat::csv:
+            WarnOfUnit();
             return TextExport::WriteCsv(source, out);
     }
 }

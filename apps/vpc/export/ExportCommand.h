@@ -24,6 +24,8 @@ private:
     bool WritesToStandardOutput() const;
     /// Throws CommandError where the output would take the place of what it must not.
     void CheckOutput() const;
+    /// Where the unit gets lost and is not the one that is taken where none is known.
+    void WarnOfUnit() const;
     /// Throws CommandError where there are no points to write.
     void RequirePoints(const ExportSource& source, PointTreeReader& tree) const;
     void Write(ExportFormat format, ExportSource& source) const;
@@ -36,6 +38,8 @@ private:
     CutOptions cuts_;
     std::string colouredBy_;
     bool force_ = false;
+    /// The unit's code among DrawingUnits.
+    unsigned long long unit_ = 0;
 };
 
 }  // namespace vpc

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "core/geometry/NumberText.h"
+#include "core/util/DrawingUnits.h"
 #include "vpc/export/BytePacker.h"
 #include "vpc/export/LasAxisSearch.h"
 
@@ -63,8 +64,8 @@ std::array<std::vector<double>, 3> sample(ExportSource& source) {
 
 }  // namespace
 
-LasExport::LasExport(ExportSource& source)
-    : source_(source), isLarge_(source.Summary().points > mostPoints12) {
+LasExport::LasExport(ExportSource& source, unsigned long long unit)
+    : source_(source), unit_(unit), isLarge_(source.Summary().points > mostPoints12) {
     ChooseAxes();
 }
 
@@ -133,9 +134,10 @@ std::string LasExport::Header() const {
     packer.PutText("EXTRACTION", 32);
     packer.PutText("vpc export", 32);
     packer.PutZeros(4);  // no date, since every run is to give the same bytes
+    const std::string unit = UnitRecord();
     packer.Put(size);
-    packer.Put(std::uint32_t{size});
-    packer.Put(std::uint32_t{0});
+    packer.Put(static_cast<std::uint32_t>(size + unit.size()));
+    packer.Put(std::uint32_t{unit.empty() ? 0U : 1U});
     packer.Put(static_cast<std::uint8_t>(isLarge_ ? 7 : 2));
     packer.Put(isLarge_ ? recordSize7 : recordSize2);
     const auto points12 = static_cast<std::uint32_t>(isLarge_ ? 0 : summary.points);
@@ -153,7 +155,30 @@ std::string LasExport::Header() const {
         packer.Put(std::uint64_t{summary.points});
         packer.PutZeros(14 * sizeof(std::uint64_t));
     }
-    return header;
+    return header + unit;
+}
+
+bool LasExport::NamesUnit() const {
+    return !isLarge_ && (unit_ == DrawingUnits::metres || unit_ == DrawingUnits::feet);
+}
+
+/// The variable-length record that names the unit of all three axes; empty where none can.
+std::string LasExport::UnitRecord() const {
+    constexpr std::uint16_t keyDirectory = 34735;
+    constexpr std::uint16_t linearUnits = 3076, verticalUnits = 4099, metre = 9001, foot = 9002;
+    std::string record;
+    if (!NamesUnit()) return record;
+    const std::uint16_t unit = unit_ == DrawingUnits::feet ? foot : metre;
+    const std::array<std::uint16_t, 12> keys = {
+        1, 1, 0, 2, linearUnits, 0, 1, unit, verticalUnits, 0, 1, unit};
+    BytePacker packer(record);
+    packer.Put(std::uint16_t{0});
+    packer.PutText("LASF_Projection", 16);
+    packer.Put(keyDirectory);
+    packer.Put(static_cast<std::uint16_t>(sizeof keys));
+    packer.PutText("unit", 32);
+    for (const std::uint16_t key : keys) packer.Put(key);
+    return record;
 }
 
 void LasExport::AppendRecord(std::string& records, const VpcPoint3D& p) const {

@@ -15,9 +15,13 @@ namespace vpc {
 class LasExport {
 public:
     /// Measures the points; throws what ExportSource::ForEach throws.
-    explicit LasExport(ExportSource& source);
+    /// \param unit the unit's code among DrawingUnits
+    LasExport(ExportSource& source, unsigned long long unit);
 
     void Write(const ExportOutput& out);
+    /// Whether the file says its unit: where it is metres or feet, but not in LAS 1.4, which would
+    /// have to say it in WKT.
+    bool NamesUnit() const;
     /// What the file does not hold exactly: sentences for the user.
     std::vector<std::string> Warnings() const;
 
@@ -28,9 +32,11 @@ private:
     void ChooseAxes();
     void MeasureIntensities(std::span<const VpcPoint3D> batch);
     std::string Header() const;
+    std::string UnitRecord() const;
     void AppendRecord(std::string& records, const VpcPoint3D& p) const;
 
     ExportSource& source_;
+    unsigned long long unit_;
     bool isLarge_;
     std::array<LasAxis, 3> axes_;
     double coordinateError_ = 0.0;

@@ -22,6 +22,7 @@
 #include "core/util/VpcLogger.h"
 #include "tree/construct/PrepareChecks.h"
 #include "vpc/common/Interrupt.h"
+#include "vpc/common/OutputFile.h"
 #include "vpc/common/OutputGuard.h"
 #include "vpc/common/SystemMemory.h"
 #include "vpc/scan/ScanList.h"
@@ -59,7 +60,7 @@ class WorkFolder {
 public:
     /// Makes the folder within `parent`. Throws CommandError where that cannot be done.
     explicit WorkFolder(const std::string& parent)
-        : path_(parent + "/" + std::string(TemporaryOwner::folderPrefix) + "XXXXXX") {
+        : path_(parent + "/" + TemporaryOwner::NameStart(TemporaryOwner::folderPrefix) + "XXXXXX") {
         if (mkdtemp(path_.data()) == nullptr)
             throw CommandError("no temporary folder can be made in '" + parent + "' (" +
                                std::generic_category().message(errno) +
@@ -212,22 +213,24 @@ int PrepareCommand::Run() {
     const auto start = std::chrono::steady_clock::now();
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());
-    TemporaryOwner::RemoveLeftovers(std::filesystem::path(options_.output).parent_path().string());
+    removeLeftoversBeside(options_.output);
     const ScanList list(options_.scans);
     std::optional<WorkFolder> work;  // outlives what the scans put into it
     ScanSet scans(list.Files(),
                   {{options_.allowIncomplete, options_.text == "strict"}, options_.skipBad});
     RequireChecks(scans);
     requireNoScan(options_.output);
+    if (!options_.log.empty()) requireLogOrNothing(options_.log);
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();
-    ProgressDisplay display({ProgressStyle(), checked.format, checked.copyBytes != 0,
-                             checked.points, "vpc " + Name(),
+    ProgressDisplay display({ProgressStyle(), options_.quiet, checked.format,
+                             checked.copyBytes != 0, checked.points, "vpc " + Name(),
                              [&](const wxString& message) { return scans.InUsersNames(message); }});
     for (const std::string& warning : list.Warnings())
         display.Warn(FileTools::FromNativePath(warning));
     work.emplace(WorkParent());
+    const std::vector<std::string> given = scans.Names();
     SettleScans(scans, work->Path(), display);
     ChooseUnit(scans, display);
     const TreePrepareResult result = Prepare(scans, work->Path(), display);
@@ -240,7 +243,7 @@ int PrepareCommand::Run() {
     report.time = FileTools::ToNativePath(result.elapsedTime);
     report.seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    Tell(report, display.Warnings(), scans);
+    Tell(report, display.Warnings(), given);
     return exitDone;
 }
 
@@ -350,12 +353,12 @@ void PrepareCommand::LogStart(const ScanSet& scans) const {
 }
 
 void PrepareCommand::Tell(const PrepareReport& report, const std::vector<std::string>& warnings,
-                          const ScanSet& scans) const {
+                          const std::vector<std::string>& scans) const {
     log(wxString::Format("%llu points, %llu levels, %llu nodes, %llu bytes, ", report.points,
                          report.levels, report.nodes, report.bytes) +
         FileTools::FromNativePath(report.time));
     if (options_.json)
-        std::fputs(report.ToJson(warnings, scans.Names()).c_str(), stdout);
+        std::fputs(report.ToJson(warnings, scans).c_str(), stdout);
     else if (!options_.quiet)
         std::fputs(report.ToText().c_str(), stdout);
 }

@@ -66,7 +66,7 @@ private:
     void LogStart(const ScanSet& scans) const;
     /// Prints and logs what has become of the scans.
     void Tell(const PrepareReport& report, const std::vector<std::string>& warnings,
-              const ScanSet& scans) const;
+              const std::vector<std::string>& scans) const;
 
     PrepareOptions options_;
     std::string unitText_ = "auto";

@@ -18,13 +18,18 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// The scan with the longest name within the warning; null where it names none.
+/// The scan whose name comes first in the warning, of several there the longest name; null where it
+/// names none.
 Json scanNamedIn(const std::string& warning, const std::vector<std::string>& scans) {
     const std::string* named = nullptr;
-    for (const std::string& scan : scans)
-        if (warning.find(scan) != std::string::npos &&
-            (named == nullptr || scan.size() > named->size()))
-            named = &scan;
+    std::size_t first = std::string::npos;
+    for (const std::string& scan : scans) {
+        const std::size_t at = warning.find(scan);
+        const bool isLonger = at == first && named != nullptr && scan.size() > named->size();
+        if (at >= first && !isLonger) continue;
+        first = at;
+        named = &scan;
+    }
     return named == nullptr ? Json() : Json(*named);
 }
 

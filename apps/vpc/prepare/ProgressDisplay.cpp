@@ -200,7 +200,7 @@ void ProgressDisplay::Warn(const wxString& text) {
 
 void ProgressDisplay::Note(const wxString& text) {
     VpcLogger::Instance()->Add(text, false);
-    if (settings_.style == Style::Quiet) return;
+    if (settings_.quiet) return;
     Clear();
     PrintLine(text);
 }

@@ -20,6 +20,8 @@ public:
     enum class Style { Words, Json, Quiet };
     struct Settings {
         Style style;
+        /// Whether only warnings are told.
+        bool quiet;
         VpcDataFormat format;
         /// Whether texts are copied when they are checked.
         bool copiesTexts;

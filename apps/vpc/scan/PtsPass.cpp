@@ -1,6 +1,7 @@
 #include "vpc/scan/PtsPass.h"
 
 #include <charconv>
+#include <cmath>
 
 #include "vpc/scan/ScanFault.h"
 #include "vpc/scan/TextScanCopy.h"
@@ -13,12 +14,29 @@ void PtsPass::TakeValues() {
     if (values_.Count() != columns.inLine)
         return RefuseCount("the lines before have " + std::to_string(columns.inLine));
     if (values_.IsUnusual()) NoteUnusual();
+    if (columns.HasColours() && !dialect_.hasCounts && !dialect_.columnsAreNamed) RequireColours();
     if (columns.HasColours())
         for (std::size_t i = columns.used.size() - 3; i < columns.used.size(); ++i)
             LookAtColour(values_[columns.used[i]]);
     if (copy_ != nullptr) WritePoint();
     ++held_;
     ++account_.points;
+}
+
+/// Without a count the text may come from anywhere, and its last columns may be normals, for
+/// example.
+void PtsPass::RequireColours() {
+    constexpr double most = 65535.0;
+    const TextColumns& columns = dialect_.columns;
+    for (std::size_t i = columns.used.size() - 3; i < columns.used.size(); ++i) {
+        const double colour = values_.Number(values_[columns.used[i]]);
+        if (!(colour >= 0.0 && colour <= most && colour == std::floor(colour)))
+            throw ScanFault(
+                ScanFault::Kind::Unusable,
+                "holds " + ShownLine() + ", whose last three values are no colours from 0 to 65535",
+                "name the columns in a line before the points, such as "
+                "'//X Y Z NX NY NZ'");
+    }
 }
 
 void PtsPass::BeginBlock() {

@@ -13,6 +13,7 @@ public:
 private:
     void TakeValues() override;
     void End() override { EndBlock(); }
+    void RequireColours();
     void BeginBlock();
     void EndBlock();
     void WritePoint();

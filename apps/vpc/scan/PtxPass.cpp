@@ -96,7 +96,8 @@ void PtxPass::End() {
         throw ScanFault(Kind::Incomplete,
                         std::string("ends where ") + header[headerLines_].meaning + " is expected",
                         "get a complete copy");
-    account_.isPlain = false;
+    if (headerLines_ >= sizeLines) account_.missing += size_[0] * size_[1];
+    RefuseLine(std::string("where the text ends before ") + header[headerLines_].meaning);
 }
 
 /// The library's reader takes colours as digits only.

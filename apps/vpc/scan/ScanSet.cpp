@@ -89,9 +89,9 @@ void ScanSet::Settle(const std::string& unchanged) {
     const std::size_t given = scans_.size();
     scans_.erase(std::remove_if(scans_.begin(), scans_.end(), isBad), scans_.end());
     if (!leftOut_.empty())
-        leftOut_.push_back("the points' scan indices count the " + std::to_string(scans_.size()) +
-                           " scans that are read, not the " + std::to_string(given) +
-                           " that were given");
+        leftOut_.push_back("the points' scan indices count the scans that are read (" +
+                           std::to_string(scans_.size()) + "), not those that were given (" +
+                           std::to_string(given) + ")");
 }
 
 void ScanSet::Refuse(const std::string& unchanged) const {

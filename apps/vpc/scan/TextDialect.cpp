@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "vpc/common/NumberList.h"
 #include "vpc/scan/ScanFault.h"
 #include "vpc/scan/TextLines.h"
 
@@ -98,6 +99,7 @@ private:
 
     void TakeWords(std::string_view line) {
         if (hasPoint_) return;
+        if (!TextDialect::IsComment(line)) RequireWordsOnly(line);
         // Where a line names columns, the next one should be a point's.
         if (!firstWords_ || (columns_ && firstWords_->number <= columnsLine_))
             firstWords_ = NumberLine{lines_.Number(), std::string(line), 0, false};
@@ -108,6 +110,24 @@ private:
             columns_ = columns;
             columnsLine_ = lines_.Number();
         }
+    }
+
+    /// A line that begins with a word and goes on with numbers may be a point whose first value is
+    /// damaged or missing.
+    void RequireWordsOnly(std::string_view line) const {
+        constexpr std::string_view separators = " \t,;";
+        std::size_t numbers = 0;
+        for (std::size_t end = 0; end < line.size();) {
+            const std::size_t start = line.find_first_not_of(separators, end);
+            if (start == std::string_view::npos) break;
+            end = std::min(line.find_first_of(separators, start), line.size());
+            if (NumberList::Parse(line.substr(start, end - start))) ++numbers;
+        }
+        if (numbers < 2) return;
+        throw ScanFault(ScanFault::Kind::Unusable,
+                        "holds " + TextLines::Shown(std::string(line)) + place(lines_.Number()) +
+                            ", which may be a point whose first value is no number",
+                        "correct it, or begin it with # if it is a comment");
     }
 
     void TakeNumbers(std::string_view line) {
@@ -190,11 +210,13 @@ private:
 
     /// Where no number has a decimal point, commas may be meant as such.
     void RequireClearCommas(const Reading& reading) const {
-        constexpr std::size_t twiceThree = 6;
+        // Three pairs, perhaps with an intensity behind them.
+        constexpr std::array<std::size_t, 2> ofPairs = {6, 7};
         if (reading.style.separator != ',' || hasDecimalPoint_ || columns_ || !firstTightComma_)
             return;
         const bool mayBePairs =
-            dialect_.format == DataFormat_PTS && dialect_.columns.inLine == twiceThree;
+            dialect_.format == DataFormat_PTS &&
+            std::find(ofPairs.begin(), ofPairs.end(), dialect_.columns.inLine) != ofPairs.end();
         if (!hasLooseComma_ && !mayBePairs) return;
         throw ScanFault(ScanFault::Kind::Unusable,
                         "holds " + TextLines::Shown(firstTightComma_->text) +

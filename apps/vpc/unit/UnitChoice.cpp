@@ -125,6 +125,10 @@ private:
             ++silentScans_;
             if (automatic_ && !scan.unknown.empty())
                 remark("no unit is known for " + scan.unknown + "; " + Stored());
+            if (automatic_ && !scan.vertical.empty())
+                remark("the unit of heights is " + text(scan.vertical.front()) +
+                       " and none is named for eastings and northings; " + Stored() +
+                       " for all three");
             return;
         }
         const ScanUnit::Statement& unit = scan.horizontal.front();

@@ -51,7 +51,8 @@ bool isSameFile(const std::string& a, const std::string& b) {
 void requireTextName(const std::string& file) {
     const std::string extension =
         CLI::detail::to_lower(std::filesystem::path(file).extension().string());
-    for (const char* other : {".las", ".laz", ".pts", ".ptx", ".ply", ".vpt", ".png"})
+    for (const char* other :
+         {".las", ".laz", ".pts", ".ptx", ".ply", ".vpt", ".png", ".xyz", ".csv", ".asc"})
         if (extension == other)
             throw CommandUsageError("--points writes plain text, and '" + file +
                                     "' is a name for something else; end it in .txt");
@@ -85,6 +86,7 @@ void ViewCommand::DeclareOutput() {
                     "Write every visible point: x y z red green blue size; - for standard "
                     "output")
         ->type_name("OUT.txt");
+    options.add_flag("--force", force_, "Replace a file that has the name of --points already");
     options.add_flag("--report", report_, "Print what the view came to in JSON");
     options
         .add_option("--diagnostics", diagnostics_,
@@ -144,7 +146,7 @@ void ViewCommand::CheckOutputs() const {
         throw CommandUsageError("--report and --points - both write to standard output");
     if (points_.empty() || PointsGoToStandardOutput()) return;
     requireTextName(points_);
-    requirePointListOrNothing(points_);
+    if (!force_) requireNoFile(points_);
 }
 
 void ViewCommand::WriteImage(const LoadedPointSet& pointSet, const ViewCamera& camera) const {

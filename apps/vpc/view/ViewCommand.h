@@ -37,6 +37,7 @@ private:
     PictureOptions picture_;
     std::string points_;
     bool report_ = false;
+    bool force_ = false;
     std::string diagnostics_;
 };
 

@@ -78,8 +78,9 @@ ReplacementFile::ReplacementFile(const wxString& target, const wxString& uniqueN
     : target_(FollowLinks(target)) {
     const fs::path path = FileTools::ToNativePath(target_);
     requireReplaceable(path);
-    const std::string name =
-        std::string(TemporaryOwner::resultPrefix) + FileTools::ToNativePath(uniqueName) + ".tmp";
+    const std::string name = TemporaryOwner::NameStart(TemporaryOwner::resultPrefix) +
+                             FileTools::ToNativePath(uniqueName) +
+                             std::string(TemporaryOwner::resultEnd);
     const fs::path temporary = path.parent_path() / name;
     temporary_ = FileTools::FromNativePath(temporary.string());
     file_.reset(std::fopen(temporary.c_str(), "wbe"));
