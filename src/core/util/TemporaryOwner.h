@@ -6,8 +6,9 @@
 namespace vpc {
 
 /// Marks a temporary file or folder as one that a running process still needs: by a name with this
-/// machine's name and the process's number, and by a lock of the system, which goes with the process
-/// however that ends. What has neither owner nor lock any more is a leftover of a run that was killed.
+/// machine's name and the process's number, and by a lock of the system, which goes with the
+/// process however that ends. What has neither owner nor lock any more is a leftover of a run that
+/// was killed.
 class TemporaryOwner {
 public:
     /// What the names of unfinished results begin with, and those of folders for temporary files.
