@@ -4,20 +4,14 @@
 #include <cmath>
 
 #include "vpc/common/Command.h"
+#include "vpc/common/Trimmed.h"
 
 namespace vpc {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr const char* blanks = " \t";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 std::optional<double> number(std::string_view text) {
-    text = trimmed(text);
+    text = trimmed(text, " \t");
     // A plus sign in front is usual, but from_chars does not take it.
     if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
     double value = 0.0;

@@ -22,7 +22,7 @@ void Progress::Begin(std::string step, unsigned long long inAll) {
 
 void Progress::Add(unsigned long long points) {
     done_ += points;
-    if (!TerminalLine::IsPossible() || Clock::now() < next_) return;
+    if (!line_.IsPossible() || Clock::now() < next_) return;
     next_ = Clock::now() + interval;
     const double share =
         inAll_ == 0 ? 0.0 : static_cast<double>(done_) / static_cast<double>(inAll_);

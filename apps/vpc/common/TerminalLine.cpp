@@ -26,8 +26,7 @@ std::string percentText(double share) {
     return std::to_string(static_cast<int>(std::clamp(share, 0.0, 1.0) * 100.0)) + " %";
 }
 
-bool TerminalLine::IsPossible() {
-    return isatty(STDERR_FILENO) == 1;
+TerminalLine::TerminalLine() : possible_(isatty(STDERR_FILENO) == 1) {
 }
 
 void TerminalLine::Show(double share, const std::string& text) {

@@ -210,7 +210,7 @@ PrepareCommand::PrepareCommand(CLI::App& app)
 
 int PrepareCommand::Run() {
     Interrupt::Catch();
-    const auto start = std::chrono::steady_clock::now();
+    const auto start = Clock::now();
     // What a killed run left would take up room.
     TemporaryOwner::RemoveLeftovers(WorkParent());
     removeLeftoversBeside(options_.output);
@@ -219,8 +219,6 @@ int PrepareCommand::Run() {
     ScanSet scans(list.Files(),
                   {{options_.allowIncomplete, options_.text == "strict"}, options_.skipBad});
     RequireChecks(scans);
-    requireNoScan(options_.output);
-    if (!options_.log.empty()) requireLogOrNothing(options_.log);
     const RunLog runLog(options_.log);
     LogStart(scans);
     const CheckedScans checked = scans.Checked();
@@ -238,13 +236,17 @@ int PrepareCommand::Run() {
     log(result.success ? wxString("Prepared") : "Failed: " + scans.InUsersNames(result.message));
     CheckResult(result, scans, display);
     if (!result.message.empty()) display.Warn(scans.InUsersNames(result.message));
+    Tell(Report(result, start), display.Warnings(), given);
+    return exitDone;
+}
+
+PrepareReport PrepareCommand::Report(const TreePrepareResult& result,
+                                     Clock::time_point start) const {
     PrepareReport report = PrepareReport::Of(options_.output);
     report.unit = DrawingUnits::Name(options_.unit);
     report.time = FileTools::ToNativePath(result.elapsedTime);
-    report.seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    Tell(report, display.Warnings(), given);
-    return exitDone;
+    report.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    return report;
 }
 
 ProgressDisplay::Style PrepareCommand::ProgressStyle() const {
@@ -275,6 +277,8 @@ void PrepareCommand::RequireChecks(const ScanSet& scans) const {
         finding.remedy = remedyOf(finding);
         throw CommandError(FileTools::ToNativePath(finding.Sentence()));
     }
+    requireNoScan(options_.output);
+    if (!options_.log.empty()) requireLogOrNothing(options_.log);
 }
 
 void PrepareCommand::SettleScans(ScanSet& scans, const std::string& workFolder,

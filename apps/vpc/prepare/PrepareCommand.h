@@ -46,6 +46,8 @@ public:
 private:
     /// The folder in which the run's own folder for temporary files is made.
     std::string WorkParent() const;
+    using Clock = std::chrono::steady_clock;
+
     ProgressDisplay::Style ProgressStyle() const;
     VpcTreeType TreeType() const;
     /// Throws CommandError for what would make the run fail, other than its scans, and that the
@@ -64,6 +66,7 @@ private:
     /// The end of a sentence: that an older output has not been touched.
     std::string Unchanged() const;
     void LogStart(const ScanSet& scans) const;
+    PrepareReport Report(const TreePrepareResult& result, Clock::time_point start) const;
     /// Prints and logs what has become of the scans.
     void Tell(const PrepareReport& report, const std::vector<std::string>& warnings,
               const std::vector<std::string>& scans) const;

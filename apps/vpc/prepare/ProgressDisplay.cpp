@@ -84,7 +84,7 @@ bool ProgressDisplay::IsTimeToShow(Clock::time_point now) const {
         case Style::Json:
             return now - lastShown_ >= jsonInterval;
         default:
-            return now - lastShown_ >= (TerminalLine::IsPossible() ? barInterval : lineInterval);
+            return now - lastShown_ >= (line_.IsPossible() ? barInterval : lineInterval);
     }
 }
 
@@ -170,7 +170,7 @@ void ProgressDisplay::ShowWords(const Step& step, std::optional<double> secondsL
                               : DisplayText::Short(step.perSecond) + " points") +
             "/s";
     if (secondsLeft) line += "  " + DisplayText::Duration(*secondsLeft) + " left";
-    if (TerminalLine::IsPossible())
+    if (line_.IsPossible())
         line_.Show(step.share, line);
     else
         std::fprintf(stderr, "%s\n", line.c_str());

@@ -1,7 +1,6 @@
 #include "vpc/scan/PtsPass.h"
 
 #include <charconv>
-#include <cmath>
 
 #include "vpc/scan/ScanFault.h"
 #include "vpc/scan/TextScanCopy.h"
@@ -14,29 +13,23 @@ void PtsPass::TakeValues() {
     if (values_.Count() != columns.inLine)
         return RefuseCount("the lines before have " + std::to_string(columns.inLine));
     if (values_.IsUnusual()) NoteUnusual();
-    if (columns.HasColours() && !dialect_.hasCounts && !dialect_.columnsAreNamed) RequireColours();
-    if (columns.HasColours())
-        for (std::size_t i = columns.used.size() - 3; i < columns.used.size(); ++i)
-            LookAtColour(values_[columns.used[i]]);
+    if (columns.HasColours()) LookAtColours();
     if (copy_ != nullptr) WritePoint();
     ++held_;
     ++account_.points;
 }
 
-/// Without a count the text may come from anywhere, and its last columns may be normals, for
-/// example.
-void PtsPass::RequireColours() {
-    constexpr double most = 65535.0;
+void PtsPass::LookAtColours() {
     const TextColumns& columns = dialect_.columns;
-    for (std::size_t i = columns.used.size() - 3; i < columns.used.size(); ++i) {
-        const double colour = values_.Number(values_[columns.used[i]]);
-        if (!(colour >= 0.0 && colour <= most && colour == std::floor(colour)))
+    // Without a count the text may come from anywhere, and its last columns may be normals, for
+    // example.
+    const bool mayBeOthers = !dialect_.hasCounts && !dialect_.columnsAreNamed;
+    for (std::size_t i = columns.used.size() - 3; i < columns.used.size(); ++i)
+        if (!LookAtColour(values_[columns.used[i]]) && mayBeOthers)
             throw ScanFault(
                 ScanFault::Kind::Unusable,
                 "holds " + ShownLine() + ", whose last three values are no colours from 0 to 65535",
-                "name the columns in a line before the points, such as "
-                "'//X Y Z NX NY NZ'");
-    }
+                "name the columns in a line before the points, such as '//X Y Z NX NY NZ'");
 }
 
 void PtsPass::BeginBlock() {

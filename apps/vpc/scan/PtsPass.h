@@ -13,7 +13,7 @@ public:
 private:
     void TakeValues() override;
     void End() override { EndBlock(); }
-    void RequireColours();
+    void LookAtColours();
     void BeginBlock();
     void EndBlock();
     void WritePoint();

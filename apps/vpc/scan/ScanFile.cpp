@@ -12,6 +12,7 @@
 #include "io/LasPointCount.h"
 #include "tree/construct/PrepareChecks.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/Counted.h"
 #include "vpc/common/FileKind.h"
 #include "vpc/scan/TextScanCopy.h"
 
@@ -30,10 +31,6 @@ std::string extensionOf(VpcDataFormat format) {
 
 std::string withCommand(const std::string& advice, const std::string& command) {
     return command.empty() ? advice : advice + ": " + command;
-}
-
-std::string points(unsigned long long count) {
-    return std::to_string(count) + (count == 1 ? " point" : " points");
 }
 
 }  // namespace
@@ -90,13 +87,14 @@ void ScanFile::LookAtLas() {
         throw ScanFault(Kind::Empty, "has a LAS header but holds no points", "get a complete copy");
     points_ = count.held;
     if (count.held == 0)
-        throw ScanFault(Kind::Empty,
-                        "holds none of the " + points(count.claimed) + " that its header claims",
-                        "get a complete copy");
+        throw ScanFault(
+            Kind::Empty,
+            "holds none of the " + counted(count.claimed, "point") + " that its header claims",
+            "get a complete copy");
     if (count.held < count.claimed && !rules_.allowIncomplete)
         throw ScanFault(Kind::Incomplete,
                         "lacks " + std::to_string(count.claimed - count.held) + " of the " +
-                            points(count.claimed) + " that its header claims",
+                            counted(count.claimed, "point") + " that its header claims",
                         "get a complete copy");
 }
 
@@ -174,22 +172,21 @@ void ScanFile::Say(const TextScanAccount& account) {
     for (const std::string& words : dialect_->Particulars(account.wordLines))
         list += (list.empty() ? " " : ", ") + words;
     const std::string held = format_ == DataFormat_PTX ? std::to_string(account.points) + " cells"
-                                                       : points(account.points);
+                                                       : counted(account.points, "point");
     if (!list.empty()) notes_.push_back(file + ":" + list + ": " + held);
     const auto warn = [&](unsigned long long count, const std::string& rest) {
         if (count != 0) warnings_.push_back(file + " " + rest);
     };
     warn(account.missing,
-         "lacks " + points(account.missing) + " that it claims; it is read without them");
+         "lacks " + counted(account.missing, "point") + " that it claims; it is read without them");
     warn(account.surplus,
-         "has " + points(account.surplus) + " more than it claims, read with the others");
-    warn(account.badLines, "has " + std::to_string(account.badLines) +
-                               (account.badLines == 1 ? " line" : " lines") +
+         "has " + counted(account.surplus, "point") + " more than it claims, read with the others");
+    warn(account.badLines, "has " + counted(account.badLines, "line") +
                                " left out that cannot be read: " + account.firstBadLine);
     warn(account.oddColours,
          "has colours that are no whole numbers from 0 to 65535 in " +
-             std::to_string(account.oddColours) + (account.oddColours == 1 ? " line" : " lines") +
-             ", line " + std::to_string(account.firstOddColour) +
+             counted(account.oddColours, "line") + ", line " +
+             std::to_string(account.firstOddColour) +
              " being the first; fractions are cut off and the rest wraps round");
 }
 

@@ -12,6 +12,7 @@
 
 #include "core/util/FileHandle.h"
 #include "vpc/common/Command.h"
+#include "vpc/common/Trimmed.h"
 
 namespace vpc {
 
@@ -54,14 +55,6 @@ std::string readWhole(const std::string& file) {
     return std::ferror(stream.get()) != 0 ? fail() : text;
 }
 
-/// Without blanks, tabs and carriage returns at both ends.
-std::string_view trimmed(std::string_view line) {
-    constexpr const char* blanks = " \t\r";
-    const std::size_t first = line.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return line.substr(first, line.find_last_not_of(blanks) - first + 1);
-}
-
 }  // namespace
 
 ScanList::ScanList(const std::vector<std::string>& arguments) {
@@ -84,7 +77,7 @@ void ScanList::AddList(const std::string& list) {
     bool namesAny = false;
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
-        const std::string_view line = trimmed(rest.substr(0, end));
+        const std::string_view line = trimmed(rest.substr(0, end), " \t\r");
         rest.remove_prefix(std::min(end + 1, rest.size()));
         if (line.empty() || line.front() == '#') continue;
         // An absolute name stays as it is.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "vpc/common/Counted.h"
 #include "vpc/common/NumberList.h"
 #include "vpc/scan/ScanFault.h"
 #include "vpc/scan/TextLines.h"
@@ -51,10 +52,6 @@ struct Reading {
 
 std::string place(unsigned long long line) {
     return " in line " + std::to_string(line);
-}
-
-std::string count(unsigned long long number, const char* thing) {
-    return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
 }
 
 class DialectSearch {
@@ -192,12 +189,12 @@ private:
 
     void FindColumns(const Reading& reading) {
         const NumberLine& point = dialect_.hasCounts ? reading.first[1] : reading.first[0];
-        const std::string holds = "holds " + count(point.values, "value") + place(point.number) +
+        const std::string holds = "holds " + counted(point.values, "value") + place(point.number) +
                                   " (" + TextLines::Shown(point.text) + ")";
         if (columns_ && columns_->inLine != point.values)
             throw ScanFault(ScanFault::Kind::Unusable,
                             holds + ", where line " + std::to_string(columnsLine_) + " names " +
-                                count(columns_->inLine, "column"),
+                                counted(columns_->inLine, "column"),
                             "correct that line or remove it");
         const auto columns = columns_ ? columns_ : TextColumns::Unnamed(point.values);
         if (!columns)
@@ -276,7 +273,7 @@ std::vector<std::string> TextDialect::Particulars(unsigned long long linesSkippe
         if (holds) list.push_back(words);
     };
     add(hasByteOrderMark, "a byte order mark");
-    add(linesSkipped != 0, count(linesSkipped, "header or comment line") + " skipped");
+    add(linesSkipped != 0, counted(linesSkipped, "header or comment line") + " skipped");
     add(columnsAreNamed && !columns.AreInOrder(), "columns taken by their names");
     std::string unused;
     for (const std::string& name : columns.unused)

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "vpc/common/Counted.h"
 #include "vpc/scan/ScanFault.h"
 
 namespace vpc {
@@ -11,10 +12,6 @@ namespace {
 using Kind = ScanFault::Kind;
 
 constexpr double mostColour = 65535.0;
-
-std::string counted(unsigned long long number, const char* thing) {
-    return std::to_string(number) + " " + thing + (number == 1 ? "" : "s");
-}
 
 }  // namespace
 
@@ -87,14 +84,15 @@ void TextScanPass::NoteUnusual() {
     account_.isPlain = false;
 }
 
-void TextScanPass::LookAtColour(const LineValues::Value& value) {
+bool TextScanPass::LookAtColour(const LineValues::Value& value) {
     constexpr std::ptrdiff_t shortDigits = 4;
-    if (value.isDigits && value.end - value.begin <= shortDigits) return;
+    if (value.isDigits && value.end - value.begin <= shortDigits) return true;
     const double colour = values_.Number(value);
-    if (colour >= 0.0 && colour <= mostColour && colour == std::floor(colour)) return;
-    if (lastOddColour_ == lines_.Number()) return;
+    if (colour >= 0.0 && colour <= mostColour && colour == std::floor(colour)) return true;
+    if (lastOddColour_ == lines_.Number()) return false;
     lastOddColour_ = lines_.Number();
     if (account_.oddColours++ == 0) account_.firstOddColour = lines_.Number();
+    return false;
 }
 
 std::string TextScanPass::ShownLine() const {

@@ -38,8 +38,8 @@ protected:
     void RefuseCount(const std::string& expected);
     /// Notes something that has been understood but that the library's readers do not take.
     void NoteUnusual();
-    /// Counts the lines with colours that are not what they should be.
-    void LookAtColour(const LineValues::Value& value);
+    /// Whether a value is a whole number from 0 to 65535; counts the lines where one is not.
+    bool LookAtColour(const LineValues::Value& value);
     /// A line to show, and where it stands: "'1 2 x' in line 3".
     std::string ShownLine() const;
 

@@ -8,6 +8,7 @@
 
 #include "core/geometry/VpcPoint3D.h"
 #include "tree/verify/TreeVerifier.h"
+#include "vpc/common/Counted.h"
 #include "vpc/common/Interrupt.h"
 #include "vpc/common/Progress.h"
 #include "vpc/common/TreeFile.h"
@@ -62,7 +63,7 @@ public:
 private:
     std::string Summary() const {
         if (count_ == 0) return "no faults found";
-        return std::to_string(count_) + (count_ == 1 ? " fault found" : " faults found");
+        return counted(count_, "fault") + " found";
     }
 
     static constexpr std::size_t textsOfAKind = 100;

@@ -10,6 +10,7 @@
 #include "core/util/DisplayText.h"
 #include "core/util/DrawingUnits.h"
 #include "platform/OdDbUnits.h"
+#include "vpc/common/Counted.h"
 #include "vpc/unit/ProjDatabase.h"
 #include "vpc/unit/ScanUnit.h"
 
@@ -49,7 +50,7 @@ std::string quoted(const std::vector<std::string>& scans) {
     std::string first = "'" + scans.front() + "'";
     const std::size_t others = scans.size() - 1;
     if (others == 0) return first;
-    return first + " and " + std::to_string(others) + (others == 1 ? " other" : " others");
+    return first + " and " + counted(others, "other");
 }
 
 std::string text(const ScanUnit::Statement& statement) {
