@@ -55,7 +55,9 @@ double FrameBudget::MillisecondsFor(std::size_t points) const {
 }
 
 std::size_t FrameBudget::PointsIn(double milliseconds) const {
-    const double points = (milliseconds - fixedMs_) / msPerPoint_;
+    // A third of the time is for points at least: many thin slices would mostly wait.
+    const double left = std::max(0.5 * fixedMs_, milliseconds - fixedMs_);
+    const double points = left / msPerPoint_;
     // A number that is none is not above anything.
     return static_cast<std::size_t>(points > fewestPoints ? std::min(points, mostPoints)
                                                           : fewestPoints);

@@ -1,6 +1,7 @@
 #include "viewer/document/Session.h"
 
 #include <cfloat>
+#include <clocale>
 #include <filesystem>
 #include <fstream>
 
@@ -65,7 +66,14 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     return text.replace(found, what.size(), with);
 }
 
-TEST(SessionTest, IsTheSameAfterSavingAndOpeningAndMovesWithItsFolder) {
+class SessionTest : public ::testing::Test {
+protected:
+    // A decimal comma, where the environment has one, must not reach the numbers.
+    void SetUp() override { std::setlocale(LC_ALL, ""); }
+    void TearDown() override { std::setlocale(LC_ALL, "C"); }
+};
+
+TEST_F(SessionTest, IsTheSameAfterSavingAndOpeningAndMovesWithItsFolder) {
     const Session session = everything();
     const std::string text = sessionText(session, "/data/site/a.vpcview");
     EXPECT_EQ(sessionFromText(text, "/data/site/a.vpcview"), session);
@@ -82,7 +90,7 @@ TEST(SessionTest, IsTheSameAfterSavingAndOpeningAndMovesWithItsFolder) {
     EXPECT_EQ(sessionFromText(R"({"vpcview": 1})", "a"), Session{});
 }
 
-TEST(SessionTest, ABadOneIsRefusedWithASentenceThatTellsWhere) {
+TEST_F(SessionTest, ABadOneIsRefusedWithASentenceThatTellsWhere) {
     const std::string text = sessionText(everything(), "/data/site/a.vpcview");
     const auto expect = [&](const std::string& what, const std::string& with,
                             const std::string& problem) {

@@ -131,6 +131,11 @@ TEST_F(ToolsTest, ADragIsTheSameWhateverEventsWereLostAndIsOneStepBack) {
     router.Cancel();
     EXPECT_FALSE(router.IsPressed());
     EXPECT_TRUE(Shown().marks.empty());
+    // A drag that comes back leads nowhere.
+    const glm::ivec2 other = host.PixelOf(host.box.min);
+    Drag(from, from, MouseButton::Left, {{400, 300}});
+    EXPECT_EQ(host.PixelOf(host.box.min), other);
+    EXPECT_FALSE(host.history.CanGoBack());
 }
 
 TEST_F(ToolsTest, TheWheelIsOneStepBackAndADoubleClickHoldsThePivot) {
@@ -276,7 +281,9 @@ TEST_F(ToolsTest, ThreePicksMakeASection) {
     const glm::dvec3 beside(host.box.min.x, top.y, top.z);
     ClickAndAnswer(top);
     ClickAndAnswer(beside);
-    ClickAndAnswer(beside);
+    ClickAndAnswer(beside);  // counts once
+    EXPECT_EQ(tool.Places().size(), 2U);
+    ClickAndAnswer(top);
     EXPECT_THAT(host.said, HasSubstr("lie on a line"));
     ClickAndAnswer({top.x, host.box.min.y, top.z});
     ASSERT_EQ(host.GetDrawing().sections.size(), 1U);
