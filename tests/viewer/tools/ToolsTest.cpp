@@ -173,6 +173,9 @@ TEST_F(ToolsTest, WalkingGoesOnWhileLookingAround) {
     walk.Walk(3.0, 0.0, 0.0);
     EXPECT_NEAR(host.camera.eye.z, eye.z, 1e-9);
     EXPECT_NEAR(glm::distance(host.camera.eye, eye), 3.0 * walk.Pace(), 1e-6);
+    const double pace = walk.Pace();
+    walk.ChangePace(2.0);
+    EXPECT_EQ(walk.Pace(), 2.0 * pace);
     router.Press(At({500, 400}));
     const glm::dvec3 ahead = host.camera.Ahead();
     router.Move(At({600, 400}));
@@ -274,6 +277,12 @@ TEST_F(ToolsTest, ASectionIsDraggedAlongItsNormalAsOneStep) {
     router.Move(At({500, 400}, MouseButton::None));
     router.Key(ToolKey::Delete);
     EXPECT_TRUE(host.GetDrawing().sections.empty());
+    // A plane that was dragged out of what is shown has a handle still.
+    host.Change("far", withSection({}, moved(sectionAcross(Axis::X, host.box), 60.0)));
+    host.camera = standardView(StandardView::Top, host.box, host.PictureSize(), true);
+    const glm::dvec3 outside = host.box.Centre() + glm::dvec3(60.0, 0.0, 0.0);
+    Drag(host.PixelOf(outside), host.PixelOf(host.box.Centre()));
+    EXPECT_NEAR(host.GetDrawing().sections.at(0).point.x, host.box.Centre().x, 0.2);
 }
 
 TEST_F(ToolsTest, ThreePicksMakeASection) {
