@@ -23,9 +23,9 @@ namespace {
 /// In perspective depths are multiplied by this number: a power of two, so that no bit of them is
 /// lost, and so small that the farthest ones are below 1.
 constexpr float perspectiveDepthScale = 0x1p-64F;
-/// In parallel projection depths are told apart this many pixels' sides before and behind the
-/// target.
-constexpr double parallelDepthPixels = 0x1p20;
+/// In parallel projection depths are told apart best up to this many pixels' sides before and
+/// behind the target: there to a thousandth of one.
+constexpr double parallelDepthPixels = 4096.0;
 /// What every card can leave out between two values that it reads.
 constexpr std::size_t largestStride = 2048;
 
@@ -302,14 +302,13 @@ private:
         const draw::Projection projection = camera_.ProjectionTo(size_);
         const glm::dvec3 begin = camera_.perspective ? camera_.eye : camera_.target;
         const glm::dvec3 beginToOrigin = points_.Origin() - begin;
-        const double parallelScale = projection.Scale() / (2.0 * parallelDepthPixels);
+        const double parallelScale = projection.Scale() / parallelDepthPixels;
         glUniform4fv(drawing_.Uniform("right"), 1, axis(camera_.Right(), beginToOrigin).data());
         glUniform4fv(drawing_.Uniform("up"), 1, axis(camera_.up, beginToOrigin).data());
         glUniform4fv(drawing_.Uniform("ahead"), 1, axis(camera_.Ahead(), beginToOrigin).data());
         glUniform1f(drawing_.Uniform("depthScale"), camera_.perspective
                                                         ? perspectiveDepthScale
                                                         : static_cast<float>(parallelScale));
-        glUniform1f(drawing_.Uniform("depthShift"), camera_.perspective ? 0.0F : 0.5F);
     }
 
     std::unique_ptr<GlContext> context_;
