@@ -17,4 +17,9 @@ inline std::string fromHostText(const OdString& text) {
     return wxString(text.c_str()).utf8_string();
 }
 
+/// A file's name in a sentence: names may be no UTF-8.
+inline std::string showableText(const std::string& fileName) {
+    return fromHostText(toHostText(fileName));
+}
+
 }  // namespace vpc::viewer

@@ -35,13 +35,18 @@ public:
     /// Lets Post wait, and with it the engine's thread.
     void Hold() { gate_.lock(); }
     void LetGo() { gate_.unlock(); }
+    /// Waits until a call waits.
+    void AwaitOne() {
+        std::unique_lock lock(mutex_);
+        added_.wait(lock, [this] { return !waiting_.empty(); });
+    }
     /// Makes calls, as they come, until `condition` holds.
     template <class Condition>
     void RunUntil(const Condition& condition) {
         while (!condition()) {
+            AwaitOne();
             std::unique_lock lock(mutex_);
-            added_.wait(lock, [this] { return !waiting_.empty(); });
-            auto call = std::move(waiting_.front());
+            const auto call = std::move(waiting_.front());
             waiting_.pop_front();
             lock.unlock();
             call();

@@ -222,6 +222,7 @@ TEST_F(EngineTest, RequestsThatWaitAreReplacedAndDroppedAtTheEnd) {
 
     answers.clear();
     request50();
+    calls.AwaitOne();
     engine.reset();
     bool isDone = false;
     calls.Post()([&isDone] { isDone = true; });
@@ -251,7 +252,7 @@ TEST_F(EngineTest, FilesThatCannotBeReadAreTold) {
     EXPECT_THAT(Update().entities[0].problem, HasSubstr(file));
     // Nor does what is no placement and no camera do harm.
     Entities()[0].placement.scale = 0.0;
-    EXPECT_NE(Update().entities[0].problem, "");
+    EXPECT_THAT(Update().entities[0].problem, HasSubstr("scale"));
     Entities().clear();
     request.camera.eye = request.camera.target;
     EXPECT_EQ(CountShown(), 0U);
@@ -266,6 +267,10 @@ TEST_F(EngineTest, FilesShareADrawing) {
     request.camera.perspective = false;
     request.camera.fieldHeight = 1e8;
     EXPECT_EQ(CountShown(), 40000U);
+    Show(MakeTree(5));
+    request.camera.perspective = false;
+    request.camera.fieldHeight = 1e8;
+    EXPECT_EQ(CountShown(), 40005U);
     request.drawing.pointBudget = 20000;
     const ViewResult fewer = Update();
     EXPECT_LE(fewer.shown, 20000U);
@@ -273,12 +278,13 @@ TEST_F(EngineTest, FilesShareADrawing) {
     EXPECT_GT(fewer.entities[1].shown, 500U);
     EXPECT_EQ(Fetch(fewer).size(), fewer.shown);
     Entities()[0].visible = false;
-    EXPECT_EQ(Update().inAll, 10000U);
-    EXPECT_EQ(Update().shown, 10000U);
+    EXPECT_EQ(Update().inAll, 10005U);
+    EXPECT_EQ(CountShown(), 10005U);
     // The drawing's unit is that of what was opened first.
     engine->Close(1);
     engine->Close(2);
-    EXPECT_EQ(Open(3, Entities()[1].file).entity.placement.scale, 1.0);
+    engine->Close(3);
+    EXPECT_EQ(Open(4, Entities()[1].file).entity.placement.scale, 1.0);
 }
 
 TEST_F(EngineTest, ThePaletteChangesWhatIsShown) {
