@@ -157,7 +157,7 @@ ShownEntity HostDrawing::ShowOne(const ViewRequest& request, const Entity& entit
     shown.id = entity.id;
     PointCloud* const cloud = Find(entity.id);
     if (cloud == nullptr) {
-        shown.problem = "'" + showableText(entity.file) + "' is not open.";
+        shown.problem = quoted(entity.file) + " is not open.";
         return shown;
     }
     const std::string problem = problemOf([&] {

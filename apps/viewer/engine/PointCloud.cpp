@@ -136,8 +136,8 @@ void PointCloud::Show(const ViewRequest& request, unsigned long long budget) {
     const HostView view(request.camera, request.size, State().placement, Bounds());
     if (!view.IsSound()) Hide();
     if (!isSound(State().placement))
-        throw std::runtime_error("'" + State().name +
-                                 "' cannot be shown where it is: its insertion, rotation and scale "
+        throw std::runtime_error(quoted(State().name) +
+                                 " cannot be shown where it is: its insertion, rotation and scale "
                                  "have to be numbers, and the scale above 0.");
     if (!view.IsSound()) return;
     const bool moved = view_ != view;
@@ -246,12 +246,10 @@ ShownEntity PointCloud::Facts() const {
 
 std::string PointCloud::FileProblem() const {
     const auto now = identityOf(rest_.file);
-    const std::string name = "'" + showableText(rest_.file) + "'";
     if (now == opened_) return {};
     if (now == std::pair<dev_t, ino_t>())
-        return name + " was deleted or moved. What is still open of it is shown.";
-    return "'" + rest_.file +
-           "' was replaced by another file. Close it and open it again to see that.";
+        return quoted(rest_.file) + " was deleted or moved. What is still open of it is shown.";
+    return quoted(rest_.file) + " was replaced by another file. Close it and open it again.";
 }
 
 double PointCloud::ShownArea() const {
