@@ -130,6 +130,12 @@ bool PlyIO::WriteCuboid(Points corners, wxString path) {
 
 bool PlyIO::WriteAxisAlignedBoundingBoxes(std::vector<VpcBoundingBoxAxisAligned> boxes,
                                           wxString path) {
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) { WriteTo(file, boxes); });
+    return true;
+}
+
+void PlyIO::WriteTo(vpc::TextFileWriter& file,
+                    const std::vector<VpcBoundingBoxAxisAligned>& boxes) {
     static constexpr std::array<std::pair<Index, Index>, 12> boxEdges{{{0, 1},
                                                                        {0, 2},
                                                                        {2, 3},
@@ -152,28 +158,32 @@ bool PlyIO::WriteAxisAlignedBoundingBoxes(std::vector<VpcBoundingBoxAxisAligned>
                                 (corner & 1U ? box.maxPoint : box.minPoint).z);
         for (const auto& [from, to] : boxEdges) edges.emplace_back(base + from, base + to);
     }
-    return WriteEdges(std::move(points), std::move(edges), path);
+    WriteTo(file, points, edges);
 }
 
 bool PlyIO::WriteFrustum(VpcFrustumDef frustum, wxString path) {
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) { WriteTo(file, frustum); });
+    return true;
+}
+
+void PlyIO::WriteTo(vpc::TextFileWriter& file, const VpcFrustumDef& frustum) {
     Points points = frustum.GetRefVertices();
     points.push_back(frustum.GetCamera());
     points.push_back(frustum.GetTarget());
-    return WriteEdges(std::move(points),
-                      {{0, 1},
-                       {0, 2},
-                       {1, 3},
-                       {2, 3},
-                       {0, 4},
-                       {1, 5},
-                       {2, 6},
-                       {3, 7},
-                       {4, 5},
-                       {4, 6},
-                       {5, 7},
-                       {6, 7},
-                       {8, 9}},
-                      path);
+    WriteTo(file, points,
+            {{0, 1},
+             {0, 2},
+             {1, 3},
+             {2, 3},
+             {0, 4},
+             {1, 5},
+             {2, 6},
+             {3, 7},
+             {4, 5},
+             {4, 6},
+             {5, 7},
+             {6, 7},
+             {8, 9}});
 }
 
 bool PlyIO::WritePlaneSegments(std::vector<Points> segments, wxString path) {
