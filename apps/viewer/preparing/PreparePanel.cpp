@@ -102,8 +102,9 @@ public:
 
     int Id() const { return id_; }
 
+    /// \param number of the job in the list
     /// \return whether the row may need another height
-    bool ShowJob(const PrepareJob& job) {
+    bool ShowJob(const PrepareJob& job, std::size_t number) {
         hasEnded_ = job.HasEnded();
         const wxString target = wxString::FromUTF8(job.target);
         SetText(*name_, target.AfterLast('/'));
@@ -114,7 +115,7 @@ public:
         const wxString label = hasEnded_ ? "Remove" : "Cancel";
         if (button_->GetLabel() != label) button_->SetLabel(label);
         button_->Enable(!job.cancelling);
-        button_->SetName(wxString::Format("preparing/%d/%s", id_, label.Lower()));
+        button_->SetName(wxString::Format("preparing/%zu/%s", number, label.Lower()));
         const bool remarks = ShowRemarks(wxString::FromUTF8(remarksOf(job)));
         Layout();
         return remarks;
@@ -166,7 +167,7 @@ PreparePanel::~PreparePanel() = default;
 void PreparePanel::ShowJobs() {
     bool changesHeight = MatchRows();
     for (std::size_t i = 0; i < rows_.size(); ++i)
-        changesHeight = rows_[i]->ShowJob(queue_.Jobs()[i]) || changesHeight;
+        changesHeight = rows_[i]->ShowJob(queue_.Jobs()[i], i) || changesHeight;
     if (changesHeight) FitHeight();
 }
 

@@ -11,8 +11,8 @@ namespace vpc::viewer {
 class PrepareQueue;
 
 /// The queue in the main window: a line for each job, with how far it has come and a button. Shown
-/// as long as there are jobs. The buttons have names for tests: "preparing/ID/cancel" while a job
-/// waits or runs, then "preparing/ID/remove".
+/// as long as there are jobs. The buttons have names for tests: "preparing/0/cancel" while the
+/// first job waits or runs, then "preparing/0/remove".
 class PreparePanel : public wxScrolled<wxPanel> {
 public:
     PreparePanel(wxWindow* parent, PrepareQueue& queue);

@@ -21,8 +21,10 @@ public:
     Child() { Redirect(); }
 
     void OnTerminate(int /*pid*/, int status) override {
+        // wxWidgets takes an exit status for a signed byte, and signals below 0 as well.
+        constexpr int lastSignal = 64;
         hasEnded_ = true;
-        status_ = status;
+        status_ = status < -lastSignal ? status + 256 : status;
         if (isAlone_) delete this;  // wxWidgets leaves that to us
     }
     /// Its owner goes; it deletes itself when the process has ended.

@@ -17,7 +17,8 @@ std::string nameOf(const std::string& entry) {
 std::string unitLine(const std::string& help) {
     std::istringstream lines(help);
     for (std::string line; std::getline(lines, line);)
-        if (line.find_first_not_of(' ') == line.find("--unit")) return line;
+        if (line.substr(std::min(line.find_first_not_of(' '), line.size())).starts_with("--unit "))
+            return line;
     return {};
 }
 
