@@ -51,6 +51,7 @@ ViewerRun::ViewerRun(const std::string& display, const std::filesystem::path& fo
       program_(commandLine(display, reportFile_, arguments, more), folder, RLIM_INFINITY,
                "/usr/bin/env") {
     WaitUntil([&] { return screen_.HasWindow(); }, "a window");
+    Report();
 }
 
 ViewerRun::~ViewerRun() {

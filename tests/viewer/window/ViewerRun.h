@@ -24,8 +24,8 @@ class ViewerRun {
 public:
     using Environment = std::map<std::string, std::string>;
 
-    /// Waits until the window is there. A window of 1200 by 800 pixels, and settings that are kept
-    /// in `folder`, where the program also runs.
+    /// Waits for the first report. The window has 1200 by 800 pixels; the program runs in `folder`
+    /// and keeps its settings there.
     ViewerRun(const std::string& display, const std::filesystem::path& folder,
               const std::string& arguments, const Environment& more = {});
     /// Kills the program where it still runs.
@@ -35,6 +35,7 @@ public:
     const nlohmann::json& Report();
     /// Asks again and again until the state is as wanted.
     const nlohmann::json& ReportWhen(const std::function<bool(const nlohmann::json&)>& isWanted);
+    const nlohmann::json& Last() const { return report_; }
     /// What the points' part of the window shows, where the last report saw it.
     draw::Image Picture() const;
     /// Waits for that to be as wanted: the X server may get a picture a little after the report.

@@ -25,12 +25,10 @@ XvfbServer::XvfbServer() {
         _exit(127);
     }
     close(ends[1]);
-    for (char digit = 0; read(ends[0], &digit, 1) == 1 && digit != '\n';) {
-        if (display_.empty()) display_ = ":";
-        display_ += digit;
-    }
+    display_ = ":";
+    for (char digit = 0; read(ends[0], &digit, 1) == 1 && digit != '\n';) display_ += digit;
     close(ends[0]);
-    if (display_.empty()) {
+    if (display_.size() == 1) {
         waitpid(server_, nullptr, 0);
         throw std::runtime_error("Xvfb does not start; script/bootstrap installs it");
     }
