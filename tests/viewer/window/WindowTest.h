@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <glm/geometric.hpp>
+
 #include "support/ProgramRun.h"
 #include "support/ScanFiles.h"
 #include "viewer/document/Placement.h"

@@ -25,7 +25,6 @@ XvfbServer::XvfbServer() {
         _exit(127);
     }
     close(ends[1]);
-    display_ = ":";
     for (char digit = 0; read(ends[0], &digit, 1) == 1 && digit != '\n';) display_ += digit;
     close(ends[0]);
     if (display_.size() == 1) {

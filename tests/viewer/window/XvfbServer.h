@@ -21,7 +21,7 @@ public:
 
 private:
     pid_t server_ = -1;
-    std::string display_;
+    std::string display_{":"};
 };
 
 }  // namespace vpc::test
