@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "viewer/window/BudgetRange.h"
+#include "viewer/panels/BudgetRange.h"
 
 namespace vpc::viewer {
 

@@ -7,7 +7,7 @@
 #include <wx/log.h>
 #include <wx/stdpaths.h>
 
-#include "viewer/window/Text.h"
+#include "viewer/panels/Text.h"
 
 namespace vpc::viewer {
 

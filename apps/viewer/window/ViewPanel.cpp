@@ -48,7 +48,7 @@ ViewPanel::ViewPanel(wxWindow* parent, const draw::Colour& background) : backgro
     Bind(wxEVT_GESTURE_ZOOM, &ViewPanel::OnZoomGesture, this);
     Bind(wxEVT_MOUSE_CAPTURE_LOST, &ViewPanel::OnCaptureLost, this);
     Bind(wxEVT_LEAVE_WINDOW, [this](wxMouseEvent& event) {
-        if (input_ != nullptr && held_.button == MouseButton::None) input_->OnLeave();
+        if (input_ != nullptr && held_ == MouseButton::None) input_->OnLeave();
         event.Skip();
     });
     Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
@@ -123,29 +123,25 @@ void ViewPanel::OnPressed(wxMouseEvent& event) {
     if (input_ == nullptr) return;
     MouseInput input = InputOf(event);
     input.isDouble = event.ButtonDClick();
+    if (held_ != MouseButton::None) return;  // a second button during a drag
     if (!HasCapture()) CaptureMouse();
-    held_ = input;
+    held_ = input.button;
     input_->OnPress(input);
 }
 
 void ViewPanel::OnReleased(wxMouseEvent& event) {
     const MouseInput input = InputOf(event);
-    const bool isHeld = held_.button == input.button;
-    if (isHeld) held_.button = MouseButton::None;
-    if (held_.button == MouseButton::None && HasCapture()) ReleaseMouse();
+    const bool isHeld = held_ == input.button;
+    if (isHeld) held_ = MouseButton::None;
+    if (held_ == MouseButton::None && HasCapture()) ReleaseMouse();
     if (input_ != nullptr && isHeld) input_->OnRelease(input);
 }
 
 void ViewPanel::OnMoved(wxMouseEvent& event) {
     if (input_ == nullptr) return;
     MouseInput input = InputOf(event);
-    if (held_.button == MouseButton::None) {
-        input_->OnMove(input);
-        return;
-    }
-    input.button = held_.button;
-    held_.place = input.place;
-    input_->OnDrag(input);
+    input.button = held_;
+    input_->OnMove(input);
 }
 
 void ViewPanel::OnWheelTurned(wxMouseEvent& event) {
@@ -165,10 +161,8 @@ void ViewPanel::OnZoomGesture(wxZoomGestureEvent& event) {
 }
 
 void ViewPanel::OnCaptureLost(wxMouseCaptureLostEvent&) {
-    if (held_.button == MouseButton::None) return;
-    const MouseInput last = held_;
-    held_.button = MouseButton::None;
-    if (input_ != nullptr) input_->OnRelease(last);
+    held_ = MouseButton::None;
+    if (input_ != nullptr) input_->OnCancel();
 }
 
 MouseInput ViewPanel::InputOf(const wxMouseEvent& event) const {

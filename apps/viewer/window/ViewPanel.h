@@ -17,9 +17,11 @@ public:
     virtual ~ViewInput() = default;
 
     virtual void OnPress(const MouseInput& input) = 0;
-    virtual void OnDrag(const MouseInput& input) = 0;
     virtual void OnRelease(const MouseInput& input) = 0;
+    /// With or without a button.
     virtual void OnMove(const MouseInput& input) = 0;
+    /// A press will get no release.
+    virtual void OnCancel() = 0;
     /// \param steps notches of a wheel, to the back positive; a touchpad gives parts of them
     virtual void OnWheel(const MouseInput& input, double steps, bool isHorizontal) = 0;
     /// Two fingers on a touchpad. \param factor above 1 where they part
@@ -64,8 +66,8 @@ private:
     wxString heading_;
     wxString text_;
     draw::Colour background_;
-    /// The button that is held since a press, and where it was last seen.
-    MouseInput held_;
+    /// The button that is held since a press.
+    MouseButton held_ = MouseButton::None;
     double lastGesture_ = 1.0;
 };
 

@@ -11,7 +11,7 @@
 
 #include "viewer/window/Heartbeat.h"
 #include "viewer/window/MainFrame.h"
-#include "viewer/window/Text.h"
+#include "viewer/panels/Text.h"
 
 namespace vpc::viewer {
 

@@ -1,4 +1,4 @@
-#include "viewer/window/Text.h"
+#include "viewer/panels/Text.h"
 
 #include <array>
 #include <charconv>
