@@ -5,6 +5,9 @@
 
 namespace vpc::viewer {
 
+/// The shortest distance that still has a direction where the coordinates are as large as a
+/// place's.
+double leastDistance(const glm::dvec3& place);
 /// Whether numbers are finite, lengths are neither 0 nor so small beside the coordinates that
 /// doubles lose the direction, and the up vector is one.
 bool isSound(const ViewCamera& camera);

@@ -45,11 +45,15 @@ constexpr double zoomShare = 0.8;
 ///     d * zoomShare ^ steps    as long as a step is longer than `leastStep`, then on by
 ///     leastStep                for each step, through the place and beyond.
 /// Steps may be fractions; n steps are the same as one of n; as many steps back undo them. In a
-/// parallel view the field shrinks around the place by the same share, without end.
-/// \param steps     towards the place; below 0 away from it
-/// \param leastStep 0 or more, in drawing units
+/// parallel view the field shrinks around the place by the same share, without end. In perspective
+/// the target comes to lie at the place's depth, so that a scale and a change to a parallel view
+/// hold for what one looks at. \param steps     towards the place; below 0 away from it \param
+/// leastStep 0 or more, in drawing units
 ViewCamera zoom(const ViewCamera& camera, const glm::dvec3& towards, double steps,
                 double leastStep);
+
+/// Half of the usual angle of view, from the picture's lower to its upper edge, as its tangent.
+constexpr double usualHalfAngle = 0.41421356237309503;
 
 /// The target's plane keeps its size in the picture. Into perspective, the eye goes to where a
 /// usual angle of view shows it so.

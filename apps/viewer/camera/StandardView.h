@@ -20,6 +20,10 @@ const char* nameOf(StandardView view);
 /// itself where the box is empty or its numbers cannot be looked at.
 ViewCamera fit(const ViewCamera& camera, const Box& box, const draw::ImageSize& size);
 
+/// A parallel view whose eye is moved back until a box lies ahead of it, which shows the same but
+/// for what lay behind the eye. Other cameras come back as they are.
+ViewCamera clearOf(const ViewCamera& camera, const Box& box);
+
 /// A box seen from a side: Front looks north (along y), Left looks east (along x), Top looks down
 /// with north above, Isometric looks down from the south-east. An empty box is taken for one of
 /// length 1 around the origin.

@@ -31,10 +31,4 @@ std::string sessionText(const Session& session, const std::string& sessionFile);
 /// \throws SessionError where the text is no session, or one whose values cannot be
 Session sessionFromText(const std::string& text, const std::string& sessionFile);
 
-/// Writes the file beside its place and then renames it, so that an older one stays until the new
-/// one is whole. \throws SessionError
-void saveSession(const Session& session, const std::string& file);
-/// \throws SessionError
-Session openSession(const std::string& file);
-
 }  // namespace vpc::viewer

@@ -23,13 +23,16 @@ public:
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;
 
-    void SetKeepsInside(bool keepsInside) { keepsInside_ = keepsInside; }
+    void SetKeepsInside(bool keepsInside);
     bool KeepsInside() const { return keepsInside_; }
     /// Of the polygon or box so far, in drawing coordinates.
     std::vector<glm::dvec3> Corners() const;
 
 private:
-    std::optional<glm::dvec2> CornerAt(const glm::ivec2& pixel) const;
+    /// Whether the view is parallel already; shows it so otherwise.
+    bool IsParallel();
+    /// Begins a region where none is begun.
+    std::optional<glm::dvec2> CornerAt(const glm::ivec2& pixel);
     void Close();
     void Clear();
     void SayNext();
@@ -38,8 +41,8 @@ private:
     Shape shape_;
     bool keepsInside_;
     glm::ivec2 press_{0, 0};
-    bool pressed_ = false;
-    ClipPlane plane_;  // of the view in which the first corner was set
+    bool closes_ = false;  // the press was the second of a double click
+    ClipPlane plane_;      // of the view in which the first corner was set
     std::vector<glm::dvec2> corners_;
     std::optional<glm::dvec2> cursor_;  // where the next corner would be
 };

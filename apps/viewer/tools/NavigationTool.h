@@ -31,8 +31,6 @@ public:
     /// Keeps the view that zooms and keys led to. The window calls it when the camera has come to
     /// rest, so that a turn of the wheel is one step to go back over.
     void Rest();
-    /// Ends a drag where it is: the window lost the mouse.
-    void Cancel();
 
     void SetHorizon(Horizon horizon);
     Horizon GetHorizon() const { return horizon_; }
@@ -42,8 +40,14 @@ public:
 private:
     enum class Motion { None, Turn, Slide, Zoom };
 
-    void Apply(const glm::ivec2& place);
-    void Finish();
+    /// The camera of a motion that has come to a place.
+    ViewCamera MovedTo(const glm::ivec2& place) const;
+    /// Shows a camera that was moved, its eye clear of what is shown.
+    void Show(const ViewCamera& camera);
+    void Hold(const glm::ivec2& pixel);
+    /// A motion from the picture's middle, by a key.
+    void MoveBy(Motion motion, const glm::ivec2& pixels);
+    void Begin(Motion motion, const glm::ivec2& place);
     /// What a motion that starts at a pixel turns around, slides or zooms to.
     glm::dvec3 PivotAt(const glm::ivec2& pixel);
     double LeastStep() const;
@@ -53,7 +57,7 @@ private:
     Pivot pivot_;
     std::optional<glm::dvec3> held_;
     Motion motion_ = Motion::None;
-    MouseInput press_;
+    glm::ivec2 press_{0, 0};
     ViewCamera start_;  // the camera at the press: every drag is computed from there
     glm::dvec3 grabbed_{0.0, 0.0, 0.0};
     bool moved_ = false;  // zoomed or moved by keys since the view was kept

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "viewer/tools/Answers.h"
 #include "viewer/tools/Tool.h"
 
 namespace vpc::viewer {
@@ -44,8 +44,7 @@ private:
     ToolHost& host_;
     glm::ivec2 press_{0, 0};
     std::vector<Pick> picks_;
-    // Answers that come after the tool is gone or was cleared find another value, or none.
-    std::shared_ptr<int> asked_ = std::make_shared<int>(0);
+    Answers answers_;
 };
 
 }  // namespace vpc::viewer

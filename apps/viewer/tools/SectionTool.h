@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <vector>
 
+#include "viewer/tools/Answers.h"
 #include "viewer/tools/Tool.h"
 
 namespace vpc::viewer {
@@ -31,9 +31,10 @@ public:
 private:
     /// The section whose handle or outline is nearest to a pixel, and near enough to be meant.
     std::optional<std::size_t> SectionAt(const glm::ivec2& pixel) const;
-    /// How far along the section's normal a drag to a place leads.
-    double DistanceTo(const glm::ivec2& place) const;
-    Drawing Dragged(const glm::ivec2& place) const;
+    /// Where on the line through the handle a pixel points, as the distance from the handle.
+    double AlongNormal(const glm::ivec2& pixel) const;
+    Drawing DraggedTo(const glm::ivec2& pixel) const;
+    void Remove(std::size_t index);
     void AddPlace(const glm::dvec3& place);
     void SayNext();
 
@@ -44,13 +45,14 @@ private:
     std::optional<std::size_t> dragged_;
     Drawing start_;                     // at the press
     glm::dvec3 handle_{0.0, 0.0, 0.0};  // of the dragged section, at the press
+    double grabbed_ = 0.0;              // AlongNormal at the press
     double reach_ = 0.0;                // how far a drag may lead
+    bool alongView_ = false;            // one looks along the normal, which then is a point
     std::vector<glm::dvec3> places_;
-    std::shared_ptr<int> asked_ = std::make_shared<int>(0);
+    Answers answers_;
 };
 
-/// The outlines and handles of all enabled sections, as they are shown while no tool moves them,
-/// too.
+/// The outlines of all enabled sections, which are shown while no tool moves them, too.
 void addSectionShapes(Shapes& shapes, const Drawing& drawing, const Box& shown,
                       std::optional<std::size_t> highlighted = {});
 

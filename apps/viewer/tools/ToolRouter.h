@@ -22,7 +22,7 @@ public:
     /// The mouse moved, with or without a button.
     void Move(const MouseInput& input);
     void Release(const MouseInput& input);
-    /// A press will get no release: the window lost the mouse.
+    /// The window lost the mouse: the drag ends where it was last.
     void Cancel();
     bool Key(ToolKey key);
     void AddShapes(Shapes& shapes) const;
@@ -34,6 +34,7 @@ private:
     Tool* tool_ = nullptr;
     Tool* holder_ = nullptr;  // who gets the drag
     MouseInput press_;
+    MouseInput last_;
 };
 
 }  // namespace vpc::viewer

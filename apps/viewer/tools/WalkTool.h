@@ -28,14 +28,16 @@ public:
     void Rest();
 
 private:
-    void Apply(const glm::ivec2& place);
+    void Step(const WalkStep& step);
+    ViewCamera LookedTo(const glm::ivec2& place) const;
 
     ToolHost& host_;
     double pace_ = 1.0;
     bool looking_ = false;
     bool moved_ = false;
     glm::ivec2 press_{0, 0};
-    ViewCamera start_;
+    glm::ivec2 last_{0, 0};
+    ViewCamera start_;  // at the press, or after the last step since
 };
 
 }  // namespace vpc::viewer
