@@ -9,16 +9,7 @@ namespace vpc::draw {
 
 namespace {
 
-/// How dark the bottom of a deep hollow is drawn.
-constexpr float strength = 0.75F;
-/// A neighbour that is nearer by this many pixels' sides counts half as much as a very near one.
-constexpr float halfway = 2.0F;
-/// Rises beyond this one are as good as endless.
-constexpr float beyondAll = 1e30F;
-/// Pixels between a pixel and those that it is compared with, in radii of its disc.
-constexpr float reachInRadii = 2.0F;
-constexpr int leastReach = 2;
-constexpr int mostReach = 40;
+using namespace eye_dome;
 
 /// Half of the directions around a pixel; the others are their opposites.
 constexpr std::array<std::array<int, 2>, 4> directions = {{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};

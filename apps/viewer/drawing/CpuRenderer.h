@@ -26,8 +26,8 @@ public:
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const override;
 
 private:
-    struct Points;
-    struct Frame;
+    class Points;
+    class Frame;
 
     std::unique_ptr<Points> points_;
     std::unique_ptr<Frame> frame_;

@@ -25,7 +25,8 @@ struct Overlay {
     std::string unit;
 
     /// \param style  says which of axes, scale bar and legends there are, and the background
-    /// \param window the size that lines and letters are meant for; a picture that is higher than it
+    /// \param window the size that lines and letters are meant for; a picture that is higher than
+    /// it
     ///               gets all of them larger by the same factor
     void LayOver(draw::Image& image, const ViewCamera& camera, const ViewStyle& style,
                  const draw::ImageSize& window) const;
