@@ -26,6 +26,8 @@ struct PrepareJob {
     bool allowIncomplete = false;
 
     State state = State::Waiting;
+    /// Running, and asked to end.
+    bool cancelling = false;
     PrepareProgress progress;
     /// A sentence, where it failed.
     std::string problem;

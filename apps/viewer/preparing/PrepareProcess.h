@@ -34,7 +34,7 @@ public:
     bool IsCancelled() const { return cancelled_; }
     /// Waits until it is gone, at most that long, and goes on reading meanwhile.
     /// \return whether it is gone
-    bool WaitForEnd(std::chrono::milliseconds atMost);
+    bool WaitForEnd(PrepareProgress& progress, std::chrono::milliseconds atMost);
 
 private:
     class Child;

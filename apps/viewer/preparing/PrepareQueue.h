@@ -16,7 +16,7 @@ namespace vpc::viewer {
 class PrepareQueue {
 public:
     /// \param vpcProgram path of `vpc`; see FindProgram
-    /// \param onChanged  called after every change of Jobs(), a few times a second at most
+    /// \param onChanged  called after every change of Jobs(), ten times a second at most
     /// \param onFinished gets the tree file of a job that is done
     PrepareQueue(std::string vpcProgram, std::function<void()> onChanged,
                  std::function<void(const std::string& targetFile)> onFinished);
@@ -56,7 +56,7 @@ private:
     void StartNext();
     void OnTick();
     /// Says how a job has ended.
-    void End(PrepareJob& job, int status);
+    void End(PrepareJob& job);
     void Changed() const;
 
     std::string program_;
