@@ -9,8 +9,7 @@
 int main(int argc, char** argv) {
     try {
         // Before wxWidgets looks for a display, which help and version do without.
-        wxApp::SetInstance(
-            new vpc::viewer::ViewerApp(vpc::viewer::CommandLine::Parse(argc, argv)));
+        wxApp::SetInstance(new vpc::viewer::ViewerApp(vpc::viewer::CommandLine::Parse(argc, argv)));
     } catch (const vpc::viewer::CommandLine::Ended& ended) {
         return ended.Status();
     }

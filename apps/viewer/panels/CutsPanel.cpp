@@ -80,8 +80,8 @@ void CutsPanel::AddRow(const wxString& name, const std::string& text, bool isEna
     auto* enabled = new wxCheckBox(&Rows(), wxID_ANY, fromUtf8(text), wxDefaultPosition,
                                    wxDefaultSize, 0, wxDefaultValidator, name + "/enabled");
     enabled->SetValue(isEnabled);
-    wxButton* flipping = MakeSmallButton(&Rows(), wxString(wxUniChar(0x21C4)), "Keep the other side",
-                                         name + "/flip");
+    wxButton* flipping = MakeSmallButton(&Rows(), wxString(wxUniChar(0x21C4)),
+                                         "Keep the other side", name + "/flip");
     wxButton* removing =
         MakeSmallButton(&Rows(), wxString(wxUniChar(0x2715)), "Remove", name + "/remove");
     auto* row = new wxBoxSizer(wxHORIZONTAL);  // the rows'

@@ -68,8 +68,7 @@ bool isAlike(const Property& a, const Property& b) {
 
 }  // namespace
 
-PalettePanel::PalettePanel(wxWindow* parent, Edit edit)
-    : wxPanel(parent), edit_(std::move(edit)) {
+PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_(std::move(edit)) {
     auto* title = new wxStaticText(this, wxID_ANY, "Properties");
     title->SetFont(title->GetFont().Bold());
     grid_ = new wxPropertyGrid(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,

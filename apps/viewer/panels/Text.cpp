@@ -25,8 +25,8 @@ wxString grouped(unsigned long long count) {
 
 wxString fixed(double value, int digits) {
     std::array<char, 400> text{};
-    const auto [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, digits);
+    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
+                                            std::chars_format::fixed, digits);
     return error == std::errc() ? wxString(text.data(), static_cast<std::size_t>(end - text.data()))
                                 : wxString();
 }

@@ -38,14 +38,14 @@ draw::ImageSize sizeOf(const std::string& text) {
 
 CommandLine CommandLine::Parse(int argc, char** argv) {
     CommandLine line;
-    CLI::App app("Shows point clouds: turns, cuts, picks, measures and colours them.", "vpc-viewer");
+    CLI::App app("Shows point clouds: turns, cuts, picks, measures and colours them.",
+                 "vpc-viewer");
     app.set_version_flag("--version", "vpc-viewer " VPC_PROGRAM_VERSION);
     app.footer(examples);
     app.add_option("FILE", line.files,
                    "Point tree files (.vpt), a session (.vpcview), or scans to prepare");
-    const std::map<std::string, RendererChoice> renderers{{"auto", RendererChoice::Auto},
-                                                          {"gl", RendererChoice::Gl},
-                                                          {"cpu", RendererChoice::Cpu}};
+    const std::map<std::string, RendererChoice> renderers{
+        {"auto", RendererChoice::Auto}, {"gl", RendererChoice::Gl}, {"cpu", RendererChoice::Cpu}};
     app.add_option("--renderer", line.renderer,
                    "What draws: gl (the graphics card), cpu, or auto (default): the card where "
                    "there is one")

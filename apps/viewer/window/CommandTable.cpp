@@ -57,13 +57,13 @@ wxMenu& addFileMenu(Commands& commands, MainFrame& frame) {
                            const std::string file = askForSession(&frame);
                            if (!file.empty()) frame.OpenFiles({file});
                        }));
-    commands.Add(plain("save", "&Save session\tCtrl+S", "Save files, view, cuts and styles",
-                       [&frame] {
-                           if (frame.SessionFile().empty())
-                               saveSessionAs(frame);
-                           else
-                               frame.SaveSession(frame.SessionFile());
-                       }));
+    commands.Add(
+        plain("save", "&Save session\tCtrl+S", "Save files, view, cuts and styles", [&frame] {
+            if (frame.SessionFile().empty())
+                saveSessionAs(frame);
+            else
+                frame.SaveSession(frame.SessionFile());
+        }));
     commands.Add(plain("save-as", "Save session &as...\tCtrl+Shift+S",
                        "Save the session under another name", [&frame] { saveSessionAs(frame); }));
     commands.AddSeparator();
@@ -149,7 +149,8 @@ void choosePointSize(MainFrame& frame) {
 void addViewMenu(Commands& commands, MainFrame& frame) {
     ViewControl& control = frame.Control();
     commands.AddMenu("&View");
-    commands.Add(plain("fit", "&Fit all\tCtrl+0", "Show everything", [&control] { control.Fit(); }));
+    commands.Add(
+        plain("fit", "&Fit all\tCtrl+0", "Show everything", [&control] { control.Fit(); }));
     addStandardViews(commands, frame);
     commands.AddSeparator();
     commands.Add({"back",
@@ -220,7 +221,9 @@ constexpr std::array<ToolEntry, 9> toolEntries{{
 }};
 
 void addTool(Commands& commands, MainFrame& frame, const ToolEntry& entry) {
-    commands.Add({entry.name, entry.label, entry.help,
+    commands.Add({entry.name,
+                  entry.label,
+                  entry.help,
                   [&frame, kind = entry.kind] { frame.UseTool(kind); },
                   entry.kind == ToolKind::Navigate ? nullptr : hasEntities(frame),
                   [&frame, kind = entry.kind] { return frame.Control().Tool() == kind; },
@@ -270,12 +273,32 @@ wxMenu& addCommands(Commands& commands, MainFrame& frame) {
 }
 
 std::vector<std::string> toolNames() {
-    return {"open",      "prepare",      "save",             "screenshot",   "",
-            "undo",      "redo",         "",                 "fit",          "back",
-            "perspective", "",           "navigate",         "walk",         "pick",
-            "",          "section-x",    "section-y",        "section-z",    "section-picks",
-            "section-move", "",          "clip-box",         "clip-box-outside",
-            "clip-polygon", "clip-polygon-outside"};
+    return {"open",
+            "prepare",
+            "save",
+            "screenshot",
+            "",
+            "undo",
+            "redo",
+            "",
+            "fit",
+            "back",
+            "perspective",
+            "",
+            "navigate",
+            "walk",
+            "pick",
+            "",
+            "section-x",
+            "section-y",
+            "section-z",
+            "section-picks",
+            "section-move",
+            "",
+            "clip-box",
+            "clip-box-outside",
+            "clip-polygon",
+            "clip-polygon-outside"};
 }
 
 }  // namespace vpc::viewer

@@ -3,9 +3,9 @@
 #include <vector>
 
 #include <wx/aboutdlg.h>
-#include <wx/generic/aboutdlgg.h>
 #include <wx/button.h>
 #include <wx/dialog.h>
+#include <wx/generic/aboutdlgg.h>
 #include <wx/scrolwin.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -52,8 +52,9 @@ const std::vector<Chapter>& chapters() {
           {"Section", "drag the plane's handle or outline along its arrow"},
           {"Section through points", "click three points"},
           {"Clip box", "drag a rectangle"},
-          {"Clip polygon", "click corners; Enter or a double click closes, Backspace takes one "
-                           "back"}}},
+          {"Clip polygon",
+           "click corners; Enter or a double click closes, Backspace takes one "
+           "back"}}},
         {"Walking",
          {{"W A S D, up and down", "walk; with Shift: faster"},
           {"Q and E", "down and up"},

@@ -139,9 +139,10 @@ wxWindow* MainFrame::BuildSide() {
     actions.choose = [this](int) { ShowProperties(); };
     actions.close = [this](int entity) { workspace_.CloseEntity(entity); };
     actions.describe = [this](int entity) { return Describe(entity); };
-    palette_ = new PalettePanel(side, [this](const Property& property, const Property::Value& value) {
-        workspace_.SetProperty(entities_->Chosen(), property, value);
-    });
+    palette_ =
+        new PalettePanel(side, [this](const Property& property, const Property::Value& value) {
+            workspace_.SetProperty(entities_->Chosen(), property, value);
+        });
     entities_ = new EntityPanel(side, std::move(actions));
     cuts_ = new CutsPanel(side, [this](const std::string& label, const Drawing& drawing) {
         workspace_.Change(label, drawing);
@@ -223,8 +224,9 @@ void MainFrame::SaveSession(const std::string& file) {
 }
 
 void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& size) {
-    const Screenshot shot{file,         size, view_->PictureSize(), control_.Camera(),
-                          workspace_.Shown().style, OverlayNow()};
+    const Screenshot shot{
+        file,        size, view_->PictureSize(), control_.Camera(), workspace_.Shown().style,
+        OverlayNow()};
     status_->Say("Drawing " + file);
     shot.Take(updates_, [this, file](const std::string& problem) {
         status_->Say(problem.empty() ? "Saved " + file : "");

@@ -17,7 +17,8 @@ constexpr std::size_t mostSentences = 3;
 
 MessageBar::MessageBar(wxWindow* parent) : wxInfoBar(parent, wxID_ANY) {
     AddButton(wxID_CLOSE);
-    Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { OnClosed(); }, wxID_CLOSE);
+    Bind(
+        wxEVT_BUTTON, [this](wxCommandEvent&) { OnClosed(); }, wxID_CLOSE);
 }
 
 void MessageBar::Tell(const std::string& sentence) {

@@ -28,9 +28,9 @@ bool askForPointSize(wxWindow* parent, ViewStyle& style) {
                                         "By distance, in drawing units"};
     auto* sizing = new wxChoice(&dialog, wxID_ANY, wxDefaultPosition, wxDefaultSize, 3,
                                 names.data(), 0, wxDefaultValidator, "dialog/Sizing");
-    auto* size = new wxSpinCtrlDouble(&dialog, wxID_ANY, wxString(), wxDefaultPosition,
-                                      wxDefaultSize, wxSP_ARROW_KEYS, 0.0001, 1000.0,
-                                      style.pointSize, 0.5, "dialog/Size");
+    auto* size =
+        new wxSpinCtrlDouble(&dialog, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
+                             wxSP_ARROW_KEYS, 0.0001, 1000.0, style.pointSize, 0.5, "dialog/Size");
     size->SetDigits(4);
     const auto chosen = [sizing] { return static_cast<PointSizing>(sizing->GetSelection()); };
     sizing->SetSelection(static_cast<int>(style.sizing));
@@ -41,8 +41,7 @@ bool askForPointSize(wxWindow* parent, ViewStyle& style) {
             size->SetValue(chosen() == PointSizing::ByDistance ? usualLength : usualPixels);
     });
     auto* table = new wxFlexGridSizer(2, dialog.FromDIP(wxSize(12, 8)));
-    table->Add(new wxStaticText(&dialog, wxID_ANY, "Points are"),
-               wxSizerFlags().CentreVertical());
+    table->Add(new wxStaticText(&dialog, wxID_ANY, "Points are"), wxSizerFlags().CentreVertical());
     table->Add(sizing, wxSizerFlags().Expand());
     table->Add(new wxStaticText(&dialog, wxID_ANY, "Size"), wxSizerFlags().CentreVertical());
     table->Add(size, wxSizerFlags().Expand());

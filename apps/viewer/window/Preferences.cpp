@@ -125,15 +125,15 @@ void Preferences::AddRecentFile(const std::string& file) {
     std::erase(files, file);
     files.insert(files.begin(), file);
     files.resize(std::min(files.size(), mostRecentFiles));
-    for (std::size_t i = 0; i < files.size(); ++i)
-        config_->Write(recentKey(i), fromUtf8(files[i]));
+    for (std::size_t i = 0; i < files.size(); ++i) config_->Write(recentKey(i), fromUtf8(files[i]));
     Flush();
 }
 
 void Preferences::Flush() {
     const wxLogNull quiet;  // on a full disk nothing is remembered
     const wxString folder = wxFileName(configFile()).GetPath();
-    if (!wxFileName::DirExists(folder)) wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL);
+    if (!wxFileName::DirExists(folder))
+        wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL);
     config_->Flush();
 }
 

@@ -5,9 +5,9 @@
 #include <fstream>
 #include <utility>
 
-#include <nlohmann/json.hpp>
 #include <wx/app.h>
 #include <wx/dialog.h>
+#include <nlohmann/json.hpp>
 
 #include "viewer/panels/Text.h"
 #include "viewer/window/Heartbeat.h"
@@ -51,9 +51,9 @@ json toJson(const Section& section) {
 json toJson(const Clip& clip) {
     json corners = json::array();
     for (const glm::dvec2& corner : clip.corners) corners.push_back({corner.x, corner.y});
-    return {{"name", clip.name},          {"origin", toJson(clip.origin)},
+    return {{"name", clip.name},           {"origin", toJson(clip.origin)},
             {"xAxis", toJson(clip.xAxis)}, {"yAxis", toJson(clip.yAxis)},
-            {"corners", corners},         {"keepsInside", clip.keepsInside},
+            {"corners", corners},          {"keepsInside", clip.keepsInside},
             {"enabled", clip.enabled}};
 }
 

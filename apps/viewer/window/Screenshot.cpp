@@ -62,7 +62,9 @@ void Screenshot::Take(UpdateLoop& updates,
     const auto problem = std::make_shared<std::string>();
     updates.AskPicture(
         size,
-        [shot = *this, problem](PointRenderer& renderer) { *problem = drawAndSave(shot, renderer); },
+        [shot = *this, problem](PointRenderer& renderer) {
+            *problem = drawAndSave(shot, renderer);
+        },
         [problem, done = std::move(done)] { done(*problem); });
 }
 

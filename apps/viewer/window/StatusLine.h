@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <glm/vec3.hpp>
 #include <wx/statusbr.h>
+#include <glm/vec3.hpp>
 
 #include "viewer/engine/ViewRequest.h"
 

@@ -17,9 +17,9 @@ ToolStrip::ToolStrip(wxWindow* parent, const Commands& commands,
     auto* row = new wxBoxSizer(wxHORIZONTAL);  // the panel's
     for (const std::string& name : names) {
         if (name.empty()) {
-            row->Add(new wxStaticLine(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                                      wxLI_VERTICAL),
-                     wxSizerFlags().Expand().Border(wxALL, 5));
+            row->Add(
+                new wxStaticLine(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxLI_VERTICAL),
+                wxSizerFlags().Expand().Border(wxALL, 5));
             continue;
         }
         const Command* command = commands.Find(name);

@@ -8,9 +8,9 @@
 
 #include "viewer/camera/CameraGuard.h"
 #include "viewer/camera/Ray.h"
+#include "viewer/panels/Text.h"
 #include "viewer/tools/ClipTool.h"
 #include "viewer/tools/SectionTool.h"
-#include "viewer/panels/Text.h"
 
 namespace vpc::viewer {
 

@@ -38,8 +38,8 @@ ViewPanel::ViewPanel(wxWindow* parent, const draw::Colour& background) : backgro
     Bind(wxEVT_PAINT, &ViewPanel::OnPaint, this);
     Bind(wxEVT_SIZE, &ViewPanel::OnSize, this);
     // The second press of a double click comes instead of a press, not after it.
-    for (const auto& type : {wxEVT_LEFT_DOWN, wxEVT_MIDDLE_DOWN, wxEVT_RIGHT_DOWN, wxEVT_LEFT_DCLICK,
-                             wxEVT_MIDDLE_DCLICK, wxEVT_RIGHT_DCLICK})
+    for (const auto& type : {wxEVT_LEFT_DOWN, wxEVT_MIDDLE_DOWN, wxEVT_RIGHT_DOWN,
+                             wxEVT_LEFT_DCLICK, wxEVT_MIDDLE_DCLICK, wxEVT_RIGHT_DCLICK})
         Bind(type, &ViewPanel::OnPressed, this);
     for (const auto& type : {wxEVT_LEFT_UP, wxEVT_MIDDLE_UP, wxEVT_RIGHT_UP})
         Bind(type, &ViewPanel::OnReleased, this);
@@ -64,7 +64,8 @@ draw::ImageSize ViewPanel::PictureSize() const {
 void ViewPanel::Show(const draw::Image& picture) {
     const draw::ImageSize& size = picture.Size();
     // wxImage asks for writable memory, although it only reads it here.
-    auto* bytes = const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(picture.Data()));
+    auto* bytes =
+        const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(picture.Data()));
     picture_ = wxBitmap(wxImage(size.width, size.height, bytes, true), wxBITMAP_SCREEN_DEPTH,
                         GetContentScaleFactor());
     heading_.clear();
@@ -100,8 +101,9 @@ void ViewPanel::PaintText(wxDC& dc) const {
     const wxSize size = GetClientSize();
     const auto paint = [&](const wxString& text, double factor, int brightness, int top) {
         dc.SetFont(GetFont().Scaled(static_cast<float>(factor)));
-        dc.SetTextForeground(isDark ? wxColour(brightness, brightness, brightness)
-                                    : wxColour(255 - brightness, 255 - brightness, 255 - brightness));
+        dc.SetTextForeground(isDark
+                                 ? wxColour(brightness, brightness, brightness)
+                                 : wxColour(255 - brightness, 255 - brightness, 255 - brightness));
         const wxSize extent = dc.GetMultiLineTextExtent(text);
         dc.DrawLabel(text, wxRect((size.x - extent.x) / 2, top, extent.x, extent.y),
                      wxALIGN_CENTRE_HORIZONTAL | wxALIGN_TOP);

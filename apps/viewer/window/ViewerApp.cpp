@@ -9,9 +9,9 @@
 #include <wx/image.h>
 #include <wx/log.h>
 
+#include "viewer/panels/Text.h"
 #include "viewer/window/Heartbeat.h"
 #include "viewer/window/MainFrame.h"
-#include "viewer/panels/Text.h"
 
 namespace vpc::viewer {
 

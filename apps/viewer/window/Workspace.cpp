@@ -51,13 +51,14 @@ void Workspace::OpenTree(const std::string& file) {
 void Workspace::Load(Entity entity, bool asGiven) {
     entity.id = ++lastId_;
     ++opening_;
-    engine_.Open(entity, asGiven, [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
-        --opening_;
-        if (drawing == drawing_)
-            OnLoaded(opened, asGiven);
-        else
-            engine_.Close(opened.entity.id);  // a session has come in its place
-    });
+    engine_.Open(entity, asGiven,
+                 [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
+                     --opening_;
+                     if (drawing == drawing_)
+                         OnLoaded(opened, asGiven);
+                     else
+                         engine_.Close(opened.entity.id);  // a session has come in its place
+                 });
 }
 
 void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
