@@ -5,6 +5,7 @@
 
 #include <wx/propgrid/propgrid.h>
 #include <wx/sizer.h>
+#include <wx/wupdlock.h>
 #include <wx/stattext.h>
 
 #include "viewer/panels/Text.h"

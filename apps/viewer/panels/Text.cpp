@@ -16,6 +16,16 @@ wxString fromUtf8(const std::string& text) {
     return read;
 }
 
+std::string linesOf(const std::vector<std::string>& sentences) {
+    std::string lines;
+    for (const std::string& sentence : sentences) {
+        if (sentence.empty()) continue;
+        if (!lines.empty()) lines += '\n';
+        lines += sentence;
+    }
+    return lines;
+}
+
 wxString grouped(unsigned long long count) {
     wxString digits = wxString::Format("%llu", count);
     for (std::size_t place = digits.length(); place > 3; place -= 3)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <wx/string.h>
 
@@ -10,6 +11,9 @@ namespace vpc::viewer {
 std::string toUtf8(const wxString& text);
 /// Bytes that are no UTF-8 are taken for Latin-1, so that a strange file name is still shown.
 wxString fromUtf8(const std::string& text);
+
+/// The sentences that are not empty, a line each.
+std::string linesOf(const std::vector<std::string>& sentences);
 
 /// A count with thin groups of three digits: "1 234 567".
 wxString grouped(unsigned long long count);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <utility>
 
+#include <wx/app.h>
 #include <wx/dnd.h>
 #include <wx/msgdlg.h>
 #include <wx/splitter.h>
@@ -282,10 +283,9 @@ void MainFrame::OnUpdated(const ViewResult& result, const std::string& problem) 
     lastResult_ = result;
     status_->ShowPoints(result);
     entities_->ShowDescriptions();
-    std::string standing = problem;
-    for (const ShownEntity& entity : result.entities)
-        if (!entity.problem.empty()) standing += (standing.empty() ? "" : "\n") + entity.problem;
-    messages_->SetStanding(standing);
+    std::vector<std::string> standing{problem};
+    for (const ShownEntity& entity : result.entities) standing.push_back(entity.problem);
+    messages_->SetStanding(linesOf(standing));
     ShowProperties();
 }
 

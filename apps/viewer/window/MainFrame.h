@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <wx/frame.h>
+#include <wx/panel.h>
 
 #include "viewer/document/SectionMaker.h"
 #include "viewer/preparing/PrepareQueue.h"

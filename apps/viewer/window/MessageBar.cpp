@@ -36,10 +36,9 @@ void MessageBar::SetStanding(const std::string& sentence) {
 }
 
 std::string MessageBar::Shown() const {
-    std::string all;
-    for (const std::string& sentence : told_) all += (all.empty() ? "" : "\n") + sentence;
-    if (!standing_.empty() && standing_ != read_) all += (all.empty() ? "" : "\n") + standing_;
-    return all;
+    std::vector<std::string> all = told_;
+    if (standing_ != read_) all.push_back(standing_);
+    return linesOf(all);
 }
 
 void MessageBar::ShowAll() {

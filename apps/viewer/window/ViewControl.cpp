@@ -213,9 +213,10 @@ void ViewControl::PickAt(const glm::ivec2& pixel,
 }
 
 void ViewControl::CopyText(const std::string& text) {
-    const wxClipboardLocker lock;
+    wxClipboardLocker lock;
+    if (!lock) return;  // another program has it
     // The clipboard deletes the text.
-    if (lock) wxTheClipboard->SetData(new wxTextDataObject(fromUtf8(text)));
+    wxTheClipboard->SetData(new wxTextDataObject(fromUtf8(text)));
 }
 
 void ViewControl::EndTool() {

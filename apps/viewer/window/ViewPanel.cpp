@@ -99,19 +99,18 @@ void ViewPanel::OnPaint(wxPaintEvent&) {
 void ViewPanel::PaintText(wxDC& dc) const {
     const bool isDark = background_.Luminance() < 128.0F;
     const wxSize size = GetClientSize();
-    const auto paint = [&](const wxString& text, double factor, int brightness, int top) {
-        dc.SetFont(GetFont().Scaled(static_cast<float>(factor)));
-        dc.SetTextForeground(isDark
-                                 ? wxColour(brightness, brightness, brightness)
-                                 : wxColour(255 - brightness, 255 - brightness, 255 - brightness));
+    const auto paint = [&](const wxString& text, float factor, unsigned char brightness, int top) {
+        const auto grey = static_cast<unsigned char>(isDark ? brightness : 255 - brightness);
+        dc.SetFont(GetFont().Scaled(factor));
+        dc.SetTextForeground(wxColour(grey, grey, grey));
         const wxSize extent = dc.GetMultiLineTextExtent(text);
         dc.DrawLabel(text, wxRect((size.x - extent.x) / 2, top, extent.x, extent.y),
                      wxALIGN_CENTRE_HORIZONTAL | wxALIGN_TOP);
         return top + extent.y;
     };
     const int middle = size.y / 2 - 4 * GetCharHeight();
-    const int below = paint(heading_, 1.9, 225, middle);
-    paint(text_, 1.1, 160, below + GetCharHeight());
+    const int below = paint(heading_, 1.9F, 225, middle);
+    paint(text_, 1.1F, 160, below + GetCharHeight());
 }
 
 void ViewPanel::OnSize(wxSizeEvent& event) {

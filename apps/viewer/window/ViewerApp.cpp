@@ -36,10 +36,10 @@ ViewerApp::ViewerApp(CommandLine commandLine) : commandLine_(std::move(commandLi
 
 ViewerApp::~ViewerApp() = default;
 
-bool ViewerApp::Initialize(int& argc, wxChar** argv) {
+bool ViewerApp::Initialize(int& count, wxChar** arguments) {
     {
         const wxLogNull quiet;
-        if (wxApp::Initialize(argc, argv)) return true;
+        if (wxApp::Initialize(count, arguments)) return true;
     }
     std::fputs(
         "vpc-viewer: there is no display to open a window on; set DISPLAY, or use vpc view --image "

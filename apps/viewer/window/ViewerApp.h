@@ -17,7 +17,7 @@ public:
     explicit ViewerApp(CommandLine commandLine);
     ~ViewerApp() override;
 
-    bool Initialize(int& argc, wxChar** argv) override;
+    bool Initialize(int& count, wxChar** arguments) override;
     bool OnInit() override;
     int OnExit() override;
     /// Sees the report's key wherever the keyboard is, in dialogs too.

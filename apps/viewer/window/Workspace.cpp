@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "viewer/document/SessionFile.h"
+
 namespace vpc::viewer {
 
 namespace {
