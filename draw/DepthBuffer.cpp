@@ -26,22 +26,32 @@ struct DepthBuffer::Block {
     Floats columns;
     Floats rows;
     Floats depths;
+    std::array<std::uint32_t, blockSize> numbers;
     std::array<std::int32_t, blockSize> pixels;
 
-    void TakeDoubles(const double* xyz, std::size_t count, const Point3& anchor) {
+    void TakeDoubles(const double* xyz, std::size_t count, const Point3& anchor,
+                     std::uint32_t firstNumber) {
         for (std::size_t i = 0; i < count; ++i) {
+            numbers[i] = firstNumber + static_cast<std::uint32_t>(i);
             columns[i] = static_cast<float>(xyz[3 * i] - anchor.x);
             rows[i] = static_cast<float>(xyz[3 * i + 1] - anchor.y);
             depths[i] = static_cast<float>(xyz[3 * i + 2] - anchor.z);
         }
     }
-    void TakeFloats(const std::byte* xyz, std::size_t count, std::size_t stride) {
-        for (std::size_t i = 0; i < count; ++i, xyz += stride) {
+    void TakeFloats(const FloatPoints& points, std::size_t first, std::size_t step,
+                    std::size_t count) {
+        const auto* xyz = reinterpret_cast<const std::byte*>(points.xyz) + first * points.stride;
+        const auto* number =
+            reinterpret_cast<const std::byte*>(points.number) + first * points.stride;
+        for (std::size_t i = 0; i < count; ++i) {
             std::array<float, 3> point;
             std::memcpy(point.data(), xyz, sizeof(point));
+            std::memcpy(&numbers[i], number, sizeof(numbers[i]));
             columns[i] = point[0];
             rows[i] = point[1];
             depths[i] = point[2];
+            xyz += step * points.stride;
+            number += step * points.stride;
         }
     }
     void FindPixels(std::size_t count, const ImageSize& size) {
@@ -129,9 +139,10 @@ void DepthBuffer::Add(const Projection& projection, const double* xyz, std::size
     Block block;
     for (std::size_t done = 0; done < count; done += blockSize) {
         const std::size_t now = std::min(blockSize, count - done);
-        block.TakeDoubles(xyz + 3 * done, now, anchor);
+        block.TakeDoubles(xyz + 3 * done, now, anchor,
+                          firstIndex + static_cast<std::uint32_t>(done));
         camera.Project(block, now);
-        Add(block, now, firstIndex + static_cast<std::uint32_t>(done), 1);
+        Add(block, now);
     }
     cells_.back() = emptyCell;
 }
@@ -139,25 +150,22 @@ void DepthBuffer::Add(const Projection& projection, const double* xyz, std::size
 void DepthBuffer::Add(const Projection& projection, const FloatPoints& points, std::size_t first,
                       std::size_t step) {
     const FloatCamera camera(projection, size_, points.origin);
-    const auto* const memory = reinterpret_cast<const std::byte*>(points.xyz);
     Block block;
     while (first < points.count) {
         const std::size_t now = std::min(blockSize, (points.count - first - 1) / step + 1);
-        block.TakeFloats(memory + first * points.stride, now, step * points.stride);
+        block.TakeFloats(points, first, step, now);
         camera.Project(block, now);
-        Add(block, now, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(step));
+        Add(block, now);
         first += now * step;
     }
     cells_.back() = emptyCell;
 }
 
-void DepthBuffer::Add(Block& block, std::size_t count, std::uint32_t firstIndex,
-                      std::uint32_t step) {
+void DepthBuffer::Add(Block& block, std::size_t count) {
     block.FindPixels(count, size_);
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint64_t depth = std::bit_cast<std::uint32_t>(block.depths[i]);
-        const std::uint64_t key =
-            depth << 32U | (firstIndex + static_cast<std::uint32_t>(i) * step);
+        const std::uint64_t key = depth << 32U | block.numbers[i];
         std::uint64_t& cell = cells_[static_cast<std::size_t>(block.pixels[i])];
         if (key < cell) cell = key;
     }

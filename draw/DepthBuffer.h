@@ -9,12 +9,14 @@
 
 namespace vpc::draw {
 
-/// Places as floats, so that they take little memory; as they lie beside other values in it.
+/// Points as floats, so that they take little memory; as they lie beside other values in it.
 struct FloatPoints {
     /// Three coordinates of the first point.
     const float* xyz = nullptr;
+    /// What the depth buffer gives as the number of the first point, below noPoint.
+    const std::uint32_t* number = nullptr;
     /// Bytes from a point to the next.
-    std::size_t stride = 3 * sizeof(float);
+    std::size_t stride = 0;
     std::size_t count = 0;
     /// What the coordinates are relative to. It should be near the points.
     Point3 origin;
@@ -42,7 +44,7 @@ public:
     /// \param firstIndex number of the first point; the others follow, below noPoint
     void Add(const Projection& projection, const double* xyz, std::size_t count,
              std::uint32_t firstIndex);
-    /// Adds points number `first`, `first + step` and so on, under these numbers.
+    /// Adds the points at `first`, `first + step` and so on.
     void Add(const Projection& projection, const FloatPoints& points, std::size_t first,
              std::size_t step);
 
@@ -63,7 +65,7 @@ private:
 
     static constexpr std::uint64_t emptyCell = ~0ULL;
 
-    void Add(Block& block, std::size_t count, std::uint32_t firstIndex, std::uint32_t step);
+    void Add(Block& block, std::size_t count);
 
     ImageSize size_;
     /// Depth in the upper half, as bits, which for positive numbers are ordered as the numbers; the

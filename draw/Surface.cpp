@@ -25,7 +25,11 @@ struct SquareReach {
 /// lower half the pixel of the depth buffer that the point comes from.
 class CoverBuffer {
 public:
-    explicit CoverBuffer(const ImageSize& size) : size_(size), cells_(size.Pixels(), empty) {}
+    /// \param cells memory for the buffer
+    CoverBuffer(const ImageSize& size, std::vector<std::uint64_t>& cells)
+        : size_(size), cells_(cells) {
+        cells_.assign(size.Pixels(), empty);
+    }
 
     /// \param column, row of the middle; may lie outside the picture
     /// \param fall how much deeper the disc is at a distance of one pixel from its middle
@@ -78,7 +82,7 @@ private:
     }
 
     ImageSize size_;
-    std::vector<std::uint64_t> cells_;
+    std::vector<std::uint64_t>& cells_;
 };
 
 /// The radius of every point of a depth buffer.
@@ -100,9 +104,8 @@ private:
     std::vector<float> closing_;
 };
 
-CoverBuffer drawPoints(const DepthBuffer& points, const Projection& projection, const Radii& radii,
-                       bool square) {
-    CoverBuffer cover(projection.Size());
+void drawPoints(CoverBuffer& cover, const DepthBuffer& points, const Projection& projection,
+                const Radii& radii, bool square) {
     const ImageSize& size = points.Size();
     for (int row = 0; row < size.height; ++row) {
         for (int column = 0; column < size.width; ++column) {
@@ -125,20 +128,21 @@ CoverBuffer drawPoints(const DepthBuffer& points, const Projection& projection, 
                 cover.DrawDisc(x, y, radius, depth, fall, source);
         }
     }
-    return cover;
 }
 
 }  // namespace
 
-Surface::Surface(const DepthBuffer& points, const Projection& projection,
-                 const PointSize& pointSize)
-    : size_(projection.Size()),
-      depths_(size_.Pixels()),
-      indices_(size_.Pixels(), DepthBuffer::noPoint),
-      radii_(size_.Pixels()) {
+void Surface::Draw(const DepthBuffer& points, const Projection& projection,
+                   const PointSize& pointSize) {
+    size_ = projection.Size();
+    depths_.resize(size_.Pixels());
+    indices_.resize(size_.Pixels());
+    radii_.resize(size_.Pixels());
     const Radii radii(points, projection, pointSize);
-    const CoverBuffer cover = drawPoints(points, projection, radii, pointSize.square);
+    CoverBuffer cover(size_, cells_);
+    drawPoints(cover, points, projection, radii, pointSize.square);
     for (std::size_t pixel = 0; pixel < size_.Pixels(); ++pixel) {
+        indices_[pixel] = DepthBuffer::noPoint;
         if (cover.IsEmpty(pixel)) continue;
         const std::uint32_t source = cover.Source(pixel);
         depths_[pixel] = points.Depth(source);

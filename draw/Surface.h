@@ -13,7 +13,12 @@ namespace vpc::draw {
 /// of every pixel of the picture, without the buffer's margin.
 class Surface {
 public:
-    Surface(const DepthBuffer& points, const Projection& projection, const PointSize& pointSize);
+    Surface() = default;
+    Surface(const DepthBuffer& points, const Projection& projection, const PointSize& pointSize) {
+        Draw(points, projection, pointSize);
+    }
+    /// Forgets what was seen before, but for the memory that it took.
+    void Draw(const DepthBuffer& points, const Projection& projection, const PointSize& pointSize);
 
     const ImageSize& Size() const { return size_; }
     bool IsCovered(std::size_t pixel) const { return PointIndex(pixel) != DepthBuffer::noPoint; }
@@ -25,7 +30,9 @@ public:
     float Radius(std::size_t pixel) const { return radii_[pixel]; }
 
 private:
-    ImageSize size_;
+    ImageSize size_{0, 0};
+    /// Used while points are drawn.
+    std::vector<std::uint64_t> cells_;
     std::vector<float> depths_;
     std::vector<std::uint32_t> indices_;
     std::vector<float> radii_;

@@ -21,8 +21,7 @@ draw::Point3 toPoint(const glm::dvec3& v) {
     return {v.x, v.y, v.z};
 }
 
-draw::Colour colourOf(const PointVertex& point) {
-    const std::uint32_t bits = point.colour;
+draw::Colour colourOf(std::uint32_t bits) {
     return {static_cast<std::uint8_t>(bits >> 16U), static_cast<std::uint8_t>(bits >> 8U),
             static_cast<std::uint8_t>(bits)};
 }
@@ -62,10 +61,11 @@ public:
 
     std::size_t Count() const { return points_.size(); }
     double Spacing() const { return spacing_; }
-    const PointVertex& operator[](std::size_t index) const { return points_[index]; }
+    /// Their colours stand for their numbers, so that a picture is made without another look at
+    /// them.
     draw::FloatPoints Floats() const {
-        return {Count() == 0 ? nullptr : &points_[0].x, sizeof(PointVertex), Count(),
-                toPoint(origin_)};
+        if (points_.empty()) return {};
+        return {&points_[0].x, &points_[0].colour, sizeof(PointVertex), Count(), toPoint(origin_)};
     }
     /// In drawing coordinates.
     const Box& BoxAround() {
@@ -127,24 +127,21 @@ public:
         drawn_ += (points.count - first - 1) / step + 1;
     }
     draw::Image Paint(const Points& points) {
-        surface_.reset();
-        surface_.emplace(depths_, projection_, Size(points));
+        surface_.Draw(depths_, projection_, Size(points));
         draw::Image image(projection_.Size(), style_.background);
         std::vector<float> brightness;
-        if (style_.shaded) brightness = draw::eyeDomeShading(*surface_, projection_);
-        draw::paint(image, *surface_, brightness,
-                    [&points](std::size_t point) { return colourOf(points[point]); });
+        if (style_.shaded) brightness = draw::eyeDomeShading(surface_, projection_);
+        draw::paint(image, surface_, brightness, colourOf);
         return image;
     }
     const draw::ImageSize& Size() const { return projection_.Size(); }
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const {
-        if (!surface_) return std::nullopt;
-        const draw::ImageSize& size = surface_->Size();
+        const draw::ImageSize& size = surface_.Size();
         const auto found = nearestCovered(pixel, size, [&](const glm::ivec2& at) {
-            return surface_->IsCovered(size.Pixel(at.x, at.y));
+            return surface_.IsCovered(size.Pixel(at.x, at.y));
         });
         if (!found) return std::nullopt;
-        const double depth = static_cast<double>(surface_->Depth(size.Pixel(found->x, found->y)));
+        const double depth = static_cast<double>(surface_.Depth(size.Pixel(found->x, found->y)));
         const draw::Point3 place = projection_.At({found->x + 0.5, found->y + 0.5, depth});
         return glm::dvec3(place.x, place.y, place.z);
     }
@@ -164,7 +161,7 @@ private:
     ViewStyle style_;
     std::size_t drawn_ = 0;
     /// Of the last picture.
-    std::optional<draw::Surface> surface_;
+    draw::Surface surface_;
 };
 
 CpuRenderer::CpuRenderer() : points_(std::make_unique<Points>()) {
