@@ -5,8 +5,8 @@
 
 #include <wx/propgrid/propgrid.h>
 #include <wx/sizer.h>
-#include <wx/wupdlock.h>
 #include <wx/stattext.h>
+#include <wx/wupdlock.h>
 
 #include "viewer/panels/Text.h"
 

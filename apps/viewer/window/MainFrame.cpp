@@ -230,8 +230,10 @@ void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& s
         OverlayNow()};
     status_->Say("Drawing " + file);
     shot.Take(updates_, [this, file](const std::string& problem) {
-        status_->Say(problem.empty() ? "Saved " + file : "");
-        if (!problem.empty()) Tell(problem);
+        if (problem.empty())
+            status_->Say("Saved " + file);
+        else
+            Tell(problem);
     });
 }
 
@@ -257,7 +259,7 @@ void MainFrame::AddSection(Axis axis) {
 Overlay MainFrame::OverlayNow() const {
     Overlay overlay;
     control_.AddShapes(overlay.shapes);
-    overlay.unit = "m";
+    overlay.unit = std::string("m");
     for (const ShownEntity& entity : lastResult_.entities) {
         const Entity* drawn = workspace_.Shown().Find(entity.id);
         if (drawn == nullptr || !drawn->visible || entity.legendTitle.empty()) continue;
