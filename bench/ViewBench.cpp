@@ -313,7 +313,7 @@ void BM_Draw(benchmark::State& state) {
     for (auto _ : state) {
         draw::DepthBuffer depths(projection.Size());
         depths.Add(projection, &buffers.coordinates()->x, points, 0);
-        const draw::Surface surface(depths, projection);
+        const draw::Surface surface(depths, projection, {});
         draw::Image image(projection.Size(), {});
         draw::paint(image, surface, draw::eyeDomeShading(surface, projection),
                     [colours = buffers.colours()](std::size_t point) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 namespace vpc::draw {
@@ -11,59 +12,48 @@ namespace {
 /// Points that are projected together: few enough to stay in the fastest cache.
 constexpr std::size_t blockSize = 512;
 
-/// The camera in floats, with the eye as the origin. The difference to the eye is formed in
-/// doubles, so that a millimetre holds at coordinates of millions.
-class FloatProjection {
-public:
-    FloatProjection(const Projection& projection, const ImageSize& buffer)
-        : eye_(projection.GetCamera().eye),
-          right_(projection.GetCamera().right),
-          up_(projection.GetCamera().up),
-          ahead_(projection.GetCamera().ahead),
-          perspective_(projection.GetCamera().perspective),
-          scale_(static_cast<float>(perspective_ ? projection.FocalPixels() : projection.Scale())),
-          middleColumn_(static_cast<float>(buffer.width) / 2.0F),
-          middleRow_(static_cast<float>(buffer.height) / 2.0F) {}
+/// An eye further away than this many pixels is too far for floats that begin at it: they would err
+/// by a hundredth of a pixel and more.
+constexpr double farthestEye = 160'000.0;
 
-    void Project(const double* xyz, std::size_t count, float* columns, float* rows,
-                 float* depths) const {
-        for (std::size_t i = 0; i < count; ++i) {
-            const auto x = static_cast<float>(xyz[3 * i] - eye_.x);
-            const auto y = static_cast<float>(xyz[3 * i + 1] - eye_.y);
-            const auto z = static_cast<float>(xyz[3 * i + 2] - eye_.z);
-            columns[i] = right_.x * x + right_.y * y + right_.z * z;
-            rows[i] = up_.x * x + up_.y * y + up_.z * z;
-            depths[i] = ahead_.x * x + ahead_.y * y + ahead_.z * z;
-        }
-        for (std::size_t i = 0; i < count; ++i) {
-            const float scale = perspective_ ? scale_ / depths[i] : scale_;
-            columns[i] = middleColumn_ + columns[i] * scale;
-            rows[i] = middleRow_ - rows[i] * scale;
-        }
-    }
-
-private:
-    struct Direction {
-        explicit Direction(const Point3& p)
-            : x(static_cast<float>(p.x)), y(static_cast<float>(p.y)), z(static_cast<float>(p.z)) {}
-        float x, y, z;
-    };
-
-    Point3 eye_;
-    Direction right_, up_, ahead_;
-    bool perspective_;
-    float scale_, middleColumn_, middleRow_;
-};
+using Floats = std::array<float, blockSize>;
 
 }  // namespace
 
-/// Pixels and depths of a few points; a point outside has the pixel behind the last one.
+/// A few points. A point outside the buffer has the pixel behind the last one.
 struct DepthBuffer::Block {
-    std::array<float, blockSize> columns;
-    std::array<float, blockSize> rows;
-    std::array<float, blockSize> depths;
+    /// Columns, rows and depths; before they are projected x, y and z.
+    Floats columns;
+    Floats rows;
+    Floats depths;
+    std::array<std::uint32_t, blockSize> numbers;
     std::array<std::int32_t, blockSize> pixels;
 
+    void TakeDoubles(const double* xyz, std::size_t count, const Point3& anchor,
+                     std::uint32_t firstNumber) {
+        for (std::size_t i = 0; i < count; ++i) {
+            numbers[i] = firstNumber + static_cast<std::uint32_t>(i);
+            columns[i] = static_cast<float>(xyz[3 * i] - anchor.x);
+            rows[i] = static_cast<float>(xyz[3 * i + 1] - anchor.y);
+            depths[i] = static_cast<float>(xyz[3 * i + 2] - anchor.z);
+        }
+    }
+    void TakeFloats(const FloatPoints& points, std::size_t first, std::size_t step,
+                    std::size_t count) {
+        const auto* xyz = reinterpret_cast<const std::byte*>(points.xyz) + first * points.stride;
+        const auto* number =
+            reinterpret_cast<const std::byte*>(points.number) + first * points.stride;
+        for (std::size_t i = 0; i < count; ++i) {
+            std::array<float, 3> point;
+            std::memcpy(point.data(), xyz, sizeof(point));
+            std::memcpy(&numbers[i], number, sizeof(numbers[i]));
+            columns[i] = point[0];
+            rows[i] = point[1];
+            depths[i] = point[2];
+            xyz += step * points.stride;
+            number += step * points.stride;
+        }
+    }
     void FindPixels(std::size_t count, const ImageSize& size) {
         const auto width = static_cast<float>(size.width);
         const auto height = static_cast<float>(size.height);
@@ -81,6 +71,58 @@ struct DepthBuffer::Block {
     }
 };
 
+/// The camera in floats. Those of the points begin at an anchor, and the way there from the eye is
+/// formed in doubles, so that a millimetre holds at coordinates of millions.
+class DepthBuffer::FloatCamera {
+public:
+    FloatCamera(const Projection& projection, const ImageSize& buffer, const Point3& anchor)
+        : right_(projection.GetCamera().right, anchor - projection.GetCamera().eye),
+          up_(projection.GetCamera().up, anchor - projection.GetCamera().eye),
+          ahead_(projection.GetCamera().ahead, anchor - projection.GetCamera().eye),
+          perspective_(projection.GetCamera().perspective),
+          scale_(static_cast<float>(perspective_ ? projection.FocalPixels() : projection.Scale())),
+          middleColumn_(static_cast<float>(buffer.width) / 2.0F),
+          middleRow_(static_cast<float>(buffer.height) / 2.0F) {}
+
+    /// The anchor for points in doubles: the eye, or the target where the eye is too far away.
+    static Point3 AnchorFor(const Projection& projection) {
+        const Camera& camera = projection.GetCamera();
+        if (projection.FocalPixels() <= farthestEye) return camera.eye;
+        return camera.eye + camera.ahead * camera.targetDistance;
+    }
+
+    void Project(Block& block, std::size_t count) const {
+        for (std::size_t i = 0; i < count; ++i) {
+            const float x = block.columns[i], y = block.rows[i], z = block.depths[i];
+            block.columns[i] = right_.Of(x, y, z);
+            block.rows[i] = up_.Of(x, y, z);
+            block.depths[i] = ahead_.Of(x, y, z);
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            const float scale = perspective_ ? scale_ / block.depths[i] : scale_;
+            block.columns[i] = middleColumn_ + block.columns[i] * scale;
+            block.rows[i] = middleRow_ - block.rows[i] * scale;
+        }
+    }
+
+private:
+    /// How far points lie in a direction from the eye.
+    struct Axis {
+        Axis(const Point3& direction, const Point3& eyeToAnchor)
+            : x(static_cast<float>(direction.x)),
+              y(static_cast<float>(direction.y)),
+              z(static_cast<float>(direction.z)),
+              anchor(static_cast<float>(direction.Dot(eyeToAnchor))) {}
+        float Of(float px, float py, float pz) const { return x * px + y * py + z * pz + anchor; }
+
+        float x, y, z, anchor;
+    };
+
+    Axis right_, up_, ahead_;
+    bool perspective_;
+    float scale_, middleColumn_, middleRow_;
+};
+
 DepthBuffer::DepthBuffer(const ImageSize& picture)
     : size_{picture.width + 2 * margin, picture.height + 2 * margin},
       cells_(size_.Pixels() + 1, emptyCell) {
@@ -92,22 +134,38 @@ void DepthBuffer::Clear() {
 
 void DepthBuffer::Add(const Projection& projection, const double* xyz, std::size_t count,
                       std::uint32_t firstIndex) {
-    const FloatProjection floats(projection, size_);
+    const Point3 anchor = FloatCamera::AnchorFor(projection);
+    const FloatCamera camera(projection, size_, anchor);
     Block block;
     for (std::size_t done = 0; done < count; done += blockSize) {
         const std::size_t now = std::min(blockSize, count - done);
-        floats.Project(xyz + 3 * done, now, block.columns.data(), block.rows.data(),
-                       block.depths.data());
-        block.FindPixels(now, size_);
-        Add(block, now, firstIndex + static_cast<std::uint32_t>(done));
+        block.TakeDoubles(xyz + 3 * done, now, anchor,
+                          firstIndex + static_cast<std::uint32_t>(done));
+        camera.Project(block, now);
+        Add(block, now);
     }
     cells_.back() = emptyCell;
 }
 
-void DepthBuffer::Add(const Block& block, std::size_t count, std::uint32_t firstIndex) {
+void DepthBuffer::Add(const Projection& projection, const FloatPoints& points, std::size_t first,
+                      std::size_t step) {
+    const FloatCamera camera(projection, size_, points.origin);
+    Block block;
+    while (first < points.count) {
+        const std::size_t now = std::min(blockSize, (points.count - first - 1) / step + 1);
+        block.TakeFloats(points, first, step, now);
+        camera.Project(block, now);
+        Add(block, now);
+        first += now * step;
+    }
+    cells_.back() = emptyCell;
+}
+
+void DepthBuffer::Add(Block& block, std::size_t count) {
+    block.FindPixels(count, size_);
     for (std::size_t i = 0; i < count; ++i) {
         const std::uint64_t depth = std::bit_cast<std::uint32_t>(block.depths[i]);
-        const std::uint64_t key = depth << 32U | (firstIndex + static_cast<std::uint32_t>(i));
+        const std::uint64_t key = depth << 32U | block.numbers[i];
         std::uint64_t& cell = cells_[static_cast<std::size_t>(block.pixels[i])];
         if (key < cell) cell = key;
     }

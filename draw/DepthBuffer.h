@@ -9,6 +9,19 @@
 
 namespace vpc::draw {
 
+/// Points as floats, so that they take little memory; as they lie beside other values in it.
+struct FloatPoints {
+    /// Three coordinates of the first point.
+    const float* xyz = nullptr;
+    /// What the depth buffer gives as the number of the first point, below noPoint.
+    const std::uint32_t* number = nullptr;
+    /// Bytes from a point to the next.
+    std::size_t stride = 0;
+    std::size_t count = 0;
+    /// What the coordinates are relative to. It should be near the points.
+    Point3 origin;
+};
+
 /// For every pixel the nearest of the points that fall into it. It keeps a margin around the
 /// picture as well, since what is just outside may be drawn large enough to be seen.
 ///
@@ -31,6 +44,9 @@ public:
     /// \param firstIndex number of the first point; the others follow, below noPoint
     void Add(const Projection& projection, const double* xyz, std::size_t count,
              std::uint32_t firstIndex);
+    /// Adds the points at `first`, `first + step` and so on.
+    void Add(const Projection& projection, const FloatPoints& points, std::size_t first,
+             std::size_t step);
 
     /// The picture with its margin; the functions below count pixels in it.
     const ImageSize& Size() const { return size_; }
@@ -45,10 +61,11 @@ public:
 
 private:
     struct Block;
+    class FloatCamera;
 
     static constexpr std::uint64_t emptyCell = ~0ULL;
 
-    void Add(const Block& block, std::size_t count, std::uint32_t firstIndex);
+    void Add(Block& block, std::size_t count);
 
     ImageSize size_;
     /// Depth in the upper half, as bits, which for positive numbers are ordered as the numbers; the

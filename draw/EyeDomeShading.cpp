@@ -9,23 +9,14 @@ namespace vpc::draw {
 
 namespace {
 
-/// How dark the bottom of a deep hollow is drawn.
-constexpr float strength = 0.75F;
-/// A neighbour that is nearer by this many pixels' sides counts half as much as a very near one.
-constexpr float halfway = 2.0F;
-/// Rises beyond this one are as good as endless.
-constexpr float beyondAll = 1e30F;
-/// Pixels between a pixel and those that it is compared with, in radii of its disc.
-constexpr float reachInRadii = 2.0F;
-constexpr int leastReach = 2;
-constexpr int mostReach = 40;
+using namespace eye_dome;
 
 /// Half of the directions around a pixel; the others are their opposites.
 constexpr std::array<std::array<int, 2>, 4> directions = {{{1, 0}, {0, 1}, {1, 1}, {1, -1}}};
 
-/// Shades one pixel after the other by their nearness. This is a measure that is linear in the
-/// picture on every plane: the reciprocal of the depth in perspective, the negative depth in
-/// parallel projection.
+/// Shades a picture by its pixels' nearness. This is a measure that is linear in the picture on
+/// every plane: the reciprocal of the depth in perspective, the negative depth in parallel
+/// projection.
 class Shader {
 public:
     Shader(const Surface& surface, const Projection& projection)
@@ -33,32 +24,23 @@ public:
           size_(surface.Size()),
           perspective_(projection.GetCamera().perspective),
           pixels_(static_cast<float>(perspective_ ? projection.FocalPixels() : projection.Scale())),
-          nearness_(size_.Pixels(), nothing) {
+          nearness_(size_.Pixels(), nothing),
+          reaches_(static_cast<std::size_t>(size_.width)) {
         for (std::size_t pixel = 0; pixel < nearness_.size(); ++pixel)
             if (surface.IsCovered(pixel)) nearness_[pixel] = Nearness(surface.Depth(pixel));
     }
 
-    /// How dark a covered pixel is, 0 to 1.
-    float Darkness(int column, int row) const {
-        const std::size_t pixel = size_.Pixel(column, row);
-        const int wanted = std::clamp(static_cast<int>(reachInRadii * surface_.Radius(pixel)),
-                                      leastReach, mostReach);
-        // At the picture's edge one looks less far. Within a disc there is nothing to be seen, so
-        // there the other directions have to tell.
-        const int across = std::min({wanted, column, size_.width - 1 - column});
-        const int down = std::min({wanted, row, size_.height - 1 - row});
-        float sum = 0.0F;
-        float count = 0.0F;
-        for (const auto& [dx, dy] : directions) {
-            const int reach = dx == 0 ? down : dy == 0 ? across : std::min(across, down);
-            if (2 * reach < wanted) continue;
-            const float rise =
-                Rise(pixel, dx * reach + dy * reach * size_.width) / static_cast<float>(reach);
-            // Beyond the range of floats there is only one answer.
-            sum += rise < beyondAll ? rise / (rise + halfway) : 1.0F;
-            count += 1.0F;
+    /// Sets the brightness of the row's pixels that are covered.
+    void ShadeRow(int row, float* brightness) {
+        FindReaches(row);
+        int column = 0;
+        while (column < size_.width) {
+            const int reach = reaches_[static_cast<std::size_t>(column)];
+            int end = column + 1;
+            while (end < size_.width && reaches_[static_cast<std::size_t>(end)] == reach) ++end;
+            Shade(row, column, end, reach, brightness);
+            column = end;
         }
-        return count > 0.0F ? sum / count : 0.0F;
     }
 
 private:
@@ -66,16 +48,97 @@ private:
     static constexpr float nothing = std::numeric_limits<float>::max();
 
     float Nearness(float depth) const { return perspective_ ? 1.0F / depth : -depth; }
+    /// How far away every pixel of the row wants to look. Pixels that are not covered go along with
+    /// those before them.
+    void FindReaches(int row) {
+        int before = leastReach;
+        for (int column = 0; column < size_.width; ++column) {
+            const std::size_t pixel = size_.Pixel(column, row);
+            if (surface_.IsCovered(pixel))
+                before = std::clamp(static_cast<int>(reachInRadii * surface_.Radius(pixel)),
+                                    leastReach, mostReach);
+            reaches_[static_cast<std::size_t>(column)] = before;
+        }
+    }
+    /// Shades pixels of a row that all want to look as far.
+    void Shade(int row, int column, int end, int reach, float* brightness) const {
+        const bool canLookDown = std::min(row, size_.height - 1 - row) >= reach;
+        const int inner = canLookDown ? std::clamp(reach, column, end) : end;
+        const int innerEnd = canLookDown ? std::clamp(size_.width - reach, inner, end) : end;
+        for (int x = column; x < inner; ++x) ShadeAtEdge(x, row, reach, brightness);
+        ShadeInside(row, inner, innerEnd, reach, brightness);
+        for (int x = innerEnd; x < end; ++x) ShadeAtEdge(x, row, reach, brightness);
+    }
+    void ShadeInside(int row, int column, int end, int reach, float* brightness) const {
+        if (column >= end) return;
+        if (perspective_)
+            ShadeSeveral<true>(row, column, end, reach, brightness);
+        else
+            ShadeSeveral<false>(row, column, end, reach, brightness);
+    }
+    /// Without jumps, so that the processor shades several pixels at once.
+    template <bool perspective>
+    void ShadeSeveral(int row, int column, int end, int reach, float* brightness) const {
+        const float* const own = &nearness_[size_.Pixel(column, row)];
+        const std::ptrdiff_t down = static_cast<std::ptrdiff_t>(reach) * size_.width;
+        const float* const left = own - reach;
+        const float* const right = own + reach;
+        const float* const above = own - down;
+        const float* const below = own + down;
+        const float* const aboveLeft = above - reach;
+        const float* const aboveRight = above + reach;
+        const float* const belowLeft = below - reach;
+        const float* const belowRight = below + reach;
+        float* const to = brightness + column;
+        const auto far = static_cast<float>(reach);
+        const float pixels = pixels_;
+        const int count = end - column;
+        for (int i = 0; i < count; ++i) {
+            const float at = own[i];
+            const float scale = perspective ? pixels / at : pixels;
+            const float sum = Share(Rise(right[i], left[i], at, scale) / far) +
+                              Share(Rise(below[i], above[i], at, scale) / far) +
+                              Share(Rise(belowRight[i], aboveLeft[i], at, scale) / far) +
+                              Share(Rise(aboveRight[i], belowLeft[i], at, scale) / far);
+            const float shaded = 1.0F - strength * (sum / 4.0F);
+            to[i] = at == nothing ? 1.0F : shaded;
+        }
+    }
+    /// At the picture's edge one looks less far. Within a disc there is nothing to be seen, so
+    /// there the other directions have to tell.
+    void ShadeAtEdge(int column, int row, int wanted, float* brightness) const {
+        const float* const at = &nearness_[size_.Pixel(column, row)];
+        if (*at == nothing) return;
+        const int across = std::min({wanted, column, size_.width - 1 - column});
+        const int down = std::min({wanted, row, size_.height - 1 - row});
+        const float scale = perspective_ ? pixels_ / *at : pixels_;
+        float sum = 0.0F;
+        float count = 0.0F;
+        for (const auto& [dx, dy] : directions) {
+            const int reach = dx == 0 ? down : dy == 0 ? across : std::min(across, down);
+            if (2 * reach < wanted) continue;
+            const std::ptrdiff_t offset = dx * reach + dy * reach * size_.width;
+            const float rise = Rise(at[offset], at[-offset], *at, scale);
+            sum += Share(rise / static_cast<float>(reach));
+            count += 1.0F;
+        }
+        brightness[column] = 1.0F - strength * (count > 0.0F ? sum / count : 0.0F);
+    }
+    /// Beyond the range of floats there is only one answer.
+    static float Share(float rise) {
+        const float share = rise / (rise + halfway);
+        return rise < beyondAll ? share : 1.0F;
+    }
     /// How far, in sides of a pixel, the mean of two opposite neighbours comes nearer to the eye
     /// than the pixel itself; 0 where it does not, or one of them is not covered.
-    float Rise(std::size_t pixel, std::ptrdiff_t offset) const {
-        const float a =
-            nearness_[static_cast<std::size_t>(static_cast<std::ptrdiff_t>(pixel) + offset)];
-        const float b =
-            nearness_[static_cast<std::size_t>(static_cast<std::ptrdiff_t>(pixel) - offset)];
-        if (a == nothing || b == nothing) return 0.0F;
-        const float own = nearness_[pixel];
-        return std::max(a + b - 2.0F * own, 0.0F) * (perspective_ ? pixels_ / own : pixels_);
+    /// \param scale what a difference of nearness is multiplied by
+    static float Rise(float a, float b, float own, float scale) {
+        const float nearer = a + b - 2.0F * own;
+        // One choice after the other leaves no jumps.
+        float rise = nearer * scale;
+        rise = nearer > 0.0F ? rise : 0.0F;
+        rise = a == nothing ? 0.0F : rise;
+        return b == nothing ? 0.0F : rise;
     }
 
     const Surface& surface_;
@@ -84,18 +147,18 @@ private:
     /// A distance of the world in pixels: at a depth of 1 in perspective.
     float pixels_;
     std::vector<float> nearness_;
+    /// Of a row's pixels.
+    std::vector<int> reaches_;
 };
 
 }  // namespace
 
 std::vector<float> eyeDomeShading(const Surface& surface, const Projection& projection) {
-    const Shader shader(surface, projection);
+    Shader shader(surface, projection);
     const ImageSize& size = surface.Size();
     std::vector<float> brightness(size.Pixels(), 1.0F);
     for (int row = 0; row < size.height; ++row)
-        for (int column = 0; column < size.width; ++column)
-            if (const std::size_t pixel = size.Pixel(column, row); surface.IsCovered(pixel))
-                brightness[pixel] = 1.0F - strength * shader.Darkness(column, row);
+        shader.ShadeRow(row, &brightness[size.Pixel(0, row)]);
     return brightness;
 }
 

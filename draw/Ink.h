@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -12,9 +11,7 @@ namespace vpc::draw {
 /// pixels; whole numbers are the left and upper edges of pixels.
 class Ink {
 public:
-    explicit Ink(const ImageSize& size) : size_(size), coverage_(size.Pixels()) {}
-
-    /// With round ends.
+    /// With round ends. The numbers must be finite.
     void Line(float x0, float y0, float x1, float y1, float width);
     /// \param height of a capital letter
     /// \param x, y   where the line of text begins, on the letters' feet
@@ -23,9 +20,13 @@ public:
     void LayOver(Image& image, const Colour& colour) const;
 
 private:
-    ImageSize size_;
-    /// 0 to 1.
-    std::vector<float> coverage_;
+    struct Stroke {
+        float x0, y0, x1, y1;
+        float width;
+    };
+    class Band;
+
+    std::vector<Stroke> strokes_;
 };
 
 }  // namespace vpc::draw

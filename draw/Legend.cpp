@@ -45,7 +45,7 @@ std::vector<Label> labelsFor(const ValueRange& range, int most) {
 class LegendLayout {
 public:
     LegendLayout(const ImageSize& size, const std::string& title, const ValueRange& range,
-                 const OverlayStyle& style) {
+                 const OverlayStyle& style, float right) {
         const float text = style.textHeight;
         ramp_.width = 1.5F * text;
         ramp_.height = std::round(
@@ -58,7 +58,7 @@ public:
         const float rampAndLabels = ramp_.width + labelGap * text + labelWidth;
         panel_.width = std::max(rampAndLabels, Ink::TextWidth(title, text)) + 2.0F * style.space;
         panel_.height = text + 1.2F * style.space + ramp_.height + 2.0F * style.space;
-        panel_.left = static_cast<float>(size.width) - style.space - panel_.width;
+        panel_.left = static_cast<float>(size.width) - right - style.space - panel_.width;
         panel_.top = static_cast<float>(size.height) - style.space - panel_.height;
         ramp_.left = std::round(panel_.left + style.space);
         ramp_.top = std::round(panel_.Bottom() - style.space - ramp_.height);
@@ -98,13 +98,13 @@ void drawRamp(Image& image, const Rectangle& place, const ColourRamp& ramp) {
 
 }  // namespace
 
-void drawLegend(Image& image, const ColourRamp& ramp, const std::string& title,
-                const OverlayStyle& style) {
-    const LegendLayout layout(image.Size(), title, ramp.Range(), style);
+Rectangle drawLegend(Image& image, const ColourRamp& ramp, const std::string& title,
+                     const OverlayStyle& style, float right) {
+    const LegendLayout layout(image.Size(), title, ramp.Range(), style, right);
     layout.Panel().Cover(image, style.panel);
     const Rectangle& bar = layout.Ramp();
     drawRamp(image, bar, ramp);
-    Ink ink(image.Size());
+    Ink ink;
     const float text = style.textHeight;
     ink.Text(title, bar.left, layout.Panel().top + style.space + text, text, style.lineWidth);
     for (const Label& label : layout.Labels()) {
@@ -113,6 +113,7 @@ void drawLegend(Image& image, const ColourRamp& ramp, const std::string& title,
         ink.Text(label.text, bar.Right() + labelGap * text, y + text / 2.0F, text, style.lineWidth);
     }
     ink.LayOver(image, style.ink);
+    return layout.Panel();
 }
 
 }  // namespace vpc::draw

@@ -35,6 +35,14 @@ OverlayStyle::OverlayStyle(const ImageSize& size, const Colour& background)
       panel(background) {
 }
 
+OverlayStyle OverlayStyle::Enlarged(float factor) const {
+    OverlayStyle style = *this;
+    style.textHeight *= factor;
+    style.lineWidth *= factor;
+    style.space *= factor;
+    return style;
+}
+
 void Rectangle::Cover(Image& image, const Colour& colour) const {
     const ImageSize& size = image.Size();
     for (int row = pixelOf(top, size.height); row < pixelOf(Bottom(), size.height); ++row) {

@@ -8,6 +8,8 @@ namespace vpc::draw {
 /// How large and in which colours the legend and the scale bar are drawn. Lengths are in pixels.
 struct OverlayStyle {
     OverlayStyle(const ImageSize& size, const Colour& background);
+    /// The same for a picture that is larger by a factor.
+    OverlayStyle Enlarged(float factor) const;
 
     /// Of a capital letter.
     float textHeight;

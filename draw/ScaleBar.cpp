@@ -34,7 +34,7 @@ void drawScaleBar(Image& image, const Projection& projection, const std::string&
     panel.top = static_cast<float>(image.Size().height) - style.space - panel.height;
     panel.Cover(image, style.panel);
 
-    Ink ink(image.Size());
+    Ink ink;
     const float left = panel.left + (panel.width - bar) / 2.0F;
     const float foot = panel.Bottom() - style.space;
     ink.Text(label, panel.left + (panel.width - labelWidth) / 2.0F, panel.top + style.space + text,

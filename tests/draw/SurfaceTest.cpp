@@ -75,7 +75,7 @@ TEST_P(SurfaceTest, ShowsTheNearestPointOfEveryPixel) {
                            ground + Point3{-0.001, 0.499, 0}, ground + Point3{0, 0, 100},
                            ground + Point3{0, 0, 101},        ground + Point3{300, 0, 0},
                            ground + Point3{nan, 0, 0},        ground + Point3{0, infinity, 0}};
-    const Surface surface(bufferOf(view, points), view, 1.0);
+    const Surface surface(bufferOf(view, points), view, {1.0});
     std::size_t covered = 0;
     for (std::size_t pixel = 0; pixel < surface.Size().Pixels(); ++pixel)
         covered += surface.IsCovered(pixel) ? 1 : 0;
@@ -84,7 +84,7 @@ TEST_P(SurfaceTest, ShowsTheNearestPointOfEveryPixel) {
     EXPECT_EQ(seenAt(surface, 99, 99), 2U);
     EXPECT_FLOAT_EQ(surface.Depth(surface.Size().Pixel(100, 99)), 99.0F);
     // A disc of 5 pixels is a square without its corners; the nearer one lies on top.
-    const Surface large(bufferOf(view, points), view, 5.0);
+    const Surface large(bufferOf(view, points), view, {5.0});
     EXPECT_EQ(seenAt(large, 102, 100), 1U);
     EXPECT_EQ(seenAt(large, 98, 99), 1U) << "nearer by more than the disc falls back";
     EXPECT_EQ(seenAt(large, 97, 98), 2U);
@@ -101,7 +101,7 @@ TEST_P(SurfaceTest, IsTheSameFromSlicesInAnyOrder) {
     for (const auto& [first, count] :
          {std::tuple{15'001U, 4'999U}, {0U, 1'001U}, {1'001U, 14'000U}})
         slices.Add(view, &points[first].x, count, first);
-    const Surface a(whole, view), b(slices, view);
+    const Surface a(whole, view, {}), b(slices, view, {});
     for (std::size_t pixel = 0; pixel < a.Size().Pixels(); ++pixel)
         ASSERT_EQ(a.PointIndex(pixel), b.PointIndex(pixel)) << pixel;
 }
@@ -117,7 +117,7 @@ TEST_P(SurfaceTest, ClosesAPlaneWithoutLettingItGrow) {
             points.insert(points.end(), behind.begin(), behind.end());
             for (const double height : {80.0, 150.0, 400.0}) {
                 const Projection view = fromAbove(GetParam(), height, pixels);
-                const Surface surface(bufferOf(view, points), view);
+                const Surface surface(bufferOf(view, points), view, {});
                 int inner = 0, closed = 0, grown = 0;
                 for (int row = 3; row < pixels; row += 7) {
                     for (int column = 3; column < pixels; column += 7) {
@@ -149,7 +149,7 @@ TEST_P(SurfaceTest, ShadingDarkensBehindAStepAndNowhereOnAPlane) {
             const double x = 0.1 * i, y = 0.1 * j;
             points.push_back(ground + Point3{x, y, 0.6 * y + (x < 0.0 ? 8.0 : 0.0)});
         }
-    const Surface surface(bufferOf(view, points), view);
+    const Surface surface(bufferOf(view, points), view, {});
     const std::vector<float> brightness = eyeDomeShading(surface, view);
     const auto at = [&](int column) { return brightness[view.Size().Pixel(column, 100)]; };
     // In perspective the higher half covers a little of the lower one.

@@ -7,7 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "draw/Surface.h"
+#include "draw/PointSize.h"
 #include "vpc/common/Command.h"
 #include "vpc/common/NumberList.h"
 
@@ -61,9 +61,9 @@ std::optional<double> parsePointSize(const std::string& text) {
     if (text.empty() || text == automatic) return std::nullopt;
     const auto numbers = NumberList::Parse(text);
     if (!numbers || numbers->size() != 1 || numbers->front() < 1.0 ||
-        numbers->front() > draw::Surface::largestDiameter)
+        numbers->front() > draw::PointSize::largestDiameter)
         throw CommandUsageError("--point-size takes auto or a number of pixels from 1 to " +
-                                std::to_string(static_cast<int>(draw::Surface::largestDiameter)) +
+                                std::to_string(static_cast<int>(draw::PointSize::largestDiameter)) +
                                 "; '" + text + "' is not that");
     return numbers->front();
 }

@@ -44,7 +44,7 @@ draw::Surface surfaceOf(const LoadedPointSet& points, const draw::Projection& pr
     draw::DepthBuffer buffer(projection.Size());
     const unsigned long long count = points->getNrVisiblePoints();
     if (count > 0) buffer.Add(projection, &points->getPointCoordinates()->x, count, 0);
-    return {buffer, projection, options.PointSize()};
+    return {buffer, projection, {options.PointSize()}};
 }
 
 }  // namespace

@@ -1,0 +1,230 @@
+#include "viewer/engine/HostDrawing.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <new>
+#include <utility>
+
+#include <glm/common.hpp>
+#include <glm/geometric.hpp>
+
+#include "platform/OdDbUnits.h"
+#include "platform/OdError.h"
+#include "viewer/engine/HostText.h"
+
+namespace vpc::viewer {
+
+namespace {
+
+/// Makes a call into the plug-in. Returns a sentence for whatever leaves it.
+template <class Call>
+std::string problemOf(const Call& call) {
+    try {
+        call();
+        return {};
+    } catch (const OdError& error) {  // it is no std::exception
+        return fromHostText(error.description());
+    } catch (const std::bad_alloc&) {
+        return "There is not enough memory. Lower the budget or close a file.";
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
+/// Around the points, placed in the drawing.
+Box placedBox(const PointCloud& cloud) {
+    Box placed;
+    const Box bounds = cloud.Bounds();
+    if (bounds.IsEmpty()) return placed;
+    const Placement placement = cloud.State().placement;
+    for (const glm::dvec3& corner : bounds.Corners()) placed.Add(placement.ToDrawing(corner));
+    return placed;
+}
+
+/// As near to where one looks as the points are: floats are finest there.
+glm::dvec3 originFor(const ViewCamera& camera, const Box& box) {
+    const glm::dvec3 origin =
+        box.IsEmpty() ? camera.target : glm::clamp(camera.target, box.min, box.max);
+    const bool isFinite =
+        std::isfinite(origin.x) && std::isfinite(origin.y) && std::isfinite(origin.z);
+    return isFinite ? origin : glm::dvec3(0.0);
+}
+
+}  // namespace
+
+HostDrawing::HostDrawing(const std::string& pluginFile)
+    : plugin_(pluginFile), palette_(plugin_.Palette()) {
+}
+
+PointCloud* HostDrawing::Find(int id) {
+    const auto found = clouds_.find(id);
+    return found == clouds_.end() ? nullptr : found->second.get();
+}
+
+// --- Files ---------------------------------------------------------------------------------------
+
+Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
+    Engine::Opened opened;
+    opened.entity = entity;
+    opened.problem = problemOf([&] {
+        auto cloud = std::make_unique<PointCloud>(plugin_, drawing_, entity);
+        if (clouds_.empty()) drawing_.setINSUNITS(cloud->Unit());
+        if (!asGiven) {
+            opened.entity = Placed(entity, *cloud);
+            cloud->SetState(opened.entity);
+        }
+        opened.box = cloud->Bounds();
+        opened.points = cloud->Total();
+        opened.unit = UnitName(*cloud);
+        clouds_[entity.id] = std::move(cloud);
+    });
+    return opened;
+}
+
+Entity HostDrawing::Placed(Entity entity, const PointCloud& cloud) const {
+    Entity placed;
+    placed.id = entity.id;
+    placed.file = entity.file;
+    placed.name = std::filesystem::path(entity.file).stem().string();
+    placed.placement.scale = oddbGetUnitsConversion(cloud.Unit(), drawing_.getINSUNITS());
+    if (!isSound(placed.placement)) placed.placement.scale = 1.0;
+    return placed;
+}
+
+std::string HostDrawing::UnitName(PointCloud& cloud) const {
+    constexpr int unit = 15;  // the palette's number of this property
+    OPMVariant name;
+    const bool isKnown = plugin_.Palette().getPropertyValue(&cloud.HostEntity(), unit, {}, name) &&
+                         name.varType() == OPMVariant::kString;
+    return isKnown ? fromHostText(name.getString()) : std::string();
+}
+
+void HostDrawing::Close(int id) {
+    clouds_.erase(id);
+}
+
+// --- Views ---------------------------------------------------------------------------------------
+
+ViewResult HostDrawing::Update(const ViewRequest& request) {
+    request_ = request;
+    return Show(request_);
+}
+
+std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
+    constexpr double fewest = 1000.0;
+    double all = 0.0;
+    for (const Entity& entity : drawing.entities)
+        if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr && entity.visible)
+            all += static_cast<double>(cloud->Total());
+    const auto budget = static_cast<double>(drawing.pointBudget);
+    std::map<int, unsigned long long> shares;
+    for (const auto& [id, cloud] : clouds_) {
+        const double share = all > 0.0 ? budget * (static_cast<double>(cloud->Total()) / all) : 0.0;
+        shares[id] = static_cast<unsigned long long>(std::clamp(share, fewest, 1e12));
+    }
+    return shares;
+}
+
+ViewResult HostDrawing::Show(const ViewRequest& request) {
+    const auto start = std::chrono::steady_clock::now();
+    for (const auto& [id, cloud] : clouds_)
+        if (request.drawing.Find(id) == nullptr) cloud->Hide();
+    const auto shares = Shares(request.drawing);
+    ViewResult result;
+    Box box;
+    double area = 0.0;
+    for (const Entity& entity : request.drawing.entities) {
+        const auto share = shares.find(entity.id);
+        result.entities.push_back(
+            ShowOne(request, entity, share == shares.end() ? 0 : share->second));
+        const PointCloud* const cloud = Find(entity.id);
+        if (cloud == nullptr || !entity.visible) continue;
+        result.shown += result.entities.back().shown;
+        result.inAll += result.entities.back().inAll;
+        area += cloud->ShownArea();
+        box.Add(placedBox(*cloud));
+    }
+    result.origin = originFor(request.camera, box);
+    if (result.shown > 0) result.spacing = std::sqrt(area / static_cast<double>(result.shown));
+    result.milliseconds =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    return result;
+}
+
+ShownEntity HostDrawing::ShowOne(const ViewRequest& request, const Entity& entity,
+                                 unsigned long long budget) {
+    ShownEntity shown;
+    shown.id = entity.id;
+    PointCloud* const cloud = Find(entity.id);
+    if (cloud == nullptr) {
+        shown.problem = "'" + entity.file + "' is not open.";
+        return shown;
+    }
+    const std::string problem = problemOf([&] {
+        cloud->SetState(entity);
+        if (entity.visible)
+            cloud->Show(request, budget);
+        else
+            cloud->Hide();
+        shown = cloud->Facts();
+    });
+    if (!problem.empty()) shown.problem = problem;
+    return shown;
+}
+
+std::size_t HostDrawing::Fetch(std::span<PointVertex> memory, const glm::dvec3& origin) {
+    // A pick may have gone to another view meanwhile.
+    Show(request_);
+    std::size_t written = 0;
+    for (const Entity& entity : request_.drawing.entities)
+        if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr)
+            written += cloud->CopyTo(memory.subspan(written), origin);
+    return written;
+}
+
+std::optional<Pick> HostDrawing::PickAt(const ViewCamera& camera, const draw::ImageSize& size,
+                                        const glm::ivec2& pixel) {
+    ViewRequest request = request_;
+    request.camera = camera;
+    request.size = size;
+    Show(request);
+    const draw::Point3 at =
+        camera.ProjectionTo(size).At({pixel.x + 0.5, pixel.y + 0.5, camera.Distance()});
+    std::optional<Pick> nearest;
+    const auto distance = [&camera](const Pick& pick) {
+        return camera.perspective ? glm::distance(pick.place, camera.eye)
+                                  : glm::dot(pick.place - camera.eye, camera.Ahead());
+    };
+    for (const Entity& entity : request.drawing.entities) {
+        const PointCloud* const cloud = Find(entity.id);
+        if (cloud == nullptr || !entity.visible) continue;
+        problemOf([&] {
+            const auto pick = cloud->PickAt({at.x, at.y, at.z});
+            if (pick && (!nearest || distance(*pick) < distance(*nearest))) nearest = pick;
+        });
+    }
+    return nearest;
+}
+
+// --- The palette ---------------------------------------------------------------------------------
+
+std::vector<Property> HostDrawing::Properties(int id) {
+    std::vector<Property> properties;
+    PointCloud* const cloud = Find(id);
+    if (cloud != nullptr) problemOf([&] { properties = palette_.List(cloud->HostEntity()); });
+    return properties;
+}
+
+std::pair<Entity, std::string> HostDrawing::SetProperty(int id, int property,
+                                                        const Property::Value& value) {
+    PointCloud* const cloud = Find(id);
+    if (cloud == nullptr) return {{}, "The file is not open any more."};
+    std::string refused;
+    const std::string problem =
+        problemOf([&] { refused = palette_.Set(cloud->HostEntity(), property, value); });
+    return {cloud->State(), problem.empty() ? refused : problem};
+}
+
+}  // namespace vpc::viewer

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/OdDbDatabase.h"
+#include "viewer/engine/Engine.h"
+#include "viewer/engine/Palette.h"
+#include "viewer/engine/Plugin.h"
+#include "viewer/engine/PointCloud.h"
+
+namespace vpc::viewer {
+
+/// The host's drawing with its point clouds: the work behind Engine's functions, which say what it
+/// does. One thread. What goes wrong becomes sentences here.
+class HostDrawing {
+public:
+    /// Throws std::runtime_error with a sentence when the plug-in cannot be loaded.
+    explicit HostDrawing(const std::string& pluginFile);
+
+    Engine::Opened Open(const Entity& entity, bool asGiven);
+    void Close(int id);
+    ViewResult Update(const ViewRequest& request);
+    std::size_t Fetch(std::span<PointVertex> memory, const glm::dvec3& origin);
+    std::optional<Pick> PickAt(const ViewCamera& camera, const draw::ImageSize& size,
+                               const glm::ivec2& pixel);
+    std::vector<Property> Properties(int id);
+    std::pair<Entity, std::string> SetProperty(int id, int property, const Property::Value& value);
+
+private:
+    PointCloud* Find(int id);
+    Entity Placed(Entity entity, const PointCloud& cloud) const;
+    std::string UnitName(PointCloud& cloud) const;
+    /// How many points each of the visible clouds may show.
+    std::map<int, unsigned long long> Shares(const Drawing& drawing);
+    /// Brings all clouds to the request, those that are not at it yet.
+    ViewResult Show(const ViewRequest& request);
+    ShownEntity ShowOne(const ViewRequest& request, const Entity& entity,
+                        unsigned long long budget);
+
+    Plugin plugin_;
+    Palette palette_;
+    OdDbDatabase drawing_;
+    std::map<int, std::unique_ptr<PointCloud>> clouds_;
+    /// That of the last update; its visible entities, in their order, are what is fetched.
+    ViewRequest request_;
+};
+
+}  // namespace vpc::viewer

@@ -1,0 +1,163 @@
+#include "viewer/tools/PickTool.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <glm/geometric.hpp>
+
+#include "viewer/document/Labels.h"
+#include "viewer/tools/Click.h"
+
+namespace vpc::viewer {
+
+namespace {
+
+constexpr draw::Colour pickColour{255, 220, 60};
+
+std::string hexText(const draw::Colour& colour) {
+    char text[8];
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", colour.red, colour.green, colour.blue);
+    return text;
+}
+
+std::string tabbed(const glm::dvec3& v) {
+    return exactText(v.x) + "\t" + exactText(v.y) + "\t" + exactText(v.z);
+}
+
+std::string offsetText(const glm::dvec3& offset, double extent) {
+    return "dx " + coordinateText(offset.x, extent) + ", dy " + coordinateText(offset.y, extent) +
+           ", dz " + coordinateText(offset.z, extent);
+}
+
+}  // namespace
+
+PickTool::PickTool(ToolHost& host) : host_(host) {
+    SayPicks();
+}
+
+bool PickTool::OnPress(const MouseInput& input) {
+    if (input.button != MouseButton::Left || input.shift) return false;
+    press_ = input.place;
+    return true;
+}
+
+bool PickTool::OnDrag(const MouseInput& input) {
+    return isClick(press_, input.place);
+}
+
+bool PickTool::OnRelease(const MouseInput&) {
+    host_.PickAt(press_, answers_.Expect<std::optional<Pick>>([this](const auto& pick) {
+        if (pick)
+            Add(*pick);
+        else
+            host_.Say("There is no point there. Click on a point, or zoom in first.");
+    }));
+    return true;
+}
+
+bool PickTool::OnKey(ToolKey key) {
+    switch (key) {
+        case ToolKey::Escape:
+            if (picks_.empty())
+                host_.EndTool();  // and this tool may be gone
+            else
+                Clear();
+            return true;
+        case ToolKey::Copy:
+            if (picks_.empty()) {
+                host_.Say("There is nothing to copy yet. Click on a point first.");
+            } else {
+                host_.CopyText(Text());
+                host_.Say("Copied.");
+            }
+            return true;
+        case ToolKey::Backspace:
+        case ToolKey::Delete:
+            if (picks_.empty()) return false;
+            picks_.pop_back();
+            SayPicks();
+            host_.RedrawShapes();
+            return true;
+        case ToolKey::Enter:
+            break;
+    }
+    return false;
+}
+
+void PickTool::AddShapes(Shapes& shapes) const {
+    const double extent = host_.ShownBox().Diagonal();
+    for (const Pick& pick : picks_) {
+        shapes.marks.push_back({pick.place, pickColour});
+        shapes.labels.push_back(
+            {pick.place,
+             placeText(pick.place, extent) + "  " + hexText(pick.colour) + "  " + FileOf(pick),
+             pickColour});
+    }
+    if (const auto measure = Measured()) {
+        const glm::dvec3 from = picks_.front().place;
+        shapes.lines.push_back({from, picks_.back().place, pickColour});
+        shapes.labels.push_back({from + measure->offset * 0.5,
+                                 lengthText(measure->distance) + "  (" +
+                                     offsetText(measure->offset, measure->distance) + ")",
+                                 pickColour});
+    }
+}
+
+std::optional<PickTool::Measure> PickTool::Measured() const {
+    if (picks_.size() != 2) return std::nullopt;
+    const glm::dvec3 offset = picks_[1].place - picks_[0].place;
+    return Measure{glm::length(offset), offset};
+}
+
+std::string PickTool::Text() const {
+    std::string text;
+    for (const Pick& pick : picks_) text += TextOf(pick) + "\n";
+    if (const auto measure = Measured())
+        text += exactText(measure->distance) + "\t" + tabbed(measure->offset) + "\n";
+    return text;
+}
+
+void PickTool::Clear() {
+    answers_.Drop();
+    picks_.clear();
+    SayPicks();
+    host_.RedrawShapes();
+}
+
+void PickTool::Add(const Pick& pick) {
+    if (picks_.size() == 2) picks_.clear();
+    picks_.push_back(pick);
+    SayPicks();
+    host_.RedrawShapes();
+}
+
+void PickTool::SayPicks() {
+    if (picks_.empty()) {
+        host_.Say("Click on a point to see where it is. A drag turns the view. Escape ends.");
+    } else if (const auto measure = Measured()) {
+        host_.Say("Distance " + lengthText(measure->distance) + ", " +
+                  offsetText(measure->offset, measure->distance) +
+                  ". Ctrl+C copies, Escape clears.");
+    } else {
+        const Pick& pick = picks_.front();
+        host_.Say(placeText(pick.place, host_.ShownBox().Diagonal()) + ", colour " +
+                  hexText(pick.colour) + ", " + FileOf(pick) +
+                  ". Click on a second point to measure. Ctrl+C copies, Escape clears.");
+    }
+}
+
+std::string PickTool::FileOf(const Pick& pick) const {
+    const Entity* entity = host_.GetDrawing().Find(pick.entity);
+    return entity ? entity->name : std::string("a file that is closed");
+}
+
+std::string PickTool::TextOf(const Pick& pick) const {
+    std::string file = FileOf(pick);
+    const auto breaksTable = [](char c) { return c == '\t' || c == '\n' || c == '\r'; };
+    std::replace_if(file.begin(), file.end(), breaksTable, ' ');
+    return tabbed(pick.place) + "\t" + std::to_string(pick.colour.red) + "\t" +
+           std::to_string(pick.colour.green) + "\t" + std::to_string(pick.colour.blue) + "\t" +
+           file;
+}
+
+}  // namespace vpc::viewer
