@@ -71,10 +71,8 @@ Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
     opened.problem = problemOf([&] {
         auto cloud = std::make_unique<PointCloud>(plugin_, drawing_, entity);
         if (clouds_.empty()) drawing_.setINSUNITS(cloud->Unit());
-        if (!asGiven) {
-            opened.entity = Placed(entity, *cloud);
-            cloud->SetState(opened.entity);
-        }
+        if (!asGiven) cloud->SetState(Placed(entity, *cloud));
+        opened.entity = cloud->State();
         opened.box = cloud->Bounds();
         opened.points = cloud->Total();
         opened.unit = UnitName(*cloud);
@@ -83,7 +81,7 @@ Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
     return opened;
 }
 
-Entity HostDrawing::Placed(Entity entity, const PointCloud& cloud) const {
+Entity HostDrawing::Placed(const Entity& entity, const PointCloud& cloud) const {
     Entity placed;
     placed.id = entity.id;
     placed.file = entity.file;
@@ -159,7 +157,7 @@ ShownEntity HostDrawing::ShowOne(const ViewRequest& request, const Entity& entit
     shown.id = entity.id;
     PointCloud* const cloud = Find(entity.id);
     if (cloud == nullptr) {
-        shown.problem = "'" + entity.file + "' is not open.";
+        shown.problem = quoted(entity.file) + " is not open.";
         return shown;
     }
     const std::string problem = problemOf([&] {

@@ -6,17 +6,14 @@
 
 #include <glm/geometric.hpp>
 
+#include "viewer/camera/CameraGuard.h"
+
 namespace vpc::viewer {
 
 namespace {
 
 bool isFinite(const glm::dvec3& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
-bool isFinite(const ViewCamera& camera) {
-    return isFinite(camera.eye) && isFinite(camera.target) && isFinite(camera.up) &&
-           std::isfinite(camera.fieldHeight) && camera.Distance() > 0.0;
 }
 
 /// How far ahead of the eye the corners of a box lie.
@@ -46,7 +43,7 @@ HostView::HostView(const ViewCamera& camera, const draw::ImageSize& size,
     : camera_(camera),
       size_(size),
       placement_(placement),
-      isSound_(isFinite(camera) && isSound(placement)) {
+      isSound_(isSound(camera) && isSound(placement)) {
     if (!isSound_) return;
     if (!box.IsEmpty()) PlaceEye(box);
     eye_ = ToHost(camera_.eye);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <stdexcept>
 
 #include <glm/geometric.hpp>
 
@@ -30,6 +31,9 @@ std::pair<dev_t, ino_t> identityOf(const std::string& file) {
     if (stat(file.c_str(), &found) != 0) return {};
     return {found.st_dev, found.st_ino};
 }
+
+/// Point sets take no budget below.
+constexpr unsigned long long fewestSlots = 51;
 
 /// The host's numbers of stylizations.
 constexpr int elevation = 4;
@@ -130,7 +134,12 @@ PointCloud::Style PointCloud::ShownStyle() const {
 
 void PointCloud::Show(const ViewRequest& request, unsigned long long budget) {
     const HostView view(request.camera, request.size, State().placement, Bounds());
-    if (!view.IsSound()) return Hide();
+    if (!view.IsSound()) Hide();
+    if (!isSound(State().placement))
+        throw std::runtime_error(quoted(State().name) +
+                                 " cannot be shown where it is: its insertion, rotation and scale "
+                                 "have to be numbers, and the scale above 0.");
+    if (!view.IsSound()) return;
     const bool moved = view_ != view;
     // Until all has gone well.
     view_.reset();
@@ -149,9 +158,8 @@ void PointCloud::Show(const ViewRequest& request, unsigned long long budget) {
 }
 
 void PointCloud::Hide() {
-    constexpr unsigned long long fewest = 51;
     view_.reset();
-    points_->setMaxNrPointsInBuffer(fewest);
+    points_->setMaxNrPointsInBuffer(fewestSlots);
 }
 
 bool PointCloud::ApplyStyle() {
@@ -199,7 +207,8 @@ bool PointCloud::ApplyBudget(unsigned long long budget) const {
     // A point set shows fewer points than it has slots for, and needs none beyond its own.
     constexpr unsigned long long spare = 2;
     constexpr unsigned long long most = std::numeric_limits<OdInt32>::max();
-    const unsigned long long slots = std::min({budget, Total() + spare, most});
+    const unsigned long long slots =
+        std::clamp(std::min(budget, Total() + spare), fewestSlots, most);
     odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<OdInt32>(slots));
     return slots != points_->maxNrPointsInBuffer();
 }
@@ -239,9 +248,8 @@ std::string PointCloud::FileProblem() const {
     const auto now = identityOf(rest_.file);
     if (now == opened_) return {};
     if (now == std::pair<dev_t, ino_t>())
-        return "'" + rest_.file + "' was deleted or moved. What is still open of it is shown.";
-    return "'" + rest_.file +
-           "' was replaced by another file. Close it and open it again to see that.";
+        return quoted(rest_.file) + " was deleted or moved. What is still open of it is shown.";
+    return quoted(rest_.file) + " was replaced by another file. Close it and open it again.";
 }
 
 double PointCloud::ShownArea() const {
