@@ -64,7 +64,7 @@ bool hasExtension(const std::string& file, const char* extension) {
 
 }  // namespace
 
-MainFrame::MainFrame(const CommandLine& commandLine, Heartbeat* heartbeat)
+MainFrame::MainFrame(const CommandLine& commandLine)
     : wxFrame(nullptr, wxID_ANY, "vpc-viewer"),
       commandLine_(commandLine),
       splitter_(new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
@@ -94,8 +94,6 @@ MainFrame::MainFrame(const CommandLine& commandLine, Heartbeat* heartbeat)
           PrepareQueue::FindProgram(), [this] { jobs_->ShowJobs(); },
           [this](const std::string& file) { OpenFiles({file}); }),
       commands_(*this) {
-    if (!commandLine_.reportFile.empty())
-        report_ = std::make_unique<Report>(*this, commandLine_.reportFile, heartbeat);
     BuildWindow();
     PlaceOnScreen();
     updates_.OnRest([this] { control_.Rest(); });
@@ -180,6 +178,8 @@ void MainFrame::Start() {
     view_->SetFocus();
     if (!commandLine_.sessionFile.empty())
         workspace_.OpenSession(absolutePath(commandLine_.sessionFile));
+    if (!commandLine_.reportFile.empty())
+        report_ = std::make_unique<Report>(*this, commandLine_.reportFile);
     // Once the window is there: scans bring a dialog.
     mailbox_.CallAfter([this] { OpenFiles(commandLine_.files); });
 }

@@ -22,7 +22,6 @@ namespace vpc::viewer {
 class BudgetPanel;
 class CutsPanel;
 class EntityPanel;
-class Heartbeat;
 class MessageBar;
 class PalettePanel;
 class PreparePanel;
@@ -34,8 +33,7 @@ class ToolStrip;
 /// The program's window: brings together the drawing, the view and the panels.
 class MainFrame : public wxFrame, public WorkspaceListener {
 public:
-    /// \param heartbeat null where nothing is reported
-    MainFrame(const CommandLine& commandLine, Heartbeat* heartbeat);
+    explicit MainFrame(const CommandLine& commandLine);
     ~MainFrame() override;
 
     /// Opens what the program was started with.

@@ -9,8 +9,8 @@
 #include <wx/dialog.h>
 #include <nlohmann/json.hpp>
 
+#include "viewer/panels/PalettePanel.h"
 #include "viewer/panels/Text.h"
-#include "viewer/window/Heartbeat.h"
 #include "viewer/window/MainFrame.h"
 #include "viewer/window/MessageBar.h"
 #include "viewer/window/StatusLine.h"
@@ -124,8 +124,7 @@ void addControls(json& controls, const wxWindow& window) {
 
 }  // namespace
 
-Report::Report(MainFrame& frame, std::string file, Heartbeat* heartbeat)
-    : frame_(frame), file_(std::move(file)), heartbeat_(heartbeat) {
+Report::Report(MainFrame& frame, std::string file) : frame_(frame), file_(std::move(file)) {
     wxTheApp->Bind(wxEVT_IDLE, &Report::OnIdle, this);
 }
 
@@ -177,7 +176,7 @@ json Report::State() {
     state["level"] = level;
     state["updateMs"] = result.milliseconds;
     state["frameMs"] = frame_.frames_.FrameMilliseconds();
-    state["longestBlockMs"] = heartbeat_ == nullptr ? 0.0 : heartbeat_->TakeLongest();
+    state["longestBlockMs"] = heartbeat_.TakeLongest();
     state["sections"] = list(drawing.sections);
     state["clips"] = list(drawing.clips);
     state["style"] = toJson(drawing.style);

@@ -5,18 +5,18 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include "viewer/panels/PalettePanel.h"
+#include "viewer/window/Heartbeat.h"
 
 namespace vpc::viewer {
 
-class Heartbeat;
 class MainFrame;
 
 /// The program's state as JSON, for tests and for support: written when it is asked for and nothing
 /// is under way, and at the end.
 class Report {
 public:
-    Report(MainFrame& frame, std::string file, Heartbeat* heartbeat);
+    /// Measures from here on for how long the window does not answer.
+    Report(MainFrame& frame, std::string file);
     ~Report();
     Report(const Report&) = delete;
     Report& operator=(const Report&) = delete;
@@ -33,7 +33,7 @@ private:
 
     MainFrame& frame_;
     std::string file_;
-    Heartbeat* heartbeat_;
+    Heartbeat heartbeat_;
     bool isAsked_ = false;
     int serial_ = 0;
 };

@@ -31,8 +31,10 @@ void StatusLine::ShowPoints(const ViewResult& result) {
     }
     wxString text = grouped(result.shown) + " of " + grouped(result.inAll) + " points";
     if (levels > 0) text += wxString::Format(", level %llu of %llu", level, levels);
-    SetField(Points, result.entities.empty() ? wxString() : text);
-    SetField(Update, "update " + fixed(result.milliseconds, 0) + " ms");
+    const bool isEmpty = result.entities.empty();
+    SetField(Points, isEmpty ? wxString() : text);
+    SetField(Update, isEmpty ? wxString() : "update " + fixed(result.milliseconds, 0) + " ms");
+    if (isEmpty) SetField(Frame, wxString());
 }
 
 void StatusLine::ShowFrameTime(double milliseconds) {

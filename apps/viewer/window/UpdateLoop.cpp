@@ -19,10 +19,7 @@ constexpr const char* noMemory =
 
 UpdateLoop::UpdateLoop(Engine& engine, FrameLoop& frames, View view, Updated updated)
     : engine_(engine), frames_(frames), view_(std::move(view)), updated_(std::move(updated)) {
-    rest_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
-        if (rested_) rested_();
-        Ask();
-    });
+    rest_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Ask(); });
 }
 
 UpdateLoop::~UpdateLoop() {
@@ -34,6 +31,9 @@ void UpdateLoop::AskAtRest() {
 }
 
 void UpdateLoop::Ask() {
+    // The camera as it is goes with the request.
+    rest_.Stop();
+    if (rested_) rested_();
     isWanted_ = true;
     isPreviewWanted_ = false;
     Start();

@@ -10,7 +10,6 @@
 #include <wx/log.h>
 
 #include "viewer/panels/Text.h"
-#include "viewer/window/Heartbeat.h"
 #include "viewer/window/MainFrame.h"
 
 namespace vpc::viewer {
@@ -34,8 +33,6 @@ ViewerApp::ViewerApp(CommandLine commandLine) : commandLine_(std::move(commandLi
     wxSetAssertHandler(endAtAssert);
 }
 
-ViewerApp::~ViewerApp() = default;
-
 bool ViewerApp::Initialize(int& count, wxChar** arguments) {
     {
         const wxLogNull quiet;
@@ -54,16 +51,10 @@ bool ViewerApp::OnInit() {
     SetAppName("vpc-viewer");
     SetAppDisplayName("vpc-viewer");
     wxImage::AddHandler(new wxPNGHandler);  // wxWidgets deletes it
-    if (!commandLine_.reportFile.empty()) heartbeat_ = std::make_unique<Heartbeat>();
-    frame_ = new MainFrame(commandLine_, heartbeat_.get());
+    frame_ = new MainFrame(commandLine_);  // wxWidgets deletes it
     frame_->Show();
     frame_->Start();
     return true;
-}
-
-int ViewerApp::OnExit() {
-    heartbeat_.reset();
-    return wxApp::OnExit();
 }
 
 int ViewerApp::FilterEvent(wxEvent& event) {
