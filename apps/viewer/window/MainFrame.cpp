@@ -362,6 +362,8 @@ void MainFrame::OnDrawingChanged() {
     ShowTitle();
     ShowEmpty();
     Refresh();
+    // The button that was pressed may have gone with its row; keys are the view's then.
+    if (FindFocus() == nullptr) view_->SetFocus();
 }
 
 void MainFrame::OnPreview() {
