@@ -99,6 +99,11 @@ MainFrame::MainFrame(const CommandLine& commandLine)
     updates_.OnRest([this] { control_.Rest(); });
     view_->SetInput(&control_);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClosing, this);
+    // Keys go nowhere once the control that had them is gone: a row that was removed.
+    Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+        event.Skip();
+        if (IsActive() && wxWindow::FindFocus() == nullptr) view_->SetFocus();
+    });
 }
 
 MainFrame::~MainFrame() {
