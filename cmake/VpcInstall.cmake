@@ -25,6 +25,7 @@ set(vpc_headers
   core/geometry/VpcBoundingBoxAxisAligned.h
   core/geometry/VpcCoordinate3D.h
   core/geometry/VpcFrustumDef.h
+  core/geometry/VpcInterval.h
   core/geometry/VpcLine3D.h
   core/geometry/VpcNumMathTools.h
   core/geometry/VpcPlaneDef.h
@@ -39,6 +40,7 @@ set(vpc_headers
   host/PcDbPointCloudDefImplPE.h
   host/VpcExport.h
   host/VpcPlugin.h
+  host/VpcViewFacts.h
   io/FileIoFactory.h
   io/FileParentIO.h
   io/ScanAccount.h

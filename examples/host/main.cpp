@@ -14,15 +14,14 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <wx/string.h>
 
 #include "core/util/VpcDefinitions.h"
-#include "host/PcCorePointSet.h"
 #include "host/VpcPlugin.h"
 #include "platform/GiPointSetDefinition.h"
 #include "platform/OdDbDatabase.h"
-#include "platform/OdError.h"
 #include "platform/OdOPMClientExtension.h"
 #include "platform/OdOPMExtensionManager.h"
 #include "platform/OdSystemVariables.h"
@@ -104,12 +103,15 @@ std::string prepare(const Plugin& plugin, const std::string& scan, const std::st
 /// that it shows, which holds the points of a file.
 class Drawing {
 public:
-    Drawing(PcDbPointCloudDefPE& loader, const std::string& treeFile) : loader_(loader) {
+    Drawing(const Plugin& plugin, PcDbPointCloudDefPE& loader, const std::string& treeFile)
+        : loader_(loader) {
         database.setINSUNITS(OdDb::kUnitsMillimeters);
         definition.setActiveFileName(treeFile.c_str());
         // A relative name would be looked for beside the drawing.
-        points = loader_.loadProject(&definition, definition.activeFileName(), L"/a.drawing");
-        if (points == nullptr) throw std::runtime_error(treeFile + " is missing or damaged");
+        wxString problem;
+        points = plugin.find<decltype(vpcLoadPointSet)>("vpcLoadPointSet")(
+            definition.activeFileName(), L"/a.drawing", problem);
+        if (points == nullptr) throw std::runtime_error(problem.utf8_string());
         definition.setPointSet(points);
 
         entity.setDatabase(&database);
@@ -136,22 +138,31 @@ private:
 
 // --- 4. Frames -----------------------------------------------------------------------------------
 
+/// What the plug-in tells about the points besides what the host draws.
+vpc::ViewFacts factsOf(const Plugin& plugin, const GiPointSetDefinition& points) {
+    vpc::ViewFacts facts;
+    if (!plugin.find<decltype(vpcGetViewFacts)>("vpcGetViewFacts")(points, facts))
+        throw std::runtime_error("nothing is loaded");
+    return facts;
+}
+
 struct Camera {
     OdGePoint3d eye;
     OdGePoint3d target;
-    OdGeVector3d up{0, 0, 1};
+    OdGeVector3d up;
     double field;
 };
 
 /// A camera on a circle around the cloud that looks down at the cloud's middle.
 /// \param share how much of the cloud's size a picture shows
-Camera cameraAt(const GiPointSetDefinition& points, double angle, double share) {
-    const auto& bounds = static_cast<const PcCorePointSet&>(points);
-    const OdGeVector3d size = bounds.dataMax() - bounds.dataMin();
+Camera cameraAt(const vpc::ViewFacts& facts, double angle, double share) {
+    const OdGeVector3d size = facts.boundsMax - facts.boundsMin;
     const double distance = size.length();
+    const double x = std::cos(angle), y = std::sin(angle), z = 0.5;
     Camera camera;
-    camera.target = bounds.dataMin() + size * 0.5;
-    camera.eye = camera.target + OdGeVector3d(std::cos(angle), std::sin(angle), 0.5) * distance;
+    camera.target = facts.boundsMin + size * 0.5;
+    camera.eye = camera.target + OdGeVector3d(x, y, z) * distance;
+    camera.up = OdGeVector3d(-x * z, -y * z, 1);  // square to the direction of view
     camera.field = share * distance;
     return camera;
 }
@@ -250,25 +261,29 @@ void run(const char* pluginFile, const std::string& scan, const std::string& fol
         plugin.find<decltype(vpcCreatePointCloudExtension)>("vpcCreatePointCloudExtension")());
     const std::unique_ptr<OdOPMClientExtension> palette(
         plugin.find<decltype(vpcCreatePropertiesExtension)>("vpcCreatePropertiesExtension")());
-    Drawing drawing(*loader, treeFile);
+    Drawing drawing(plugin, *loader, treeFile);
+    const vpc::ViewFacts cloud = factsOf(plugin, *drawing.points);
 
     std::printf("Flying around it, with 60000 points at most\n");
     odSystemVariables().setInt("POINTCLOUDPOINTMAX", 60000);
     // Every frame comes nearer.
     for (int frame = 0; frame < 8; ++frame)
-        drawFrame(*drawing.points, cameraAt(*drawing.points, 0.7 * frame, 1.0 - 0.12 * frame));
+        drawFrame(*drawing.points, cameraAt(cloud, 0.7 * frame, 1.0 - 0.12 * frame));
+    const vpc::ViewFacts facts = factsOf(plugin, *drawing.points);
+    std::printf("  level %llu of %llu, %llu nodes\n", facts.level, facts.levels, facts.nodes);
+    if (facts.pointsMissing != 0) throw std::runtime_error(facts.problem.utf8_string());
 
     std::printf("Clicking at a point that is shown, and at none\n");
     const OdGePoint3d point = drawing.points->getPointCoordinates()[0];
     if (!snap(*drawing.points, point)) throw std::runtime_error("no snap where a point is");
-    if (snap(*drawing.points, cameraAt(*drawing.points, 0, 1).eye))
+    if (snap(*drawing.points, cameraAt(cloud, 0, 1).eye))
         throw std::runtime_error("a snap where no point is");
 
     std::printf("Its properties, coloured by elevation\n");
     colourByElevation(*palette, drawing);
     listProperties(drawing.entity);
     // The same cloud in other colours.
-    drawFrame(*drawing.points, cameraAt(*drawing.points, 0, 1));
+    drawFrame(*drawing.points, cameraAt(cloud, 0, 1));
 }
 
 }  // namespace
@@ -282,8 +297,6 @@ int main(int argc, char** argv) {
         std::filesystem::create_directories(argv[3]);
         run(argv[1], argv[2], argv[3]);
         return 0;
-    } catch (const OdError& error) {  // a file of another version; it is no std::exception
-        std::fprintf(stderr, "%ls\n", error.description().c_str());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

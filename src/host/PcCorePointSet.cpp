@@ -21,25 +21,31 @@
 
 namespace {
 
-OdError wrongVersion(const wxString& fileName, unsigned long long version) {
-    return OdError(StringTools::ToOdString(fileName + vpc::WrongTreeVersion::Text(version)));
-}
+/// Of a file whose version is another one, or cannot be read.
+class VersionFailure : public vpc::IoError {
+public:
+    VersionFailure(const IoError& reason, unsigned long long version)
+        : IoError(reason), version_(version) {}
 
-/// Opens `treeFile`. Where it is of another version, throws the error that hosts know, which names
-/// the file `fileName`.
-std::unique_ptr<vpc::PointTreeReader> openCurrentVersion(const wxString& treeFile,
-                                                         const wxString& fileName) {
+    /// The error that hosts know; it names the file `fileName`.
+    OdError ForHost(const wxString& fileName) const {
+        return OdError(StringTools::ToOdString(fileName + vpc::WrongTreeVersion::Text(version_)));
+    }
+
+private:
+    unsigned long long version_;
+};
+
+std::unique_ptr<vpc::PointTreeReader> openCurrentVersion(const wxString& treeFile) {
     try {
         auto file = std::make_unique<vpc::PointTreeReader>(treeFile);
         file->RequireVersion();
         return file;
     } catch (const vpc::WrongTreeVersion& failure) {
-        vpc::logLoadFailure(failure);
-        throw wrongVersion(fileName, failure.Version());
+        throw VersionFailure(failure, failure.Version());
     } catch (const vpc::IoError& failure) {
-        // The log gets the reason; hosts get the version that fileVptVersion gives for such a file.
-        vpc::logLoadFailure(failure);
-        throw wrongVersion(fileName, 0);
+        // Hosts get the version that fileVptVersion gives for such a file; the reason stays.
+        throw VersionFailure(failure, 0);
     }
 }
 
@@ -84,8 +90,8 @@ unsigned long long PcCorePointSet::updateVisiblePoints(
 void PcCorePointSet::AdoptPointMax() {
     // Like all small values, a negative one changes nothing.
     const OdInt32 pointMax = std::max(odSystemVariables().getInt("POINTCLOUDPOINTMAX"), 0);
-    const auto wanted = static_cast<unsigned long long>(pointMax);
-    if (wanted != maxNrPointsInBuffer()) setMaxNrPointsInBuffer(wanted);
+    pointMax_ = static_cast<unsigned long long>(pointMax);
+    if (pointMax_ != maxNrPointsInBuffer()) setMaxNrPointsInBuffer(pointMax_);
 }
 
 void PcCorePointSet::getOsnapPoints(const OdGePoint3d& pickPoint, const OdGePoint3d& second,
@@ -185,8 +191,29 @@ bool PcCorePointSet::clearClippings() {
 }
 
 bool PcCorePointSet::loadProjectFromFile(const OdString& fileName) {
+    const wxString name = StringTools::FromOdString(fileName);
     fileName_ = fileName;
-    return vpc::loadOrLog([&] { LoadProject(StringTools::FromOdString(fileName)); });
+    return vpc::loadOrLog([&] {
+        try {
+            LoadProject(name);
+        } catch (const VersionFailure& failure) {
+            vpc::logLoadFailure(failure);
+            throw failure.ForHost(name);
+        }
+    });
+}
+
+bool PcCorePointSet::loadProjectFromFile(const OdString& fileName, wxString& problem) {
+    fileName_ = fileName;
+    problem.clear();
+    try {
+        LoadProject(StringTools::FromOdString(fileName));
+        return true;
+    } catch (const vpc::IoError& failure) {
+        vpc::logLoadFailure(failure);
+        problem = failure.Message();
+        return false;
+    }
 }
 
 void PcCorePointSet::LoadProject(const wxString& fileName) {
@@ -196,7 +223,8 @@ void PcCorePointSet::LoadProject(const wxString& fileName) {
         throw vpc::IoError(treeFile, _("does not exist as a file"));
     // The old manager goes first, so that two sets of buffers are never held at once.
     manager_.reset();
-    auto file = openCurrentVersion(treeFile, fileName);
+    pointMax_ = 0;
+    auto file = openCurrentVersion(treeFile);
     auto manager = std::make_unique<PcCoreProjectManager>();
     CopyDataBounds(*manager);
     manager->loadProject(fileName, std::move(file));
@@ -248,6 +276,25 @@ std::vector<std::pair<unsigned long long, unsigned long long>> PcCorePointSet::G
 std::vector<double> PcCorePointSet::readPointIntensities() const {
     if (!manager_) return {};
     return manager_->visibleNodeManager().readStoredIntensities();
+}
+
+bool PcCorePointSet::getViewFacts(vpc::ViewFacts& facts) const {
+    if (!manager_) return false;
+    const PcCoreVisibleNodeManager& visible = manager_->visibleNodeManager();
+    const VpcDiskTree& tree = *manager_->tree();
+    facts = {};
+    if (manager_->lastView().SpansSpace()) facts.level = manager_->selectedLevel;
+    facts.levels = tree.GetLevels().size();
+    facts.nodes = visible.visibleNodes().size();
+    facts.pointsMissing = manager_->missingPoints;
+    if (facts.pointsMissing != 0) facts.problem = tree.WhyPointsAreMissing();
+    facts.budgetWanted = pointMax_;
+    facts.budget = visible.slots();
+    facts.boundsMin = dataMin_;
+    facts.boundsMax = dataMax_;
+    facts.valueMin = visible.rampRange().min;
+    facts.valueMax = visible.rampRange().max;
+    return true;
 }
 
 bool PcCorePointSet::resizePointBuffer(unsigned long count) {

@@ -35,6 +35,14 @@ GiPointSetDefinition* PcDbPointCloudDefImplPE::loadProject(PcDbPointCloudDef* /*
     return set->loadProjectFromFile(resolved(fileName, referencePath)) ? set.release() : nullptr;
 }
 
+GiPointSetDefinition* PcDbPointCloudDefImplPE::loadPointSet(const OdString& fileName,
+                                                            const OdString& referencePath,
+                                                            wxString& problem) {
+    auto set = std::make_unique<PcCorePointSet>();
+    return set->loadProjectFromFile(resolved(fileName, referencePath), problem) ? set.release()
+                                                                                : nullptr;
+}
+
 void PcDbPointCloudDefImplPE::cleanPointSet(GiPointSetDefinition* set) {
     const std::unique_ptr<GiPointSetDefinition> owned(set);
 }

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <wx/string.h>
+
 #include "host/VpcExport.h"
+#include "platform/GiPointSetDefinition.h"
+#include "platform/PcDbPointCloudDef.h"
 #include "platform/PcDbPointCloudDefPE.h"
 
 /// Gives the host the point set of a point tree file.
@@ -18,5 +22,9 @@ public:
     /// \param referencePath a file; relative names are looked for in its folder
     GiPointSetDefinition* loadProject(PcDbPointCloudDef* def, const OdString& fileName,
                                       const OdString& referencePath) override;
+    /// The same without OdError: null for such a file, too, and `problem` is a sentence that says
+    /// why and names the file; empty after a success.
+    static GiPointSetDefinition* loadPointSet(const OdString& fileName,
+                                              const OdString& referencePath, wxString& problem);
     void cleanPointSet(GiPointSetDefinition* set) override;
 };

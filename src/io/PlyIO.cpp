@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iostream>
 #include <string>
 
 #include "core/geometry/VpcNumMathTools.h"
+#include "core/util/FileHandle.h"
 #include "core/util/FileTools.h"
 #include "core/util/StringTools.h"
 #include "io/TextFileWriter.h"
@@ -47,8 +47,8 @@ std::vector<wxString> words(const std::string& line) {
 }
 
 /// Reads a header up to its end; gives the counts that it declares.
-void readHeader(std::istream& file, Index& vertices, Index& faces) {
-    for (std::string line; std::getline(file, line);) {
+void readHeader(std::FILE* file, Index& vertices, Index& faces) {
+    for (std::string line; vpc::readLine(file, line);) {
         const std::vector<wxString> tokens = words(line);
         if (tokens.size() == 1 && tokens[0] == "end_header") return;
         if (tokens.size() != 3 || tokens[0] != "element") continue;
@@ -130,6 +130,12 @@ bool PlyIO::WriteCuboid(Points corners, wxString path) {
 
 bool PlyIO::WriteAxisAlignedBoundingBoxes(std::vector<VpcBoundingBoxAxisAligned> boxes,
                                           wxString path) {
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) { WriteTo(file, boxes); });
+    return true;
+}
+
+void PlyIO::WriteTo(vpc::TextFileWriter& file,
+                    const std::vector<VpcBoundingBoxAxisAligned>& boxes) {
     static constexpr std::array<std::pair<Index, Index>, 12> boxEdges{{{0, 1},
                                                                        {0, 2},
                                                                        {2, 3},
@@ -152,28 +158,32 @@ bool PlyIO::WriteAxisAlignedBoundingBoxes(std::vector<VpcBoundingBoxAxisAligned>
                                 (corner & 1U ? box.maxPoint : box.minPoint).z);
         for (const auto& [from, to] : boxEdges) edges.emplace_back(base + from, base + to);
     }
-    return WriteEdges(std::move(points), std::move(edges), path);
+    WriteTo(file, points, edges);
 }
 
 bool PlyIO::WriteFrustum(VpcFrustumDef frustum, wxString path) {
+    vpc::writeBestEffort(path, [&](vpc::TextFileWriter& file) { WriteTo(file, frustum); });
+    return true;
+}
+
+void PlyIO::WriteTo(vpc::TextFileWriter& file, const VpcFrustumDef& frustum) {
     Points points = frustum.GetRefVertices();
     points.push_back(frustum.GetCamera());
     points.push_back(frustum.GetTarget());
-    return WriteEdges(std::move(points),
-                      {{0, 1},
-                       {0, 2},
-                       {1, 3},
-                       {2, 3},
-                       {0, 4},
-                       {1, 5},
-                       {2, 6},
-                       {3, 7},
-                       {4, 5},
-                       {4, 6},
-                       {5, 7},
-                       {6, 7},
-                       {8, 9}},
-                      path);
+    WriteTo(file, points,
+            {{0, 1},
+             {0, 2},
+             {1, 3},
+             {2, 3},
+             {0, 4},
+             {1, 5},
+             {2, 6},
+             {3, 7},
+             {4, 5},
+             {4, 6},
+             {5, 7},
+             {6, 7},
+             {8, 9}});
 }
 
 bool PlyIO::WritePlaneSegments(std::vector<Points> segments, wxString path) {
@@ -202,15 +212,16 @@ PlyIO::Mesh PlyIO::MergeVerticesFacesList(const std::vector<Mesh>& meshes) {
 }
 
 bool PlyIO::Read(wxString path, Points& points, VpcBoundingBoxAxisAligned& box) {
-    std::ifstream file(FileTools::ToNativePath(path));
-    if (!file) return false;
+    const vpc::FileHandle handle(std::fopen(FileTools::ToNativePath(path).c_str(), "re"));
+    std::FILE* const file = handle.get();
+    if (file == nullptr) return false;
     Index vertexCount = 0, faceCount = 0;
     readHeader(file, vertexCount, faceCount);
 
     VpcBoundingBoxAxisAligned extent;
     VpcPoint3D point;
     std::string line;
-    for (Index i = 0; i < vertexCount && std::getline(file, line); ++i) {
+    for (Index i = 0; i < vertexCount && vpc::readLine(file, line); ++i) {
         const std::vector<wxString> tokens = words(line);
         point.SetCoordinates(coordinate(tokens, 0), coordinate(tokens, 1), coordinate(tokens, 2));
         points.push_back(point);
@@ -221,7 +232,7 @@ bool PlyIO::Read(wxString path, Points& points, VpcBoundingBoxAxisAligned& box) 
         box.SetNewBoundaries(extent.minPoint, extent.maxPoint);
 
     Index faces = 0;
-    while (faces < faceCount && std::getline(file, line)) ++faces;
+    while (faces < faceCount && vpc::readLine(file, line)) ++faces;
     std::cout << "After reading ply file, now has " << points.size() << " points and " << faces
               << " faces." << std::endl;
     return true;

@@ -29,8 +29,12 @@ public:
 
     /// Coloured vertices and edges.
     static bool WriteEdges(Points points, Edges edges, wxString path);
-    /// The same into an open file; failures throw vpc::IoError.
+    /// What WriteEdges, WriteAxisAlignedBoundingBoxes and WriteFrustum write, into an open file;
+    /// failures throw vpc::IoError.
     static void WriteTo(vpc::TextFileWriter& file, const Points& points, const Edges& edges);
+    static void WriteTo(vpc::TextFileWriter& file,
+                        const std::vector<VpcBoundingBoxAxisAligned>& boxes);
+    static void WriteTo(vpc::TextFileWriter& file, const VpcFrustumDef& frustum);
     /// Coloured vertices.
     static bool WriteVertices(Points points, wxString path);
     /// Vertices and faces, of which only the first three indices are written.

@@ -39,13 +39,16 @@ private:
 
 /// Lets `write` write a file for whose sake nothing may fail, such as one for diagnosis: what
 /// cannot be written is left out.
+/// \return whether the whole file was written
 template <class Write>
-void writeBestEffort(const wxString& path, const Write& write) {
+bool writeBestEffort(const wxString& path, const Write& write) {
     try {
         TextFileWriter file(path);
         write(file);
         file.Close();
-    } catch (const IoError&) {  // NOLINT(bugprone-empty-catch): see above
+        return true;
+    } catch (const IoError&) {
+        return false;
     }
 }
 

@@ -6,7 +6,7 @@
 
 bool TextScanIO::OpenStream() {
     stream.reset();
-    stream.reset(std::fopen(FileTools::ToNativePath(fileName).c_str(), "r+"));
+    stream.reset(std::fopen(FileTools::ToNativePath(fileName).c_str(), "r+e"));
     scanner_.Attach(stream.get());
     opened = stream != nullptr;
     openError = opened ? 0 : errno;

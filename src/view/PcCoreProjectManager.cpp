@@ -118,6 +118,7 @@ unsigned long long PcCoreProjectManager::updateVisiblePoints(
 
 void PcCoreProjectManager::FillBuffers(const VpcTransform3D& toTree) {
     visibleNodeManager_.clear();
+    missingPoints = 0;
     if (tree_ == nullptr) return;
     if (sectionsEnabled)
         tree_->SetSectionPlanes(sections_, toTree);
@@ -128,10 +129,12 @@ void PcCoreProjectManager::FillBuffers(const VpcTransform3D& toTree) {
         selectedLevel = 0;
         return;
     }
+    const unsigned long long missingBefore = tree_->MissingPoints();
     if (useFlatView)
         flatNodeSelection(viewFrustum_);
     else
         dynamicNodeSelection(viewFrustum_);
+    missingPoints = tree_->MissingPoints() - missingBefore;
 }
 
 double PcCoreProjectManager::DistanceToRootCentre(const OdGePoint3d& camera) const {
@@ -230,17 +233,17 @@ unsigned long long PcCoreProjectManager::getNrPointsInSelectedNodes(const NodeLi
     return points;
 }
 
-void PcCoreProjectManager::exportView(const wxString& folder) const {
-    visibleNodeManager_.exportVisibleNodesAsPly(
+bool PcCoreProjectManager::exportView(const wxString& folder) const {
+    return visibleNodeManager_.exportVisibleNodesAsPly(
         folder, useFlatView, lastView_.camera, lastView_.target, lastView_.viewVector, DataBounds(),
         lastView_.fieldWidth, lastView_.fieldHeight, pixelSize, viewFrustum_);
 }
 
-void PcCoreProjectManager::exportPick(const wxString& folder) const {
-    visibleNodeManager_.exportPickNodesAsPly(folder, lastPickView_.camera, lastPickView_.target,
-                                             lastPickView_.viewVector, lastPickPoint_, DataBounds(),
-                                             lastPickView_.fieldWidth, lastPickView_.fieldHeight,
-                                             pickFrustum_);
+bool PcCoreProjectManager::exportPick(const wxString& folder) const {
+    return visibleNodeManager_.exportPickNodesAsPly(
+        folder, lastPickView_.camera, lastPickView_.target, lastPickView_.viewVector,
+        lastPickPoint_, DataBounds(), lastPickView_.fieldWidth, lastPickView_.fieldHeight,
+        pickFrustum_);
 }
 
 OdGeExtents3d PcCoreProjectManager::DataBounds() const {

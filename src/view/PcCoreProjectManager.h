@@ -81,6 +81,10 @@ public:
     /// Points of the loaded tree's deepest level: all of the scans' points.
     unsigned long long totalNrPoints = 0;
 
+    /// Points of nodes that the last view chose and that could not be read; WhyPointsAreMissing of
+    /// the tree tells why.
+    unsigned long long missingPoints = 0;
+
     /// The value that the host gave to preprocessing.
     std::uint32_t pointModelUnit() const { return pointModelUnit_; }
     /// Null before a load succeeds.
@@ -91,6 +95,8 @@ public:
     const OdGePoint3d& dataMin() const { return dataMin_; }
     const OdGePoint3d& dataMax() const { return dataMax_; }
     const vpc::CameraView& lastView() const { return lastView_; }
+    /// The view that the last pick was made in.
+    const vpc::CameraView& lastPickView() const { return lastPickView_; }
     const VpcFrustumDef& viewFrustum() const { return viewFrustum_; }
     const VpcFrustumDef& pickFrustum() const { return pickFrustum_; }
     const std::vector<Section>& sections() const { return sections_; }
@@ -150,9 +156,10 @@ public:
     unsigned long long getNrPointsInSelectedNodes(const NodeList& nodes) const;
 
     /// Writes the files of PcCoreVisibleNodeManager's view export for the last view.
-    void exportView(const wxString& folder) const;
+    /// \return whether all were written
+    bool exportView(const wxString& folder) const;
     /// The same for the pick export and the last pick.
-    void exportPick(const wxString& folder) const;
+    bool exportPick(const wxString& folder) const;
 
     // --- Sections and clippings; the next update applies them ----------------------------------
 

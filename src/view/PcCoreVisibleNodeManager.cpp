@@ -71,11 +71,13 @@ void PcCoreVisibleNodeManager::updateColormapForPointsInBuffer(const OdGeMatrix3
     const auto ramp = static_cast<VpcColorScheme>(scheme);
     switch (static_cast<VpcStylizationType>(type)) {
         case VPC_Stylization_INTENSITY:
-            return vpc::colourByIntensity(buffers_, nrPointsInBuffer, matrix, ramp);
+            rampRange_ = vpc::colourByIntensity(buffers_, nrPointsInBuffer, matrix, ramp);
+            return;
         case VPC_Stylization_ELEVATION:
-            return vpc::colourByElevation(buffers_, nrPointsInBuffer, matrix, ramp);
+            rampRange_ = vpc::colourByElevation(buffers_, nrPointsInBuffer, matrix, ramp);
+            return;
         default:
-            return vpc::movePoints(buffers_, nrPointsInBuffer, matrix);
+            rampRange_ = vpc::movePoints(buffers_, nrPointsInBuffer, matrix);
     }
 }
 

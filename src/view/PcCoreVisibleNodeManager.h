@@ -6,6 +6,7 @@
 
 #include "core/geometry/VpcBoundingBoxAxisAligned.h"
 #include "core/geometry/VpcFrustumDef.h"
+#include "core/geometry/VpcInterval.h"
 #include "core/geometry/VpcPoint3D.h"
 #include "platform/GiPcColorScheme.h"
 #include "platform/GiPcStylizationType.h"
@@ -35,6 +36,12 @@ public:
     unsigned long long capacity = 0;
     /// First free slot; equals nrPointsInBuffer.
     unsigned long long nextSlot = 0;
+
+    /// The slots that there are; fewer than `capacity` after a failed resize.
+    unsigned long long slots() const { return buffers_.slots(); }
+    /// What the ramp of the last colouring stands for: elevations after the move, or luminances.
+    /// From 0 to 0 where the colours are the scans'.
+    const VpcInterval& rampRange() const { return rampRange_; }
 
     // The pointers are valid until the buffers are resized.
 
@@ -87,18 +94,19 @@ public:
     static std::vector<VpcBoundingBoxAxisAligned> getNodeBoundingBoxes(
         const std::vector<VisiblePointsNode>& nodes);
 
-    // Files for inspecting a view. A file that cannot be written is left out silently.
+    // Files for inspecting a view. A file that cannot be written is left out. They return whether
+    // all were written.
 
     /// Writes CameraParameters.txt, DataBoundaries.ply, CameraViewFrustum.ply and
     /// InViewFrustum.ply (the boxes of the visible nodes) into `folder`.
-    void exportVisibleNodesAsPly(const wxString& folder, bool flatView, const OdGePoint3d& camera,
+    bool exportVisibleNodesAsPly(const wxString& folder, bool flatView, const OdGePoint3d& camera,
                                  const OdGePoint3d& target, const OdGeVector3d& upVector,
                                  const OdGeExtents3d& dataBounds, double worldWidth,
                                  double worldHeight, double pixelSize,
                                  const VpcFrustumDef& viewFrustum) const;
     /// Writes PickPointParameters.txt, PickPointFrustum.ply and InPickFrustum.ply (the boxes of
     /// the pick nodes) into `folder`.
-    void exportPickNodesAsPly(const wxString& folder, const OdGePoint3d& camera,
+    bool exportPickNodesAsPly(const wxString& folder, const OdGePoint3d& camera,
                               const OdGePoint3d& target, const OdGeVector3d& upVector,
                               const OdGePoint3d& pickPoint, const OdGeExtents3d& dataBounds,
                               double worldWidth, double worldHeight,
@@ -110,5 +118,6 @@ private:
 
     std::vector<VisiblePointsNode> visibleNodes_;
     vpc::PointBuffers buffers_;
+    VpcInterval rampRange_{0.0, 0.0};
     std::vector<VisiblePointsNode> pickNodes_;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "core/util/VpcColorTools.h"
 
@@ -26,46 +27,64 @@ std::uint32_t channelByte(double value) {
     return static_cast<std::uint32_t>(std::min(std::max(0.0, value), 255.0));
 }
 
-/// Colours every slot by its value; the colour method stays.
-template <auto ramp, class ValueOf>
-void colourBy(const PointBuffers& buffers, unsigned long long count, const Range& range,
-              const ValueOf& valueOf) {
-    OdCmEntityColor* const colours = buffers.colours();
-    for (unsigned long long slot = 0; slot < count; ++slot) {
-        double red = 0;
-        double green = 0;
-        double blue = 0;
-        ramp(valueOf(slot), range.min, range.max, red, green, blue);
-        const std::uint32_t method = colours[slot].color() & 0xFF000000U;
-        colours[slot].setColor(method | channelByte(red) << 16U | channelByte(green) << 8U |
-                               channelByte(blue));
-    }
+using RampFunction = void(double value, double min, double max, double& red, double& green,
+                          double& blue);
+
+/// The ramp's colour as red, green and blue from the top, with nothing above them.
+template <RampFunction* ramp>
+std::uint32_t packedColour(double value, double min, double max) {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    ramp(value, min, max, red, green, blue);
+    return channelByte(red) << 16U | channelByte(green) << 8U | channelByte(blue);
 }
 
-/// Chooses the ramp once, where VpcColorTools::ApplyColorScheme would choose it for every point. A
-/// scheme without a ramp leaves the colours as they are.
-template <class ValueOf>
-void colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
-            VpcColorScheme scheme, const ValueOf& valueOf) {
+template <RampFunction* function>
+using Ramp = std::integral_constant<RampFunction*, function>;
+
+/// Calls `use` with the ramp of the scheme as a constant, so that it is chosen once, where
+/// VpcColorTools::ApplyColorScheme would choose it for every point. A scheme without a ramp gives
+/// no call, and false.
+template <class Use>
+bool withRamp(VpcColorScheme scheme, const Use& use) {
     using Tools = VpcColorTools;
     switch (scheme) {
         case VPC_ColorScheme_Spectrum:
-            return colourBy<Tools::ApplyColorSchemeJet>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeJet>()), true;
         case VPC_ColorScheme_Earth:
-            return colourBy<Tools::ApplyColorSchemeEarth>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeEarth>()), true;
         case VPC_ColorScheme_Hydro:
-            return colourBy<Tools::ApplyColorSchemeHydro>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeHydro>()), true;
         case VPC_ColorScheme_Gray:
-            return colourBy<Tools::ApplyColorSchemeGray>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeGray>()), true;
         case VPC_ColorScheme_Reds:
-            return colourBy<Tools::ApplyColorSchemeReds>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeReds>()), true;
         case VPC_ColorScheme_Greens:
-            return colourBy<Tools::ApplyColorSchemeGreens>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeGreens>()), true;
         case VPC_ColorScheme_Blues:
-            return colourBy<Tools::ApplyColorSchemeBlues>(buffers, count, range, valueOf);
+            return use(Ramp<Tools::ApplyColorSchemeBlues>()), true;
         case VPC_ColorScheme_ScanColors:
-            return;
+            break;
     }
+    return false;
+}
+
+/// Colours every slot by its value; the colour method stays. A scheme without a ramp leaves the
+/// colours as they are.
+/// \return what the ramp stands for
+template <class ValueOf>
+VpcInterval colour(const PointBuffers& buffers, unsigned long long count, const Range& range,
+                   VpcColorScheme scheme, const ValueOf& valueOf) {
+    OdCmEntityColor* const colours = buffers.colours();
+    const bool isRamp = withRamp(scheme, [&]<RampFunction * ramp>(Ramp<ramp>) {
+        for (unsigned long long slot = 0; slot < count; ++slot) {
+            const std::uint32_t method = colours[slot].color() & 0xFF000000U;
+            colours[slot].setColor(method |
+                                   packedColour<ramp>(valueOf(slot), range.min, range.max));
+        }
+    });
+    return isRamp && range.min <= range.max ? VpcInterval(range.min, range.max) : noRamp;
 }
 
 double luminance(const OdCmEntityColor& colour) {
@@ -74,23 +93,33 @@ double luminance(const OdCmEntityColor& colour) {
 
 }  // namespace
 
-void movePoints(const PointBuffers& buffers, unsigned long long count, const OdGeMatrix3d& matrix) {
-    OdGePoint3d* const points = buffers.coordinates();
-    for (unsigned long long slot = 0; slot < count; ++slot) points[slot].transformBy(matrix);
+std::uint32_t rampColour(VpcColorScheme scheme, double share) {
+    std::uint32_t packed = 0;
+    withRamp(scheme, [&]<RampFunction * ramp>(Ramp<ramp>) {
+        packed = packedColour<ramp>(std::clamp(share, 0.0, 1.0), 0.0, 1.0);
+    });
+    return packed;
 }
 
-void colourByElevation(const PointBuffers& buffers, unsigned long long count,
-                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+VpcInterval movePoints(const PointBuffers& buffers, unsigned long long count,
+                       const OdGeMatrix3d& matrix) {
+    OdGePoint3d* const points = buffers.coordinates();
+    for (unsigned long long slot = 0; slot < count; ++slot) points[slot].transformBy(matrix);
+    return noRamp;
+}
+
+VpcInterval colourByElevation(const PointBuffers& buffers, unsigned long long count,
+                              const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
     OdGePoint3d* const points = buffers.coordinates();
     Range range;
     for (unsigned long long slot = 0; slot < count; ++slot)
         range.Include(points[slot].transformBy(matrix).z);
-    colour(buffers, count, range, scheme,
-           [points](unsigned long long slot) { return points[slot].z; });
+    return colour(buffers, count, range, scheme,
+                  [points](unsigned long long slot) { return points[slot].z; });
 }
 
-void colourByIntensity(const PointBuffers& buffers, unsigned long long count,
-                       const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
+VpcInterval colourByIntensity(const PointBuffers& buffers, unsigned long long count,
+                              const OdGeMatrix3d& matrix, VpcColorScheme scheme) {
     OdGePoint3d* const points = buffers.coordinates();
     const OdCmEntityColor* const colours = buffers.colours();
     double* const intensities = buffers.intensities();
@@ -100,8 +129,8 @@ void colourByIntensity(const PointBuffers& buffers, unsigned long long count,
         points[slot].transformBy(matrix);
         range.Include(intensities[slot]);
     }
-    colour(buffers, count, range, scheme,
-           [intensities](unsigned long long slot) { return intensities[slot]; });
+    return colour(buffers, count, range, scheme,
+                  [intensities](unsigned long long slot) { return intensities[slot]; });
 }
 
 }  // namespace vpc

@@ -37,12 +37,36 @@ public:
         text_ += "\r\n";
         return *this;
     }
-    void WriteTo(const wxString& path) const {
-        vpc::writeBestEffort(path, [this](vpc::TextFileWriter& file) { file << text_; });
-    }
+    const std::string& Text() const { return text_; }
 
 private:
     std::string text_;
+};
+
+/// Files of one folder, each of which is written as far as it can be.
+class ExportFolder {
+public:
+    explicit ExportFolder(const wxString& folder) : folder_(folder) {}
+
+    void WriteText(const char* name, const ParameterText& text) {
+        Write(name, [&](vpc::TextFileWriter& file) { file << text.Text(); });
+    }
+    /// \param geometry boxes or a frustum
+    template <class Geometry>
+    void WritePly(const char* name, const Geometry& geometry) {
+        Write(name, [&](vpc::TextFileWriter& file) { PlyIO::WriteTo(file, geometry); });
+    }
+    /// Whether all files so far were written.
+    bool IsWhole() const { return isWhole_; }
+
+private:
+    template <class WriteInto>
+    void Write(const char* name, const WriteInto& writeInto) {
+        isWhole_ = vpc::writeBestEffort(inFolder(folder_, name), writeInto) && isWhole_;
+    }
+
+    wxString folder_;
+    bool isWhole_ = true;
 };
 
 VpcBoundingBoxAxisAligned boxOf(const OdGeExtents3d& bounds) {
@@ -61,46 +85,48 @@ std::vector<VpcBoundingBoxAxisAligned> PcCoreVisibleNodeManager::getNodeBounding
     return boxes;
 }
 
-void PcCoreVisibleNodeManager::exportVisibleNodesAsPly(
+bool PcCoreVisibleNodeManager::exportVisibleNodesAsPly(
     const wxString& folder, bool flatView, const OdGePoint3d& camera, const OdGePoint3d& target,
     const OdGeVector3d& upVector, const OdGeExtents3d& dataBounds, double worldWidth,
     double worldHeight, double pixelSize, const VpcFrustumDef& viewFrustum) const {
-    ParameterText()
-        .Point3("Camera position: ", camera)
-        .Point3("Camera lookat  : ", target)
-        .Point3("Camera upVector: ", upVector)
-        .Bounds(dataBounds)
-        .World(worldWidth, worldHeight)
-        .Point3("View near center: ", viewFrustum.GetNearCenter())
-        .Point3("View far center:  ", viewFrustum.GetFarCenter())
-        .Line({" => so size of a pixel in world units is ", vpc::fixedText(pixelSize)})
-        .Line({"Current view mode => ",
-               flatView ? "flat pyramid level selection "
-                        : "dynamic pyramid node selection (increase closer to camera) "})
-        .WriteTo(inFolder(folder, "CameraParameters.txt"));
-    PlyIO::WriteAxisAlignedBoundingBoxes({boxOf(dataBounds)},
-                                         inFolder(folder, "DataBoundaries.ply"));
-    PlyIO::WriteFrustum(viewFrustum, inFolder(folder, "CameraViewFrustum.ply"));
-    PlyIO::WriteAxisAlignedBoundingBoxes(getNodeBoundingBoxes(visibleNodes_),
-                                         inFolder(folder, "InViewFrustum.ply"));
+    ExportFolder files(folder);
+    files.WriteText(
+        "CameraParameters.txt",
+        ParameterText()
+            .Point3("Camera position: ", camera)
+            .Point3("Camera lookat  : ", target)
+            .Point3("Camera upVector: ", upVector)
+            .Bounds(dataBounds)
+            .World(worldWidth, worldHeight)
+            .Point3("View near center: ", viewFrustum.GetNearCenter())
+            .Point3("View far center:  ", viewFrustum.GetFarCenter())
+            .Line({" => so size of a pixel in world units is ", vpc::fixedText(pixelSize)})
+            .Line({"Current view mode => ",
+                   flatView ? "flat pyramid level selection "
+                            : "dynamic pyramid node selection (increase closer to camera) "}));
+    files.WritePly("DataBoundaries.ply", std::vector{boxOf(dataBounds)});
+    files.WritePly("CameraViewFrustum.ply", viewFrustum);
+    files.WritePly("InViewFrustum.ply", getNodeBoundingBoxes(visibleNodes_));
+    return files.IsWhole();
 }
 
-void PcCoreVisibleNodeManager::exportPickNodesAsPly(
+bool PcCoreVisibleNodeManager::exportPickNodesAsPly(
     const wxString& folder, const OdGePoint3d& camera, const OdGePoint3d& target,
     const OdGeVector3d& upVector, const OdGePoint3d& pickPoint, const OdGeExtents3d& dataBounds,
     double worldWidth, double worldHeight, const VpcFrustumDef& pickFrustum) const {
+    ExportFolder files(folder);
     // Unlike the view's file, this one has no blank before the colon.
-    ParameterText()
-        .Point3("Camera position: ", camera)
-        .Point3("Camera lookat: ", target)
-        .Point3("Camera upVector: ", upVector)
-        .Point3("User pick point: ", pickPoint)
-        .Bounds(dataBounds)
-        .World(worldWidth, worldHeight)
-        .Point3("Pick near center: ", pickFrustum.GetNearCenter())
-        .Point3("Pick far center:  ", pickFrustum.GetFarCenter())
-        .WriteTo(inFolder(folder, "PickPointParameters.txt"));
-    PlyIO::WriteFrustum(pickFrustum, inFolder(folder, "PickPointFrustum.ply"));
-    PlyIO::WriteAxisAlignedBoundingBoxes(getNodeBoundingBoxes(pickNodes_),
-                                         inFolder(folder, "InPickFrustum.ply"));
+    files.WriteText("PickPointParameters.txt",
+                    ParameterText()
+                        .Point3("Camera position: ", camera)
+                        .Point3("Camera lookat: ", target)
+                        .Point3("Camera upVector: ", upVector)
+                        .Point3("User pick point: ", pickPoint)
+                        .Bounds(dataBounds)
+                        .World(worldWidth, worldHeight)
+                        .Point3("Pick near center: ", pickFrustum.GetNearCenter())
+                        .Point3("Pick far center:  ", pickFrustum.GetFarCenter()));
+    files.WritePly("PickPointFrustum.ply", pickFrustum);
+    files.WritePly("InPickFrustum.ply", getNodeBoundingBoxes(pickNodes_));
+    return files.IsWhole();
 }

@@ -5,6 +5,8 @@
 // from a place that they name, it gives zeros. How many there were is written to the file REPORT at
 // the end.
 //
+// A file below the folder that is opened for the programs that this one might start, too, ends it.
+//
 // The C library's calls within itself cannot be met: a buffered file fails where a program reads
 // it, writes it, or has its buffer written by a seek or by closing it.
 
@@ -121,6 +123,15 @@ ssize_t movedParts(int descriptor, const iovec* parts, int count, const Call& ca
     });
 }
 
+int uninherited(int descriptor, const std::string& file) {
+    const bool isChecked = descriptor >= 0 && file.rfind(plan().folder + "/", 0) == 0;
+    if (isChecked && (fcntl(descriptor, F_GETFD) & FD_CLOEXEC) == 0) {
+        std::fprintf(stderr, "%s would be inherited\n", file.c_str());
+        std::abort();
+    }
+    return descriptor;
+}
+
 bool canFlush(std::FILE* file) {
     std::size_t none = 0;
     if (__fpending(file) == 0 || succeeds("write", fileOf(fileno(file)), none)) return true;
@@ -138,7 +149,8 @@ int openat(int folder, const char* path, int flags, ...) {
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     const auto call = [&] { return REAL(openat)(folder, path, flags, mode); };
-    return unlessFails("open", fileOf(folder, path), call, -1);
+    const std::string file = fileOf(folder, path);
+    return uninherited(unlessFails("open", file, call, -1), file);
 }
 int open64(const char* path, int flags, ...) {
     va_list arguments;
@@ -149,7 +161,10 @@ int open64(const char* path, int flags, ...) {
 }
 std::FILE* fopen64(const char* path, const char* mode) {
     const auto call = [&] { return REAL(fopen64)(path, mode); };
-    return unlessFails("open", fileOf(AT_FDCWD, path), call, nullptr);
+    const std::string name = fileOf(AT_FDCWD, path);
+    std::FILE* const file = unlessFails("open", name, call, nullptr);
+    if (file != nullptr) uninherited(fileno(file), name);
+    return file;
 }
 char* mkdtemp(char* path) noexcept {
     const auto call = [&] { return REAL(mkdtemp)(path); };

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vpc::viewer {
 
 namespace {
 
 constexpr double memory = 0.85;  // what a measurement counts after the next one
-constexpr double outlier = 4.0;  // times what was expected
+constexpr double outlier = 3.0;  // times what was expected
 constexpr double leastMsPerPoint = 1e-8;
 constexpr double mostMsPerPoint = 1.0;
 constexpr double mostFixedMs = 1000.0;
@@ -19,15 +20,22 @@ constexpr double mostPoints = 1e12;
 
 void FrameBudget::Measured(std::size_t points, double milliseconds) {
     if (points == 0 || !std::isfinite(milliseconds) || milliseconds <= 0.0) return;
+    // A single wild figure is an accident; the second one in a row is another speed.
     const double expected = MillisecondsFor(points);
-    // A single wild figure pulls the model a bounded way only; if it holds, more will follow.
-    const double y = std::clamp(milliseconds, expected / outlier, expected * outlier);
+    const int wild = milliseconds > expected * outlier   ? 1
+                     : milliseconds < expected / outlier ? -1
+                                                         : 0;
+    const int before = std::exchange(wild_, wild);
+    if (wild != 0 && weight_ > 0.0) {
+        if (wild != before) return;
+        for (double* sum : {&weight_, &sumX_, &sumY_, &sumXX_, &sumXY_}) *sum *= 0.01;
+    }
     const double x = static_cast<double>(points);
     weight_ = memory * weight_ + 1.0;
     sumX_ = memory * sumX_ + x;
-    sumY_ = memory * sumY_ + y;
+    sumY_ = memory * sumY_ + milliseconds;
     sumXX_ = memory * sumXX_ + x * x;
-    sumXY_ = memory * sumXY_ + x * y;
+    sumXY_ = memory * sumXY_ + x * milliseconds;
 
     const double meanX = sumX_ / weight_;
     const double meanY = sumY_ / weight_;
@@ -47,7 +55,9 @@ double FrameBudget::MillisecondsFor(std::size_t points) const {
 }
 
 std::size_t FrameBudget::PointsIn(double milliseconds) const {
-    const double points = (milliseconds - fixedMs_) / msPerPoint_;
+    // A third of the time is for points at least: many thin slices would mostly wait.
+    const double left = std::max(0.5 * fixedMs_, milliseconds - fixedMs_);
+    const double points = left / msPerPoint_;
     // A number that is none is not above anything.
     return static_cast<std::size_t>(points > fewestPoints ? std::min(points, mostPoints)
                                                           : fewestPoints);

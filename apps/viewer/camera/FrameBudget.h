@@ -8,8 +8,8 @@ namespace vpc::viewer {
 /// measurements count less and less.
 class FrameBudget {
 public:
-    /// Tells how long it took to draw points. What cannot be is ignored, and a single outlier does
-    /// little.
+    /// Tells how long it took to draw points. What cannot be is ignored, and so is a single
+    /// outlier; two in a row are another speed.
     void Measured(std::size_t points, double milliseconds);
 
     /// How long that many points will take.
@@ -29,6 +29,8 @@ private:
     double sumY_ = 0.0;
     double sumXX_ = 0.0;
     double sumXY_ = 0.0;
+    int wild_ =
+        0;  // whether the last measurement was far above (1) or below (-1) what was expected
 };
 
 }  // namespace vpc::viewer

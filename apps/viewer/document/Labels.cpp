@@ -37,7 +37,11 @@ std::string decimalText(double number, int decimals) {
 
 std::string exactText(double number) {
     std::array<char, 40> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+    const double size = std::abs(number);
+    const bool isPlain = size == 0.0 || (size >= 1e-6 && size < 1e15);
+    const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format).ptr;
     return {buffer.data(), end};
 }
 

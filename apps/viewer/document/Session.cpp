@@ -22,7 +22,8 @@ constexpr std::size_t mostItems = 10'000;
 constexpr std::size_t longestText = 32'768;
 
 std::filesystem::path folderOf(const std::string& sessionFile) {
-    return std::filesystem::absolute(sessionFile).lexically_normal().parent_path();
+    std::error_code ignored;  // the working folder is gone: nothing is below the session's then
+    return std::filesystem::absolute(sessionFile, ignored).lexically_normal().parent_path();
 }
 
 // Writing

@@ -28,7 +28,8 @@ public:
     /// \param pluginFile path of libvpc_plugin.so
     /// \param failed     gets a sentence when the plug-in cannot be loaded; nothing works then
     Engine(std::string pluginFile, Post post, std::function<void(const Problem&)> failed);
-    /// Waits for the call that the plug-in is in; what waits behind it is dropped.
+    /// Waits for the call that the plug-in is in; what waits behind it is dropped, and answers that
+    /// are on their way do nothing any more.
     ~Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
@@ -50,8 +51,8 @@ public:
     /// answered; `done` of an answered one may come after a newer request was made.
     void Update(const ViewRequest& request, std::function<void(const ViewResult&)> done);
     /// Writes the points of the last update into `memory`, which must be as large as that update's
-    /// `shown` and must stay until `done`. `done` gets how many were written: fewer where another
-    /// update came between.
+    /// `shown` and must stay until `done` or the engine's end. `done` gets how many were written:
+    /// fewer where another update came between.
     void Fetch(std::span<PointVertex> memory, const glm::dvec3& origin,
                std::function<void(std::size_t)> done);
     /// The point at a pixel of the last update's view, as the plug-in's snap finds it; the nearest
@@ -66,7 +67,7 @@ public:
     void SetProperty(int id, int property, const Property::Value& value,
                      std::function<void(const Entity&, const Problem&)> done);
 
-    /// Whether a call is being made or waits.
+    /// Whether a call waits, is being made or has an answer on the way to the window's thread.
     bool IsBusy() const;
 
 private:

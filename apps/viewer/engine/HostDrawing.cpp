@@ -71,10 +71,8 @@ Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
     opened.problem = problemOf([&] {
         auto cloud = std::make_unique<PointCloud>(plugin_, drawing_, entity);
         if (clouds_.empty()) drawing_.setINSUNITS(cloud->Unit());
-        if (!asGiven) {
-            opened.entity = Placed(entity, *cloud);
-            cloud->SetState(opened.entity);
-        }
+        if (!asGiven) cloud->SetState(Placed(entity, *cloud));
+        opened.entity = cloud->State();
         opened.box = cloud->Bounds();
         opened.points = cloud->Total();
         opened.unit = UnitName(*cloud);
@@ -83,7 +81,7 @@ Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
     return opened;
 }
 
-Entity HostDrawing::Placed(Entity entity, const PointCloud& cloud) const {
+Entity HostDrawing::Placed(const Entity& entity, const PointCloud& cloud) const {
     Entity placed;
     placed.id = entity.id;
     placed.file = entity.file;
@@ -113,7 +111,8 @@ ViewResult HostDrawing::Update(const ViewRequest& request) {
 }
 
 std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
-    constexpr double fewest = 1000.0;
+    // The coarsest level of a tree fits in, as a rule, so that no small file vanishes.
+    constexpr double fewest = 20'000.0;
     double all = 0.0;
     for (const Entity& entity : drawing.entities)
         if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr && entity.visible)
@@ -159,7 +158,7 @@ ShownEntity HostDrawing::ShowOne(const ViewRequest& request, const Entity& entit
     shown.id = entity.id;
     PointCloud* const cloud = Find(entity.id);
     if (cloud == nullptr) {
-        shown.problem = "'" + entity.file + "' is not open.";
+        shown.problem = quoted(entity.file) + " is not open.";
         return shown;
     }
     const std::string problem = problemOf([&] {
@@ -224,7 +223,10 @@ std::pair<Entity, std::string> HostDrawing::SetProperty(int id, int property,
     std::string refused;
     const std::string problem =
         problemOf([&] { refused = palette_.Set(cloud->HostEntity(), property, value); });
-    return {cloud->State(), problem.empty() ? refused : problem};
+    const Entity state = cloud->State();
+    // What is fetched or picked before the next update must not take the change back.
+    if (Entity* const known = request_.drawing.Find(id)) *known = state;
+    return {state, problem.empty() ? refused : problem};
 }
 
 }  // namespace vpc::viewer

@@ -33,7 +33,8 @@ public:
 
 private:
     PointCloud* Find(int id);
-    Entity Placed(Entity entity, const PointCloud& cloud) const;
+    /// The entity of a new file: its own name, and a scale for its unit.
+    Entity Placed(const Entity& entity, const PointCloud& cloud) const;
     std::string UnitName(PointCloud& cloud) const;
     /// How many points each of the visible clouds may show.
     std::map<int, unsigned long long> Shares(const Drawing& drawing);

@@ -6,17 +6,14 @@
 
 #include <glm/geometric.hpp>
 
+#include "viewer/camera/CameraGuard.h"
+
 namespace vpc::viewer {
 
 namespace {
 
 bool isFinite(const glm::dvec3& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
-bool isFinite(const ViewCamera& camera) {
-    return isFinite(camera.eye) && isFinite(camera.target) && isFinite(camera.up) &&
-           std::isfinite(camera.fieldHeight) && camera.Distance() > 0.0;
 }
 
 /// How far ahead of the eye the corners of a box lie.
@@ -46,7 +43,7 @@ HostView::HostView(const ViewCamera& camera, const draw::ImageSize& size,
     : camera_(camera),
       size_(size),
       placement_(placement),
-      isSound_(isFinite(camera) && isSound(placement)) {
+      isSound_(isSound(camera) && isSound(placement)) {
     if (!isSound_) return;
     if (!box.IsEmpty()) PlaceEye(box);
     eye_ = ToHost(camera_.eye);
@@ -82,6 +79,13 @@ void HostView::PlaceEye(const Box& box) {
 bool HostView::operator==(const HostView& other) const {
     return camera_ == other.camera_ && size_ == other.size_ && placement_ == other.placement_ &&
            shift_ == other.shift_;
+}
+
+bool HostView::SeesCentreOf(const Box& box) const {
+    const glm::dvec3 centre = placement_.ToDrawing(box.Centre());
+    const auto seen = camera_.ProjectionTo(size_).Of({centre.x, centre.y, centre.z});
+    return seen.depth > 0.0 && seen.column >= 0.0 && seen.column < size_.width && seen.row >= 0.0 &&
+           seen.row < size_.height;
 }
 
 OdGePoint3d HostView::ToHost(const glm::dvec3& place) const {

@@ -104,17 +104,17 @@ std::string Palette::Set(PcDbPointCloud& entity, int property, const Property::V
         std::find_if(entries.begin(), entries.end(),
                      [property](const OPMPropertyEntry& one) { return one.id == property; });
     if (entry == entries.end()) return "The palette knows no such property.";
-    const std::string name = fromHostText(entry->name);
+    const std::string name = quoted(fromHostText(entry->name));
     const OPMVariant variant = toVariant(value, *entry, ValueOf(entity, *entry).varType());
-    if (variant.varType() == OPMVariant::kNull) return "That is no value for '" + name + "'.";
+    if (variant.varType() == OPMVariant::kNull) return "That is no value for " + name + ".";
     const auto tried = Tried(entity, *entry, variant);
-    if (!tried) return "'" + name + "' cannot be set to that.";
+    if (!tried) return name + " cannot be set to that.";
     const Entity before = stateOf(entity, {});
     if (tried->placement != before.placement) {
         if (before.locked && tried->locked)
-            return "'" + before.name + "' is locked and stays where it is. Unlock it first.";
+            return quoted(before.name) + " is locked and stays where it is. Unlock it first.";
         if (!isSound(tried->placement))
-            return "'" + name + "' has to be a number" +
+            return name + " has to be a number" +
                    (tried->placement.scale == before.placement.scale ? "." : " above 0.");
     }
     extension_.setPropertyValue(&entity, entry->id, entry->name, variant);

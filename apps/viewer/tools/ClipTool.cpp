@@ -63,6 +63,10 @@ bool ClipTool::OnRelease(const MouseInput& input) {
     return true;
 }
 
+void ClipTool::OnCancel() {
+    if (shape_ == Shape::Box) Clear();
+}
+
 bool ClipTool::OnMove(const MouseInput& input) {
     if (shape_ != Shape::Polygon || corners_.empty()) return false;
     cursor_ = CornerAt(input.place);

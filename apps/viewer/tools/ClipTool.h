@@ -19,6 +19,7 @@ public:
     bool OnPress(const MouseInput& input) override;
     bool OnDrag(const MouseInput& input) override;
     bool OnRelease(const MouseInput& input) override;
+    void OnCancel() override;
     bool OnMove(const MouseInput& input) override;
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;

@@ -1,6 +1,7 @@
 #include "viewer/tools/NavigationTool.h"
 
 #include <numbers>
+#include <utility>
 
 #include "viewer/camera/Ray.h"
 #include "viewer/camera/StandardView.h"
@@ -23,6 +24,7 @@ glm::ivec2 middleOf(const draw::ImageSize& size) {
 }  // namespace
 
 bool NavigationTool::OnPress(const MouseInput& input) {
+    Rest();
     const bool turns = input.button == MouseButton::Left && !input.shift;
     if (turns && input.isDouble) Hold(input.place);
     switch (input.button) {
@@ -43,19 +45,23 @@ bool NavigationTool::OnPress(const MouseInput& input) {
 
 bool NavigationTool::OnDrag(const MouseInput& input) {
     if (motion_ == Motion::None) return false;
+    dragged_ = true;
     Show(MovedTo(input.place));
     return true;
 }
 
 bool NavigationTool::OnRelease(const MouseInput& input) {
     if (motion_ == Motion::None) return false;
-    if (input.place != press_) {
-        Show(MovedTo(input.place));
-        host_.KeepView();
-    }
+    if (dragged_ || input.place != press_) Show(MovedTo(input.place));
+    dragged_ = input.place != press_;
+    OnCancel();
+    return true;
+}
+
+void NavigationTool::OnCancel() {
+    if (std::exchange(dragged_, false)) host_.KeepView();
     motion_ = Motion::None;
     host_.RedrawShapes();
-    return true;
 }
 
 bool NavigationTool::OnKey(ToolKey key) {
@@ -75,7 +81,7 @@ void NavigationTool::AddShapes(Shapes& shapes) const {
 
 void NavigationTool::Zoom(const glm::ivec2& place, double steps) {
     if (motion_ != Motion::None) return;  // the wheel turns easily while its button is down
-    host_.SetCamera(zoom(host_.Camera(), PivotAt(place), steps, LeastStep()));
+    Show(zoom(host_.Camera(), PivotAt(place), steps, LeastStep()));
     moved_ = true;
 }
 
@@ -96,7 +102,7 @@ void NavigationTool::Rest() {
 void NavigationTool::SetHorizon(Horizon horizon) {
     horizon_ = horizon;
     if (horizon != Horizon::Level) return;
-    host_.SetCamera(levelled(host_.Camera()));
+    Show(levelled(host_.Camera()));
     host_.KeepView();
 }
 
@@ -144,8 +150,8 @@ void NavigationTool::MoveBy(Motion motion, const glm::ivec2& pixels) {
 }
 
 void NavigationTool::Begin(Motion motion, const glm::ivec2& place) {
-    Rest();
     motion_ = motion;
+    dragged_ = false;
     press_ = place;
     grabbed_ = motion == Motion::Turn && held_ ? *held_ : PivotAt(place);
     // Scales and parallel views hold for what one works at.

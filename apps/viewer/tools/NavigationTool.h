@@ -20,6 +20,8 @@ public:
     bool OnPress(const MouseInput& input) override;
     bool OnDrag(const MouseInput& input) override;
     bool OnRelease(const MouseInput& input) override;
+    /// The view stays where the drag has brought it.
+    void OnCancel() override;
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;
 
@@ -58,6 +60,7 @@ private:
     std::optional<glm::dvec3> held_;
     Motion motion_ = Motion::None;
     glm::ivec2 press_{0, 0};
+    bool dragged_ = false;
     ViewCamera start_;  // the camera at the press: every drag is computed from there
     glm::dvec3 grabbed_{0.0, 0.0, 0.0};
     bool moved_ = false;  // zoomed or moved by keys since the view was kept

@@ -37,21 +37,22 @@ PickTool::PickTool(ToolHost& host) : host_(host) {
 
 bool PickTool::OnPress(const MouseInput& input) {
     if (input.button != MouseButton::Left || input.shift) return false;
-    press_ = input.place;
+    press_ = input;
     return true;
 }
 
 bool PickTool::OnDrag(const MouseInput& input) {
-    return isClick(press_, input.place);
+    return isClick(press_.place, input.place);
 }
 
 bool PickTool::OnRelease(const MouseInput&) {
-    host_.PickAt(press_, answers_.Expect<std::optional<Pick>>([this](const auto& pick) {
+    const auto add = [this, isDouble = press_.isDouble](const std::optional<Pick>& pick) {
         if (pick)
-            Add(*pick);
+            Add(*pick, isDouble);
         else
             host_.Say("There is no point there. Click on a point, or zoom in first.");
-    }));
+    };
+    host_.PickAt(press_.place, answers_.Expect<std::optional<Pick>>(add));
     return true;
 }
 
@@ -124,7 +125,9 @@ void PickTool::Clear() {
     host_.RedrawShapes();
 }
 
-void PickTool::Add(const Pick& pick) {
+void PickTool::Add(const Pick& pick, bool isDouble) {
+    // Who double-clicks means one point.
+    if (isDouble && picks_.size() == 1 && picks_.front().place == pick.place) return;
     if (picks_.size() == 2) picks_.clear();
     picks_.push_back(pick);
     SayPicks();

@@ -36,13 +36,13 @@ public:
 
 private:
     void Clear();
-    void Add(const Pick& pick);
+    void Add(const Pick& pick, bool isDouble);
     void SayPicks();
     std::string FileOf(const Pick& pick) const;
     std::string TextOf(const Pick& pick) const;
 
     ToolHost& host_;
-    glm::ivec2 press_{0, 0};
+    MouseInput press_;
     std::vector<Pick> picks_;
     Answers answers_;
 };

@@ -77,7 +77,7 @@ bool SectionTool::OnPress(const MouseInput& input) {
     dragged_ = SectionAt(input.place);
     if (!dragged_) return false;
     hovered_ = dragged_;
-    start_ = host_.GetDrawing();
+    start_ = preview_ = host_.GetDrawing();
     const Section& section = start_.sections[*dragged_];
     const Box shown = host_.ShownBox();
     handle_ = handleOf(section, shown);
@@ -91,7 +91,9 @@ bool SectionTool::OnPress(const MouseInput& input) {
 
 bool SectionTool::OnDrag(const MouseInput& input) {
     if (mode_ == Mode::ThreePicks) return isClick(press_, input.place);
-    if (dragged_) host_.Preview(DraggedTo(input.place));
+    if (!dragged_) return true;
+    preview_ = DraggedTo(input.place);
+    host_.Preview(preview_);
     return true;
 }
 
@@ -107,13 +109,21 @@ bool SectionTool::OnRelease(const MouseInput& input) {
     }
     if (!dragged_) return false;
     const Drawing drawing = DraggedTo(input.place);
+    if (drawing == start_) {
+        OnCancel();
+        return true;
+    }
     dragged_.reset();
-    if (drawing == start_)
-        host_.Preview(start_);
-    else
-        host_.Change("move section", drawing);
+    host_.Change("move section", drawing);
     host_.RedrawShapes();
     return true;
+}
+
+void SectionTool::OnCancel() {
+    if (!dragged_) return;
+    dragged_.reset();
+    if (!(preview_ == start_)) host_.Preview(start_);
+    host_.RedrawShapes();
 }
 
 bool SectionTool::OnMove(const MouseInput& input) {
@@ -127,8 +137,7 @@ bool SectionTool::OnKey(ToolKey key) {
     switch (key) {
         case ToolKey::Escape:
             if (dragged_) {
-                dragged_.reset();
-                host_.Preview(start_);
+                OnCancel();
             } else if (!places_.empty()) {
                 answers_.Drop();
                 places_.clear();
@@ -158,7 +167,7 @@ bool SectionTool::OnKey(ToolKey key) {
 }
 
 void SectionTool::AddShapes(Shapes& shapes) const {
-    const Drawing& drawing = host_.GetDrawing();
+    const Drawing& drawing = ShownDrawing();
     const Box shown = host_.ShownBox();
     addSectionShapes(shapes, drawing, shown, hovered_);
     for (std::size_t i = 0; mode_ == Mode::Move && i < drawing.sections.size(); ++i) {
@@ -236,7 +245,8 @@ void SectionTool::Remove(std::size_t index) {
 }
 
 void SectionTool::AddPlace(const glm::dvec3& place) {
-    if (mode_ != Mode::ThreePicks) return;
+    // A double click means one place.
+    if (mode_ != Mode::ThreePicks || (!places_.empty() && places_.back() == place)) return;
     places_.push_back(place);
     if (places_.size() == 3) {
         try {

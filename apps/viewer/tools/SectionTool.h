@@ -20,6 +20,7 @@ public:
     bool OnPress(const MouseInput& input) override;
     bool OnDrag(const MouseInput& input) override;
     bool OnRelease(const MouseInput& input) override;
+    void OnCancel() override;
     bool OnMove(const MouseInput& input) override;
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;
@@ -37,13 +38,16 @@ private:
     void Remove(std::size_t index);
     void AddPlace(const glm::dvec3& place);
     void SayNext();
+    /// As it is shown while a drag goes on.
+    const Drawing& ShownDrawing() const { return dragged_ ? preview_ : host_.GetDrawing(); }
 
     ToolHost& host_;
     Mode mode_;
     glm::ivec2 press_{0, 0};
     std::optional<std::size_t> hovered_;
     std::optional<std::size_t> dragged_;
-    Drawing start_;                     // at the press
+    Drawing start_;  // at the press
+    Drawing preview_;
     glm::dvec3 handle_{0.0, 0.0, 0.0};  // of the dragged section, at the press
     double grabbed_ = 0.0;              // AlongNormal at the press
     double reach_ = 0.0;                // how far a drag may lead

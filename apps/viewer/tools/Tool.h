@@ -76,6 +76,9 @@ public:
     /// The mouse moved to `place` while the button of the last press that was taken is down.
     virtual bool OnDrag(const MouseInput&) { return false; }
     virtual bool OnRelease(const MouseInput&) { return false; }
+    /// The press that was taken gets no release: the window lost the mouse, or another tool comes.
+    /// What a drag previews is put back.
+    virtual void OnCancel() {}
     /// The mouse moved without a button.
     virtual bool OnMove(const MouseInput&) { return false; }
     virtual bool OnKey(ToolKey) { return false; }

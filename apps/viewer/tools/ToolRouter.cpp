@@ -5,7 +5,7 @@
 namespace vpc::viewer {
 
 void ToolRouter::Use(Tool* tool) {
-    if (holder_ != nullptr && holder_ == tool_) holder_ = nullptr;
+    if (holder_ == tool_) Cancel();
     tool_ = tool;
 }
 
@@ -40,9 +40,7 @@ void ToolRouter::Release(const MouseInput& input) {
 }
 
 void ToolRouter::Cancel() {
-    MouseInput end = last_;
-    end.button = press_.button;
-    Release(end);
+    if (Tool* holder = std::exchange(holder_, nullptr)) holder->OnCancel();
 }
 
 bool ToolRouter::Key(ToolKey key) {

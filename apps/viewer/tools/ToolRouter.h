@@ -14,15 +14,15 @@ public:
     /// \param navigation stays with the caller and must outlive the router
     explicit ToolRouter(Tool& navigation) : navigation_(navigation) {}
 
-    /// \param tool null for navigation alone; stays with the caller. A press under way is
-    /// forgotten.
+    /// Ends a press that the last tool has taken, so that tool must still be there.
+    /// \param tool null for navigation alone; stays with the caller
     void Use(Tool* tool);
 
     void Press(const MouseInput& input);
     /// The mouse moved, with or without a button.
     void Move(const MouseInput& input);
     void Release(const MouseInput& input);
-    /// The window lost the mouse: the drag ends where it was last.
+    /// The window lost the mouse.
     void Cancel();
     bool Key(ToolKey key);
     void AddShapes(Shapes& shapes) const;

@@ -39,18 +39,20 @@ bool WalkTool::OnPress(const MouseInput& input) {
 
 bool WalkTool::OnDrag(const MouseInput& input) {
     last_ = input.place;
+    moved_ = true;
     host_.SetCamera(LookedTo(input.place));
     return true;
 }
 
 bool WalkTool::OnRelease(const MouseInput& input) {
-    looking_ = false;
-    if (input.place != press_ || moved_) {
-        host_.SetCamera(LookedTo(input.place));
-        host_.KeepView();
-    }
-    moved_ = false;
+    if (input.place != last_) OnDrag(input);
+    OnCancel();
     return true;
+}
+
+void WalkTool::OnCancel() {
+    looking_ = false;
+    Rest();
 }
 
 bool WalkTool::OnKey(ToolKey key) {

@@ -14,6 +14,7 @@ public:
     bool OnPress(const MouseInput& input) override;
     bool OnDrag(const MouseInput& input) override;
     bool OnRelease(const MouseInput& input) override;
+    void OnCancel() override;
     bool OnKey(ToolKey key) override;
 
     /// A step of a key, in paces; fractions where the window divides a held key's time.

@@ -70,7 +70,7 @@ std::string commandFor(const Signature& signature, const std::string& file) {
 
 std::string readHead(const std::string& file) {
     const wxString name = FileTools::FromNativePath(file);
-    const FileHandle stream(std::fopen(file.c_str(), "rb"));
+    const FileHandle stream(std::fopen(file.c_str(), "rbe"));
     if (stream == nullptr) throw IoError(name, "cannot be read", errno);
     std::string head(headBytes, '\0');
     head.resize(std::fread(head.data(), 1, head.size(), stream.get()));

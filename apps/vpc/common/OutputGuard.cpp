@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <sstream>
 #include <system_error>
 
+#include "core/util/FileHandle.h"
 #include "core/util/IoError.h"
 #include "vpc/common/Command.h"
 #include "vpc/common/FileKind.h"
@@ -52,9 +52,9 @@ std::size_t numbersOf(const std::string& line) {
 /// The same for the first lines of a text, the one with the most numbers.
 std::size_t numbersWithin(const std::string& file, int lines) {
     std::size_t most = 0;
-    std::ifstream text(file);
+    const FileHandle text(std::fopen(file.c_str(), "re"));
     std::string line;
-    for (int i = 0; i < lines && std::getline(text, line); ++i)
+    for (int i = 0; i < lines && readLine(text.get(), line); ++i)
         most = std::max(most, numbersOf(line));
     return most;
 }
@@ -85,7 +85,10 @@ void requireNoScan(const std::string& output) {
 void requireLogOrNothing(const std::string& log) {
     const auto there = kindOfExisting(log);
     if (!there) return;
-    const bool isLog = there->type == FileKind::Type::Text && std::ifstream(log).peek() == '[';
+    std::string line;
+    const FileHandle text(std::fopen(log.c_str(), "re"));
+    const bool isLog =
+        there->type == FileKind::Type::Text && readLine(text.get(), line) && line.starts_with('[');
     if (!isLog) refuse(log, *there, "a log");
 }
 

@@ -42,7 +42,7 @@ std::string reason(int error) {
 }
 
 std::string readWhole(const std::string& file) {
-    const FileHandle stream(std::fopen(file.c_str(), "rb"));
+    const FileHandle stream(std::fopen(file.c_str(), "rbe"));
     const auto fail = [&]() -> std::string {
         throw CommandError("the list '" + file + "' cannot be read" + reason(errno) +
                            "; check its name");

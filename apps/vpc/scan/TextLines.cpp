@@ -25,7 +25,7 @@ constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
 TextLines::TextLines(const std::string& file)
     : name_(file),
-      file_(std::fopen(file.c_str(), "rb")),
+      file_(std::fopen(file.c_str(), "rbe")),
       buffer_(std::make_unique_for_overwrite<char[]>(longest + padding)) {
     if (file_ == nullptr) throw IoError(FileTools::FromNativePath(file), "cannot be opened", errno);
     // The blocks are as large as the buffer of the stream could ever be.

@@ -18,7 +18,7 @@ constexpr std::size_t countWidth = 20;
 }  // namespace
 
 TextScanCopy::TextScanCopy(const std::string& file)
-    : name_(file), file_(std::fopen(file.c_str(), "wb")) {
+    : name_(file), file_(std::fopen(file.c_str(), "wbe")) {
     if (file_ == nullptr) Fail();
     text_.reserve(pieceBytes + pieceBytes / 8);
 }

@@ -144,7 +144,7 @@ private:
 
 LasProjection LasProjection::Read(const std::string& file) {
     LasProjection projection;
-    const FileHandle handle(std::fopen(file.c_str(), "rb"));
+    const FileHandle handle(std::fopen(file.c_str(), "rbe"));
     if (handle) Reader(handle.get(), projection).Read();
     return projection;
 }

@@ -18,8 +18,8 @@ namespace {
 constexpr std::size_t scratchCharacters = 1024;
 
 const char* cMode(VpcFileMode mode, bool append) {
-    if (mode != FileModeWrite) return "rb";
-    return append ? "ab" : "wb";
+    if (mode != FileModeWrite) return "rbe";
+    return append ? "abe" : "wbe";
 }
 
 bool isFolder(std::FILE* file) {

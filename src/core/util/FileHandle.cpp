@@ -13,4 +13,12 @@ void startWriteBack(std::FILE* file) {
 #endif
 }
 
+bool readLine(std::FILE* file, std::string& line) {
+    line.clear();
+    int c = file == nullptr ? EOF : std::getc(file);
+    if (c == EOF) return false;
+    for (; c != EOF && c != '\n'; c = std::getc(file)) line += static_cast<char>(c);
+    return true;
+}
+
 }  // namespace vpc

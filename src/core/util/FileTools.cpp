@@ -43,7 +43,7 @@ std::uint32_t codeUnit(const unsigned char* bytes, const TextEncoding& encoding)
 }
 
 vpc::FileHandle openToRead(const wxString& path) {
-    return vpc::FileHandle(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
+    return vpc::FileHandle(std::fopen(FileTools::ToNativePath(path).c_str(), "rbe"));
 }
 
 /// Hands `use` the code units of a text file until it returns false.

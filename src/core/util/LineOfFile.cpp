@@ -23,7 +23,7 @@ bool isSpace(char c) {
 }
 
 FileHandle openAt(const wxString& path, unsigned long long position) {
-    FileHandle file(std::fopen(FileTools::ToNativePath(path).c_str(), "rb"));
+    FileHandle file(std::fopen(FileTools::ToNativePath(path).c_str(), "rbe"));
     if (file != nullptr && fseeko(file.get(), static_cast<off_t>(position), SEEK_SET) != 0)
         file.reset();
     return file;

@@ -22,6 +22,7 @@ public:
     /// Starts a log, overwriting an older file, and the process timer. Does nothing while a log is
     /// open.
     void Open(const wxString& path);
+    bool IsOpen() const { return file_.IsOpened(); }
     /// Adds a line, or writes it over the last one. The file is not cut off: where the last line
     /// was longer, its end remains behind the new one.
     void Add(const wxString& text, bool replaceLastLine = false);

@@ -5,9 +5,8 @@
 #include <wx/string.h>
 
 #include "core/util/VpcDefinitions.h"
+#include "tree/construct/PrepareObserver.h"
 #include "tree/construct/TreePrepareResult.h"
-
-class PrepareObserver;
 
 /// Turns scan files into one point tree file: the only way into tree construction.
 class PcCorePointPrepare {

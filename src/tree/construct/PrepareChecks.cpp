@@ -162,7 +162,7 @@ std::optional<PrepareFinding> PrepareChecks::FaultOfFile(const wxString& scan) {
         return fault(_("cannot be looked at") + why, _("check its folders' rights"));
     }
     if (!S_ISREG(status->st_mode)) return fault(_("is no regular file"), _("name scan files only"));
-    if (!opens(file, "rb")) {
+    if (!opens(file, "rbe")) {
         const wxString why = reason();
         return fault(_("cannot be read") + why, _("change its permissions"));
     }
@@ -207,7 +207,7 @@ bool PrepareChecks::HasFormat(const std::string& scan) {
 }
 
 bool PrepareChecks::OpensForUpdate(const std::string& scan) {
-    if (format_ == DataFormat_LAS || opens(scan, "r+b")) return true;
+    if (format_ == DataFormat_LAS || opens(scan, "r+be")) return true;
     const wxString why = reason();
     Tell(Kind::Scan, scan,
          _("cannot be written") + why +
@@ -235,7 +235,7 @@ void PrepareChecks::CheckLog() {
         return Tell(Kind::Log, log_, _("cannot be the log, since it is a scan or the output"),
                     _("choose another name"));
     const auto status = statusOf(log_);
-    if ((status && !S_ISREG(status->st_mode)) || !opens(log_, "ab"))
+    if ((status && !S_ISREG(status->st_mode)) || !opens(log_, "abe"))
         return Tell(Kind::LogNotWritable, log_, _("cannot be written as the log"),
                     _("choose another name"));
     // Through a link it is the file at its end that was made.

@@ -25,7 +25,7 @@ std::string pointText(const VpcCoordinate3D& corner) {
 }  // namespace
 
 bool TreeSummaryWriter::Write(const wxString& fileName) {
-    file_ = std::fopen(FileTools::ToNativePath(fileName).c_str(), "w");
+    file_ = std::fopen(FileTools::ToNativePath(fileName).c_str(), "we");
     if (file_ == nullptr) return false;
     WriteLine("Point tree File format Version " + std::to_string(tree_.vptVersion));
     const auto summary = tree_.GetNodePointSummary();

@@ -197,10 +197,19 @@ std::span<const char> VpcDiskTree::ReadPointRecords(unsigned long long position,
     const unsigned long long bytes =
         recordSize * std::min(count, (file_->Size() - position) / recordSize);
     ReserveRecords(bytes);
-    const unsigned long long read = file_->Read(position, records_.get(), bytes);
+    const unsigned long long whole =
+        file_->Read(position, records_.get(), bytes) / recordSize * recordSize;
     // The file has become shorter since it was loaded, or its disk fails.
-    if (read < bytes) lacksPoints_ = true;
-    return {records_.get(), read / recordSize * recordSize};
+    missingPoints_ += (bytes - whole) / recordSize;
+    return {records_.get(), whole};
+}
+
+wxString VpcDiskTree::WhyPointsAreMissing() const {
+    if (!LacksPoints()) return {};
+    const int reason = file_->SystemError();
+    const wxString problem =
+        reason == 0 ? _("has become shorter since it was loaded") : _("cannot be read");
+    return vpc::IoError(fileName_, problem, reason).Message();
 }
 
 void VpcDiskTree::ReserveRecords(unsigned long long bytes) {
@@ -229,5 +238,5 @@ void VpcDiskTree::Clear() {
     file_.reset();
     records_.reset();
     recordsCapacity_ = 0;
-    lacksPoints_ = false;
+    missingPoints_ = 0;
 }

@@ -75,8 +75,12 @@ public:
     /// Reads point records with one seek and one read: those that the file really has, whole ones
     /// only. They are valid until the next call.
     std::span<const char> ReadPointRecords(unsigned long long position, unsigned long long count);
-    /// Whether that ever gave fewer than were asked for: views since then may lack points.
-    bool LacksPoints() const { return lacksPoints_; }
+    /// How many points fewer that gave than were asked for, in all calls since the tree was loaded.
+    unsigned long long MissingPoints() const { return missingPoints_; }
+    /// Whether it ever gave fewer: views since then may lack points.
+    bool LacksPoints() const { return missingPoints_ != 0; }
+    /// A sentence that names the file; empty where no points are missing.
+    wxString WhyPointsAreMissing() const;
 
 private:
     friend class VpcDiskNode;
@@ -120,5 +124,5 @@ private:
     /// Holds the point records of one node.
     std::unique_ptr<char[]> records_;
     unsigned long long recordsCapacity_ = 0;
-    bool lacksPoints_ = false;
+    unsigned long long missingPoints_ = 0;
 };

@@ -97,8 +97,12 @@ unsigned long long PointTreeReader::Read(unsigned long long position, char* targ
     return end > position ? std::min(end - position, count) : 0;
 }
 
+int PointTreeReader::SystemError() const {
+    return stream_->SystemError();
+}
+
 void PointTreeReader::FailReading() const {
-    throw IoError(fileName_, _("cannot be read"), stream_->SystemError());
+    throw IoError(fileName_, _("cannot be read"), SystemError());
 }
 
 }  // namespace vpc

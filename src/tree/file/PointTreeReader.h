@@ -70,6 +70,9 @@ public:
     /// Reads up to `count` bytes at `position` into `target`.
     /// \return how many could be read: fewer than `count` where the file ends or its disk fails
     unsigned long long Read(unsigned long long position, char* target, unsigned long long count);
+    /// The system's reason (errno) for the first failure; 0 where nothing has failed but for reads
+    /// beyond the file's end.
+    int SystemError() const;
     /// Throws the IoError for bytes that Read should have given, with the system's reason.
     [[noreturn]] void FailReading() const;
 

@@ -1,7 +1,7 @@
 #include "viewer/document/Placement.h"
 
-#include <glm/geometric.hpp>
 #include <gtest/gtest.h>
+#include <glm/geometric.hpp>
 
 namespace vpc::viewer {
 namespace {
