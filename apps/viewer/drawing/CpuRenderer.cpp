@@ -17,6 +17,9 @@ namespace vpc::viewer {
 
 namespace {
 
+/// No drawing is as large.
+constexpr float beyondAll = 1e30F;
+
 draw::Point3 toPoint(const glm::dvec3& v) {
     return {v.x, v.y, v.z};
 }
@@ -89,8 +92,10 @@ private:
         glm::vec3 min(std::numeric_limits<float>::max());
         glm::vec3 max(-std::numeric_limits<float>::max());
         for (const PointVertex& point : points_) {
+            // What is no number, or beyond all, is not drawn either.
+            const float size = std::abs(point.x) + std::abs(point.y) + std::abs(point.z);
+            if (!(size < beyondAll)) continue;
             const glm::vec3 place(point.x, point.y, point.z);
-            // A NaN changes neither.
             min = glm::min(min, place);
             max = glm::max(max, place);
         }
