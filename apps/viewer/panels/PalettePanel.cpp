@@ -14,6 +14,8 @@ namespace vpc::viewer {
 
 namespace {
 
+const Property::Value firstChoice = 0LL;
+
 wxString gridName(const Property& property) {
     return wxString::Format("%d", property.id);
 }
@@ -113,10 +115,29 @@ void PalettePanel::ShowValues() {
     grid_->Refresh();
 }
 
+const Property* PalettePanel::Find(const std::string& name) const {
+    const auto found =
+        std::find_if(properties_.begin(), properties_.end(),
+                     [&name](const Property& property) { return property.name == name; });
+    return found == properties_.end() ? nullptr : &*found;
+}
+
 void PalettePanel::OnChanged(wxPropertyGridEvent& event) {
     const wxPGProperty* line = event.GetProperty();
-    for (const Property& property : properties_)
-        if (gridName(property) == line->GetName()) edit_(property, valueOf(*line, property));
+    for (const Property& property : properties_) {
+        if (gridName(property) != line->GetName()) continue;
+        const PropertyEdit edit{property, valueOf(*line, property)};
+        std::vector<PropertyEdit> edits;
+        // The scan's colours are the first choice of both. Elevations without a scheme would look
+        // the same as before.
+        const Property* scheme = Find("Color scheme");
+        if (property.name == "Stylization" && edit.value != firstChoice && scheme != nullptr &&
+            scheme->value == firstChoice && scheme->choices.size() > 1)
+            edits.push_back({*scheme, 1LL});
+        edits.push_back(edit);
+        edit_(edits);
+        return;
+    }
 }
 
 std::vector<PalettePanel::Cell> PalettePanel::Cells() const {

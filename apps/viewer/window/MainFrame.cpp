@@ -143,10 +143,9 @@ wxWindow* MainFrame::BuildSide() {
     actions.choose = [this](int) { ShowProperties(); };
     actions.close = [this](int entity) { workspace_.CloseEntity(entity); };
     actions.describe = [this](int entity) { return Describe(entity); };
-    palette_ =
-        new PalettePanel(side, [this](const Property& property, const Property::Value& value) {
-            workspace_.SetProperty(entities_->Chosen(), property, value);
-        });
+    palette_ = new PalettePanel(side, [this](const std::vector<PropertyEdit>& edits) {
+        workspace_.SetProperties(entities_->Chosen(), edits);
+    });
     entities_ = new EntityPanel(side, std::move(actions));
     cuts_ = new CutsPanel(side, [this](const std::string& label, const Drawing& drawing) {
         workspace_.Change(label, drawing);
