@@ -381,7 +381,10 @@ void MainFrame::OnStyleChanged() {
 
 void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
     if (ofSession) return;
-    if (isFirst) control_.BeginWithAll();
+    if (isFirst)
+        control_.BeginWithAll();
+    else
+        status_->Say("Opened " + entity.name + "; Ctrl+0 shows everything.");
     preferences_.AddRecentFile(entity.file);
     recent_->Show(preferences_.RecentFiles());
 }
