@@ -78,7 +78,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
       engine_(
           commandLine.pluginFile.empty() ? findPlugin() : commandLine.pluginFile,
           [this](std::function<void()> call) { mailbox_.CallAfter(std::move(call)); },
-          [this](const Engine::Problem& problem) { Tell(problem); }),
+          [this](const Engine::Problem& problem) { OnEngineFailed(problem); }),
       workspace_(engine_, *this),
       updates_(
           engine_, frames_, [this] { return RequestNow(); },
@@ -193,7 +193,8 @@ void MainFrame::AskForReport() {
 }
 
 bool MainFrame::IsIdle() const {
-    return !workspace_.IsOpening() && !engine_.IsBusy() && updates_.IsIdle() && frames_.IsIdle() &&
+    const bool isOpening = hasEngine_ && workspace_.IsOpening();
+    return !isOpening && !engine_.IsBusy() && updates_.IsIdle() && frames_.IsIdle() &&
            picture_.IsIdle() && budget_->IsIdle() && !wxTheApp->HasPendingEvents();
 }
 
@@ -293,6 +294,12 @@ void MainFrame::OnUpdated(const ViewResult& result, const std::string& problem) 
     for (const ShownEntity& entity : result.entities) standing.push_back(entity.problem);
     messages_->SetStanding(linesOf(standing));
     ShowProperties();
+}
+
+void MainFrame::OnEngineFailed(const Engine::Problem& problem) {
+    hasEngine_ = false;
+    updates_.Stop();
+    messages_->SetStanding(problem);
 }
 
 void MainFrame::ShowEmpty() {
