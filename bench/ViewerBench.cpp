@@ -102,6 +102,7 @@ void layOver(draw::Image& image) {
 }
 
 void BM_ViewerUpdate(benchmark::State& state) {
+    update(state);
     for (auto _ : state) update(state);
 }
 
@@ -113,6 +114,7 @@ void BM_ViewerHandOver(benchmark::State& state) {
 
 void BM_ViewerFinishedPicture(benchmark::State& state) {
     CpuRenderer renderer;
+    update(state);
     for (auto _ : state) {
         update(state);
         handOver(renderer);
