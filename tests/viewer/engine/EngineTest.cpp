@@ -231,13 +231,13 @@ TEST_F(EngineTest, RequestsThatWaitAreReplacedAndDroppedAtTheEnd) {
 }
 
 TEST_F(EngineTest, FilesThatCannotBeReadAreTold) {
-    EXPECT_THAT(Open(7, (folder / "none.vpt").string()).problem, HasSubstr("none.vpt"));
+    EXPECT_THAT(Open(7, folder.file("none.vpt")).problem, HasSubstr("none.vpt"));
     const std::string file = MakeTree(30000);
-    std::filesystem::copy(file, folder / "old.vpt");
-    std::fstream(folder / "old.vpt", std::ios::in | std::ios::out | std::ios::binary).put(8);
-    EXPECT_THAT(Open(7, (folder / "old.vpt").string()).problem, HasSubstr("version"));
-    std::ofstream(folder / "text.vpt") << std::string(5000, 'x');
-    EXPECT_NE(Open(7, (folder / "text.vpt").string()).problem, "");
+    std::filesystem::copy(file, folder.file("old.vpt"));
+    std::fstream(folder.file("old.vpt"), std::ios::in | std::ios::out | std::ios::binary).put(8);
+    EXPECT_THAT(Open(7, folder.file("old.vpt")).problem, HasSubstr("version"));
+    vpc::test::writeBytes(folder.file("text.vpt"), std::string(5000, 'x'));
+    EXPECT_NE(Open(7, folder.file("text.vpt")).problem, "");
 
     Show(file);
     EXPECT_EQ(Update().entities[0].problem, "");
