@@ -78,9 +78,9 @@ void FrameLoop::Begin() {
     slices_ = budget_.Step(renderer_->PointCount(), sliceMs);
     nextSlice_ = 0;
     shown_ = begun_;
+    isShown_ = false;
     DrawSlice();
-    if (nextSlice_ < slices_ && !isRepeated_) ShowPicture();
-    frameMs_ = millisecondsSince(begun_);
+    if (!isShown_ && !isRepeated_) ShowPicture();
 }
 
 void FrameLoop::DrawSlice() {
@@ -95,6 +95,7 @@ void FrameLoop::DrawSlice() {
 void FrameLoop::ShowPicture() {
     show_(renderer_->Picture(), camera_);
     shown_ = Clock::now();
+    if (!std::exchange(isShown_, true)) frameMs_ = millisecondsSince(begun_);
 }
 
 }  // namespace vpc::viewer

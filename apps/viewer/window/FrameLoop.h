@@ -73,6 +73,8 @@ private:
     std::size_t nextSlice_ = 0;
     Clock::time_point begun_;
     Clock::time_point shown_;
+    /// Whether the picture has been shown since it was begun.
+    bool isShown_ = false;
     double frameMs_ = 0.0;
 };
 
