@@ -52,6 +52,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    /// Drivers translate their programs when they are first used, which takes longer than the
+    /// window may wait. There is none yet.
+    void WarmUp();
     void OnIdle(wxIdleEvent& event);
     void Begin();
     void DrawSlice();
