@@ -155,5 +155,7 @@ program vpc.")
 Shows point tree files in a window, where they are cut open, picked, measured
 and coloured. Prepares laser scans (LAS, PTS, PTX) first.")
   set(CPACK_COMPONENT_VIEWER_DEPENDS vpc)
+  # What is only loaded at run time.
+  set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS libegl1)
   include(CPack)
 endif()

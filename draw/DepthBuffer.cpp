@@ -16,6 +16,10 @@ constexpr std::size_t blockSize = 512;
 /// by a hundredth of a pixel and more.
 constexpr double farthestEye = 160'000.0;
 
+/// How many points ahead memory is asked for. With a large step every point is in another line of
+/// the cache, and the processor does not foresee which.
+constexpr std::size_t pointsAhead = 16;
+
 using Floats = std::array<float, blockSize>;
 
 }  // namespace
@@ -44,6 +48,8 @@ struct DepthBuffer::Block {
         const auto* number =
             reinterpret_cast<const std::byte*>(points.number) + first * points.stride;
         for (std::size_t i = 0; i < count; ++i) {
+            if (i + pointsAhead < count)
+                __builtin_prefetch(xyz + pointsAhead * step * points.stride);
             std::array<float, 3> point;
             std::memcpy(point.data(), xyz, sizeof(point));
             std::memcpy(&numbers[i], number, sizeof(numbers[i]));
@@ -164,6 +170,9 @@ void DepthBuffer::Add(const Projection& projection, const FloatPoints& points, s
 void DepthBuffer::Add(Block& block, std::size_t count) {
     block.FindPixels(count, size_);
     for (std::size_t i = 0; i < count; ++i) {
+        const auto next =
+            static_cast<std::size_t>(block.pixels[std::min(i + pointsAhead, count - 1)]);
+        __builtin_prefetch(&cells_[next], 1);
         const std::uint64_t depth = std::bit_cast<std::uint32_t>(block.depths[i]);
         const std::uint64_t key = depth << 32U | block.numbers[i];
         std::uint64_t& cell = cells_[static_cast<std::size_t>(block.pixels[i])];

@@ -106,7 +106,9 @@ private:
 };
 
 void Ink::Line(float x0, float y0, float x1, float y1, float width) {
-    strokes_.push_back({x0, y0, x1, y1, width});
+    const bool isFinite = std::isfinite(x0) && std::isfinite(y0) && std::isfinite(x1) &&
+                          std::isfinite(y1) && std::isfinite(width);
+    if (isFinite) strokes_.push_back({x0, y0, x1, y1, width});
 }
 
 void Ink::Text(std::string_view text, float x, float y, float height, float width) {

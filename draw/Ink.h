@@ -11,7 +11,7 @@ namespace vpc::draw {
 /// pixels; whole numbers are the left and upper edges of pixels.
 class Ink {
 public:
-    /// With round ends. The numbers must be finite.
+    /// With round ends. A line whose numbers are not all finite is left out.
     void Line(float x0, float y0, float x1, float y1, float width);
     /// \param height of a capital letter
     /// \param x, y   where the line of text begins, on the letters' feet

@@ -20,10 +20,11 @@ protected:
     }
 
     /// The lines of `text` that begin with `indent` and the program's name, whole and without what
-    /// stands beside them; those that only show the form of a command are left out.
+    /// stands beside them; those that only show the form of a command and those that open a window
+    /// are left out.
     static std::vector<std::string> commands(std::string text, const std::string& indent) {
         text = std::regex_replace(text, std::regex("\\\\\n *"), "");
-        const std::regex line("(^|\n)" + indent + "(?:script/run|vpc) ([a-z].*)");
+        const std::regex line("(^|\n)" + indent + "(?:script/run|vpc) (?!viewer)([a-z].*)");
         const std::regex form("\\b(OUT|FILE|SCAN)\\b|\\.\\.\\.");
         std::vector<std::string> found;
         for (std::sregex_iterator i(text.begin(), text.end(), line), end; i != end; ++i) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -104,6 +105,63 @@ TEST_P(SurfaceTest, IsTheSameFromSlicesInAnyOrder) {
     const Surface a(whole, view, {}), b(slices, view, {});
     for (std::size_t pixel = 0; pixel < a.Size().Pixels(); ++pixel)
         ASSERT_EQ(a.PointIndex(pixel), b.PointIndex(pixel)) << pixel;
+}
+
+TEST_P(SurfaceTest, IsTheSameFromFloatsAndFromAFarEye) {
+    Points points = plane(20'000, 10.0, 0.5);
+    struct Vertex {
+        std::array<float, 3> xyz;
+        std::uint32_t number;
+    };
+    std::vector<Vertex> vertices;
+    for (const Point3& point : points) {
+        const Point3 p = point - ground;
+        vertices.push_back(
+            {{static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)},
+             static_cast<std::uint32_t>(3 * vertices.size())});
+    }
+    const Projection view = fromAbove(GetParam());
+    DepthBuffer floats(view.Size());
+    for (const std::size_t first : {2U, 0U, 1U})
+        floats.Add(
+            view,
+            {vertices[0].xyz.data(), &vertices[0].number, sizeof(Vertex), vertices.size(), ground},
+            first, 3);
+    const Surface a(bufferOf(view, points), view, {3.0}), b(floats, view, {3.0});
+    int differences = 0;
+    for (std::size_t pixel = 0; pixel < a.Size().Pixels(); ++pixel)
+        differences += a.IsCovered(pixel) && 3 * a.PointIndex(pixel) != b.PointIndex(pixel) ? 1 : 0;
+    EXPECT_LT(differences, 100) << "only where a point is at the edge of a pixel";
+
+    // From 100 km above, a pixel is 1 mm wide, and two points are 4 of them apart.
+    Camera far = view.GetCamera();
+    far.eye = ground + Point3{0, 0, far.targetDistance = 100'000.0};
+    far.fieldWidth = far.fieldHeight = 0.2;
+    const Projection telescope(far, view.Size());
+    points = {ground + Point3{0.0005, 0.0005, 0}, ground + Point3{0.0045, 0.0005, 0}};
+    const Surface two(bufferOf(telescope, points), telescope, {1.0});
+    EXPECT_EQ(seenAt(two, 100, 99), 0U);
+    EXPECT_EQ(seenAt(two, 104, 99), 1U);
+}
+
+TEST_P(SurfaceTest, DrawsSquaresAndSizesOfTheWorld) {
+    const Projection view = fromAbove(GetParam());
+    // A pixel is 0.5 wide at the ground. The second point is at half the distance.
+    const Points points = {ground + Point3{0.1, 0.1, 0}, ground + Point3{20.1, 0.1, 50}};
+    const auto pixelsOf = [&](const PointSize& size, std::uint32_t point) {
+        const Surface surface(bufferOf(view, points), view, size);
+        int found = 0;
+        for (std::size_t pixel = 0; pixel < surface.Size().Pixels(); ++pixel)
+            found += surface.PointIndex(pixel) == point ? 1 : 0;
+        return found;
+    };
+    for (const double side : {1.0, 2.0, 3.0, 6.0}) {
+        EXPECT_EQ(pixelsOf({side, false, true}, 0), side * side);
+        EXPECT_EQ(pixelsOf({side / 2, true, true}, 0), side * side);
+        const double nearer = GetParam() ? 2.0 * side : side;
+        EXPECT_EQ(pixelsOf({side / 2, true, true}, 1), nearer * nearer);
+    }
+    EXPECT_EQ(pixelsOf({5.0}, 0), 21);
 }
 
 /// Dense and thin clouds, from near and far, and inclined up to 45 degrees, before a denser one.

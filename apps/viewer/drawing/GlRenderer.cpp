@@ -23,9 +23,9 @@ namespace {
 /// In perspective depths are multiplied by this number: a power of two, so that no bit of them is
 /// lost, and so small that the farthest ones are below 1.
 constexpr float perspectiveDepthScale = 0x1p-64F;
-/// In parallel projection depths are told apart this many pixels' sides before and behind the
-/// target.
-constexpr double parallelDepthPixels = 0x1p20;
+/// In parallel projection depths are told apart best up to this many pixels' sides before and
+/// behind the target: there to a thousandth of one.
+constexpr double parallelDepthPixels = 4096.0;
 /// What every card can leave out between two values that it reads.
 constexpr std::size_t largestStride = 2048;
 
@@ -196,11 +196,18 @@ public:
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
         glEnable(GL_PROGRAM_POINT_SIZE);
         glDepthFunc(GL_LESS);
+        GLint side = 0;
+        std::array<GLint, 2> viewport = {0, 0};
+        glGetIntegerv(GL_MAX_TEXTURE_SIZE, &side);
+        glGetIntegerv(GL_MAX_VIEWPORT_DIMS, viewport.data());
+        largestSide_ = std::min({side, viewport[0] - 2 * draw::DepthBuffer::margin,
+                                 viewport[1] - 2 * draw::DepthBuffer::margin});
         if (takeGlErrors() && problem.empty()) problem = "The graphics driver refuses its work.";
     }
     ~Device() { context_->MakeCurrent(); }
 
     GlContext& Context() const { return *context_; }
+    int LargestSide() const { return largestSide_; }
     PointBuffer& Points() { return points_; }
     const PointBuffer& Points() const { return points_; }
 
@@ -211,10 +218,10 @@ public:
         style_ = style;
     }
     void Begin() {
-        if (!frame_ || frame_->Size() != size_) {
-            frame_.reset();
-            frame_.emplace(size_);
-        }
+        const bool isTooLarge = std::max(size_.width, size_.height) > largestSide_;
+        if (isTooLarge || (frame_ && frame_->Size() != size_)) frame_.reset();
+        if (isTooLarge) return;
+        if (!frame_) frame_.emplace(size_);
         if (frame_->CanBeUsed()) frame_->Clear(style_.background);
     }
     void Draw(std::size_t first, std::size_t step) {
@@ -227,8 +234,9 @@ public:
         SetView(drawing_);
         SetPlaces();
         points_.Draw(first, step);
-        // The driver shall begin with this slice, not wait for more of them.
-        glFlush();
+        // A slice that has returned is drawn. Whoever measures it would learn nothing otherwise, and
+        // all that was put off would be waited for at once, when the picture is read.
+        glFinish();
         takeGlErrors();
     }
     draw::Image Empty() const { return {size_, style_.background}; }
@@ -302,14 +310,13 @@ private:
         const draw::Projection projection = camera_.ProjectionTo(size_);
         const glm::dvec3 begin = camera_.perspective ? camera_.eye : camera_.target;
         const glm::dvec3 beginToOrigin = points_.Origin() - begin;
-        const double parallelScale = projection.Scale() / (2.0 * parallelDepthPixels);
+        const double parallelScale = projection.Scale() / parallelDepthPixels;
         glUniform4fv(drawing_.Uniform("right"), 1, axis(camera_.Right(), beginToOrigin).data());
         glUniform4fv(drawing_.Uniform("up"), 1, axis(camera_.up, beginToOrigin).data());
         glUniform4fv(drawing_.Uniform("ahead"), 1, axis(camera_.Ahead(), beginToOrigin).data());
         glUniform1f(drawing_.Uniform("depthScale"), camera_.perspective
                                                         ? perspectiveDepthScale
                                                         : static_cast<float>(parallelScale));
-        glUniform1f(drawing_.Uniform("depthShift"), camera_.perspective ? 0.0F : 0.5F);
     }
 
     std::unique_ptr<GlContext> context_;
@@ -318,6 +325,7 @@ private:
     GlProgram shading_;
     GlVertexArray nothing_;
     PointBuffer points_;
+    int largestSide_ = 0;
     std::optional<Frame> frame_;
     ViewCamera camera_;
     draw::ImageSize size_;
@@ -360,6 +368,10 @@ void GlRenderer::ClosePoints(std::size_t count, const glm::dvec3& origin, double
 
 std::size_t GlRenderer::PointCount() const {
     return device_->Points().Count();
+}
+
+int GlRenderer::LargestSide() const {
+    return device_->LargestSide();
 }
 
 void GlRenderer::Begin(const ViewCamera& camera, const draw::ImageSize& size,

@@ -7,8 +7,11 @@
 
 namespace vpc::viewer {
 
-/// Draws with OpenGL 3.3 into a framebuffer of its own, without a window. It makes its context
-/// current for each call and leaves the caller's thread with what was current before.
+/// Draws with OpenGL 3.3 into a framebuffer of its own, without a window. Each call makes its
+/// context the calling thread's, which it stays; whoever uses another one there makes that current
+/// again.
+///
+/// No call fails where the driver does: pictures are empty then, and no memory is given.
 class GlRenderer : public PointRenderer {
 public:
     /// Null where there is no OpenGL 3.3.
@@ -25,6 +28,7 @@ public:
     std::span<PointVertex> OpenPoints(std::size_t count) override;
     void ClosePoints(std::size_t count, const glm::dvec3& origin, double spacing) override;
     std::size_t PointCount() const override;
+    int LargestSide() const override;
     void Begin(const ViewCamera& camera, const draw::ImageSize& size,
                const ViewStyle& style) override;
     void Draw(std::size_t first, std::size_t step) override;

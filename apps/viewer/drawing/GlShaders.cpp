@@ -103,7 +103,6 @@ flat in float depth;
 flat in float square_radius;
 flat in float fall;
 uniform float depthScale;
-uniform float depthShift;
 layout(location = 0) out vec4 colour;
 layout(location = 1) out float seenDepth;
 
@@ -111,7 +110,9 @@ void main() {
     vec2 away = gl_FragCoord.xy - middle;
     float square_away = dot(away, away);
     if (square_away > square_radius) discard;
-    gl_FragDepth = clamp((depth + fall * square_away) * depthScale + depthShift, 0.0, 0.9999999);
+    float order = (depth + fall * square_away) * depthScale;
+    // In parallel projection depths may be negative, and are told apart best near the target.
+    gl_FragDepth = perspective ? order : 0.5 + 0.5 * order / (abs(order) + 1.0);
     colour = vec4(tint, 1.0);
     seenDepth = depth;
 }

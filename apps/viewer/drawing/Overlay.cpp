@@ -27,7 +27,7 @@ constexpr draw::Colour zColour{84, 144, 250};
 constexpr float farAxisShare = 0.45F;
 
 /// Lengths that follow, in heights of the text.
-constexpr float axisLength = 2.6F;
+constexpr float axisLength = 3.0F;
 constexpr float axisLetterGap = 0.9F;
 constexpr float markRadius = 0.75F;
 constexpr float markGap = 0.3F;

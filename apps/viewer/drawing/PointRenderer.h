@@ -33,7 +33,10 @@ public:
     virtual void ClosePoints(std::size_t count, const glm::dvec3& origin, double spacing) = 0;
     virtual std::size_t PointCount() const = 0;
 
-    /// Begins a picture, with nothing drawn.
+    /// How wide and how high a picture may be, in pixels. A larger one stays empty.
+    virtual int LargestSide() const { return 16'384; }
+    /// Begins a picture, with nothing drawn. Throws std::bad_alloc where it takes more memory than
+    /// there is.
     virtual void Begin(const ViewCamera& camera, const draw::ImageSize& size,
                        const ViewStyle& style) = 0;
     /// Draws points number `first`, `first + step` and so on. Neighbours in memory are neighbours

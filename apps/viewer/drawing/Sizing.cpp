@@ -8,7 +8,7 @@ namespace vpc::viewer {
 namespace {
 
 /// Discs of this many spacings close a surface of random points but for a few holes.
-constexpr double closingSpacings = 1.8;
+constexpr double closingSpacings = 2.0;
 
 }  // namespace
 

@@ -111,7 +111,8 @@ ViewResult HostDrawing::Update(const ViewRequest& request) {
 }
 
 std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
-    constexpr double fewest = 1000.0;
+    // The coarsest level of a tree fits in, as a rule, so that no small file vanishes.
+    constexpr double fewest = 20'000.0;
     double all = 0.0;
     for (const Entity& entity : drawing.entities)
         if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr && entity.visible)
@@ -222,7 +223,10 @@ std::pair<Entity, std::string> HostDrawing::SetProperty(int id, int property,
     std::string refused;
     const std::string problem =
         problemOf([&] { refused = palette_.Set(cloud->HostEntity(), property, value); });
-    return {cloud->State(), problem.empty() ? refused : problem};
+    const Entity state = cloud->State();
+    // What is fetched or picked before the next update must not take the change back.
+    if (Entity* const known = request_.drawing.Find(id)) *known = state;
+    return {state, problem.empty() ? refused : problem};
 }
 
 }  // namespace vpc::viewer

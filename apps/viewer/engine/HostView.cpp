@@ -81,6 +81,13 @@ bool HostView::operator==(const HostView& other) const {
            shift_ == other.shift_;
 }
 
+bool HostView::SeesCentreOf(const Box& box) const {
+    const glm::dvec3 centre = placement_.ToDrawing(box.Centre());
+    const auto seen = camera_.ProjectionTo(size_).Of({centre.x, centre.y, centre.z});
+    return seen.depth > 0.0 && seen.column >= 0.0 && seen.column < size_.width && seen.row >= 0.0 &&
+           seen.row < size_.height;
+}
+
 OdGePoint3d HostView::ToHost(const glm::dvec3& place) const {
     const glm::dvec3 p = place / placement_.scale;
     return {p.x + shift_, p.y, p.z};

@@ -31,6 +31,9 @@ public:
     /// Whether a point set shows the same for both.
     bool operator==(const HostView& other) const;
 
+    /// Whether the middle of a box in the points' frame lies in the picture.
+    bool SeesCentreOf(const Box& box) const;
+
     OdGePoint3d ToHost(const glm::dvec3& place) const;
     glm::dvec3 ToDrawing(const OdGePoint3d& point) const;
     double Scale() const { return placement_.scale; }

@@ -149,16 +149,35 @@ void PointCloud::Show(const ViewRequest& request, unsigned long long budget) {
     changed =
         ApplySections(cropped ? request.drawing.sections : std::vector<Section>(), view) || changed;
     changed = ApplyClips(cropped ? request.drawing.clips : std::vector<Clip>()) || changed;
-    changed = ApplyBudget(budget) || changed;
-    if (changed || moved)
-        points_->updateVisiblePoints(view.Matrix(), view.Camera(), view.Target(), view.Up(),
-                                     view.FieldWidth(), view.FieldHeight(), view.Size().width,
-                                     view.Size().height, view.IsPerspective());
+    const unsigned long long slots = SlotsFor(budget);
+    if (changed || moved || slots != points_->maxNrPointsInBuffer()) ChoosePoints(view, slots);
     view_ = view;
+}
+
+void PointCloud::ChoosePoints(const HostView& view, unsigned long long slots) {
+    ChoosePointsWithin(view, slots);
+    ViewFacts facts = plugin_.Facts(*points_);
+    // Only some nodes of a level are shown then. A coarser one shows the whole.
+    while (facts.budget < facts.budgetWanted && slots > fewestSlots) {
+        refusedSlots_ = slots;
+        lacksMemory_ = true;
+        slots = std::max(slots / 2, fewestSlots);
+        ChoosePointsWithin(view, slots);
+        facts = plugin_.Facts(*points_);
+    }
+}
+
+void PointCloud::ChoosePointsWithin(const HostView& view, unsigned long long slots) {
+    // The variable is the process's, so every point set gets its own value right before.
+    odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<OdInt32>(slots));
+    points_->updateVisiblePoints(view.Matrix(), view.Camera(), view.Target(), view.Up(),
+                                 view.FieldWidth(), view.FieldHeight(), view.Size().width,
+                                 view.Size().height, view.IsPerspective());
 }
 
 void PointCloud::Hide() {
     view_.reset();
+    refusedSlots_ = 0;
     points_->setMaxNrPointsInBuffer(fewestSlots);
 }
 
@@ -203,14 +222,14 @@ bool PointCloud::ApplyClips(const std::vector<Clip>& clips) {
     return true;
 }
 
-bool PointCloud::ApplyBudget(unsigned long long budget) const {
+unsigned long long PointCloud::SlotsFor(unsigned long long budget) {
     // A point set shows fewer points than it has slots for, and needs none beyond its own.
     constexpr unsigned long long spare = 2;
     constexpr unsigned long long most = std::numeric_limits<OdInt32>::max();
-    const unsigned long long slots =
+    const unsigned long long wanted =
         std::clamp(std::min(budget, Total() + spare), fewestSlots, most);
-    odSystemVariables().setInt("POINTCLOUDPOINTMAX", static_cast<OdInt32>(slots));
-    return slots != points_->maxNrPointsInBuffer();
+    lacksMemory_ = refusedSlots_ != 0 && wanted >= refusedSlots_;
+    return lacksMemory_ ? points_->maxNrPointsInBuffer() : wanted;
 }
 
 // --- What is shown -------------------------------------------------------------------------------
@@ -230,12 +249,16 @@ ShownEntity PointCloud::Facts() const {
     shown.problem = FileProblem();
     if (view_ == std::nullopt) return shown;
     if (facts.pointsMissing > 0) shown.problem = facts.problem.utf8_string();
-    if (facts.budget < facts.budgetWanted)
-        shown.problem = "There is not enough memory to show " + std::to_string(facts.budgetWanted) +
-                        " points of '" + State().name + "'. Lower the budget.";
-    if (style_.stylization == GiPc_Stylization_SCANCOLORS ||
-        style_.scheme == GiPc_ColorScheme_ScanColors)
-        return shown;
+    if (lacksMemory_)
+        shown.problem = "There is not enough memory for the budget; of " + quoted(State().name) +
+                        " at most " + std::to_string(facts.budget) + " points are shown.";
+    // Not even the coarsest level finds room then.
+    const bool lacksSlots = facts.level == 0 && facts.budget < Total();
+    if (shown.shown == 0 && lacksSlots && view_->SeesCentreOf(Bounds()))
+        shown.problem = "The budget is too small to show anything of " + quoted(State().name) + ".";
+    const bool hasRamp = style_.stylization != GiPc_Stylization_SCANCOLORS &&
+                         style_.scheme != GiPc_ColorScheme_ScanColors;
+    if (shown.shown == 0 || !hasRamp) return shown;
     const bool isElevation = style_.stylization == GiPc_Stylization_ELEVATION;
     const double unit = isElevation ? view_->Scale() : 1.0;
     shown.legendTitle = isElevation ? "Elevation" : "Intensity";

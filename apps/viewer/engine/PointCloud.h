@@ -72,7 +72,9 @@ private:
     bool ApplyStyle();
     bool ApplySections(const std::vector<Section>& sections, const HostView& view);
     bool ApplyClips(const std::vector<Clip>& clips);
-    bool ApplyBudget(unsigned long long budget) const;
+    unsigned long long SlotsFor(unsigned long long budget);
+    void ChoosePoints(const HostView& view, unsigned long long slots);
+    void ChoosePointsWithin(const HostView& view, unsigned long long slots);
     std::string FileProblem() const;
     std::span<const OdGePoint3d> Coordinates() const;
 
@@ -91,7 +93,10 @@ private:
     Planes planes_;
     std::vector<Clip> clips_;
     Placement clipped_;
-    bool visible_ = true;
+    /// So many slots and more found no memory; 0 as long as all did.
+    unsigned long long refusedSlots_ = 0;
+    /// Whether the budget is larger than that.
+    bool lacksMemory_ = false;
 };
 
 }  // namespace vpc::viewer

@@ -85,7 +85,8 @@ void CutsPanel::AddRow(const wxString& name, const std::string& text, bool isEna
     wxButton* removing =
         MakeSmallButton(&Rows(), wxString(wxUniChar(0x2715)), "Remove", name + "/remove");
     auto* row = new wxBoxSizer(wxHORIZONTAL);  // the rows'
-    row->Add(enabled, wxSizerFlags(1).CentreVertical().Border(wxLEFT, FromDIP(4)));
+    row->Add(enabled, wxSizerFlags().CentreVertical().Border(wxLEFT, FromDIP(4)));
+    row->AddStretchSpacer();
     row->Add(flipping, wxSizerFlags().CentreVertical());
     row->Add(removing, wxSizerFlags().CentreVertical());
     RowSizer().Add(row, wxSizerFlags().Expand());

@@ -8,15 +8,29 @@
 #include <wx/stattext.h>
 #include <wx/wupdlock.h>
 
+#include "viewer/document/Labels.h"
 #include "viewer/panels/Text.h"
 
 namespace vpc::viewer {
 
 namespace {
 
+const Property::Value firstChoice = 0LL;
+
 wxString gridName(const Property& property) {
     return wxString::Format("%d", property.id);
 }
+
+/// A number with all its digits: coordinates have many.
+class ExactNumber : public wxFloatProperty {
+public:
+    using wxFloatProperty::wxFloatProperty;
+
+    wxString ValueToString(wxVariant& value, int flags) const override {
+        if (value.IsNull()) return wxFloatProperty::ValueToString(value, flags);
+        return fromUtf8(exactText(value.GetDouble()));
+    }
+};
 
 wxPGProperty* makeLine(const Property& property) {
     const wxString label = fromUtf8(property.name);
@@ -33,7 +47,7 @@ wxPGProperty* makeLine(const Property& property) {
     } else if (std::holds_alternative<long long>(property.value)) {
         line = new wxIntProperty(label, name);
     } else if (std::holds_alternative<double>(property.value)) {
-        line = new wxFloatProperty(label, name);
+        line = new ExactNumber(label, name);
     } else {
         line = new wxStringProperty(label, name);
     }
@@ -73,7 +87,7 @@ PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_
     auto* title = new wxStaticText(this, wxID_ANY, "Properties");
     title->SetFont(title->GetFont().Bold());
     grid_ = new wxPropertyGrid(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                               wxPG_SPLITTER_AUTO_CENTER | wxPG_BOLD_MODIFIED | wxBORDER_NONE);
+                               long{wxPG_SPLITTER_AUTO_CENTER} | wxBORDER_NONE);
     auto* column = new wxBoxSizer(wxVERTICAL);  // the panel's
     column->Add(title, wxSizerFlags().Border(wxALL, FromDIP(8)));
     column->Add(grid_, wxSizerFlags(1).Expand());
@@ -108,15 +122,33 @@ void PalettePanel::ShowValues() {
         if (line == nullptr) continue;
         const wxVariant value = variantOf(property);
         if (line->GetValue() != value) line->SetValue(value);
-        line->SetModifiedStatus(false);
     }
     grid_->Refresh();
 }
 
+const Property* PalettePanel::Find(const std::string& name) const {
+    const auto found =
+        std::find_if(properties_.begin(), properties_.end(),
+                     [&name](const Property& property) { return property.name == name; });
+    return found == properties_.end() ? nullptr : &*found;
+}
+
 void PalettePanel::OnChanged(wxPropertyGridEvent& event) {
     const wxPGProperty* line = event.GetProperty();
-    for (const Property& property : properties_)
-        if (gridName(property) == line->GetName()) edit_(property, valueOf(*line, property));
+    for (const Property& property : properties_) {
+        if (gridName(property) != line->GetName()) continue;
+        const PropertyEdit edit{property, valueOf(*line, property)};
+        std::vector<PropertyEdit> edits;
+        // The scan's colours are the first choice of both. Elevations without a scheme would look
+        // the same as before.
+        const Property* scheme = Find("Color scheme");
+        if (property.name == "Stylization" && edit.value != firstChoice && scheme != nullptr &&
+            scheme->value == firstChoice && scheme->choices.size() > 1)
+            edits.push_back({*scheme, 1LL});
+        edits.push_back(edit);
+        edit_(edits);
+        return;
+    }
 }
 
 std::vector<PalettePanel::Cell> PalettePanel::Cells() const {

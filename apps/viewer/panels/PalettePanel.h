@@ -6,7 +6,7 @@
 
 #include <wx/panel.h>
 
-#include "viewer/engine/Property.h"
+#include "viewer/panels/PropertyEdit.h"
 
 class wxPropertyGrid;
 class wxPropertyGridEvent;
@@ -17,7 +17,8 @@ namespace vpc::viewer {
 /// have names for tests: "palette/" and the property's name.
 class PalettePanel : public wxPanel {
 public:
-    using Edit = std::function<void(const Property& property, const Property::Value& value)>;
+    /// Gets what belongs to one step; what the user has edited is last.
+    using Edit = std::function<void(const std::vector<PropertyEdit>& edits)>;
     struct Cell {
         std::string name;
         wxRect place;  ///< on the screen
@@ -33,6 +34,8 @@ public:
 private:
     void Rebuild();
     void ShowValues();
+    /// Null where the palette has none.
+    const Property* Find(const std::string& name) const;
     void OnChanged(wxPropertyGridEvent& event);
 
     Edit edit_;

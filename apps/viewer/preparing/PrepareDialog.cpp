@@ -228,7 +228,8 @@ private:
     void ShowState() {
         wxArrayInt chosen;
         removeScans_->Enable(scans_->GetSelections(chosen) > 0);
-        prepare_->Enable(!scans_->IsEmpty() && !target_->IsEmpty());
+        const wxString target = target_->GetValue();
+        prepare_->Enable(!scans_->IsEmpty() && !target.empty() && !target.EndsWith("/"));
     }
 
     void OnPrepare() {

@@ -1,14 +1,13 @@
 #include "viewer/preparing/PreparePanel.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 
 #include <wx/button.h>
 #include <wx/gauge.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
+#include "viewer/document/Labels.h"
 #include "viewer/preparing/PrepareQueue.h"
 
 namespace vpc::viewer {
@@ -22,17 +21,10 @@ constexpr int greatestHeight = 180;
 /// A hundred scans that cannot be used fill no window; the tooltip has them all.
 constexpr std::size_t mostLines = 5;
 
-std::string withOneDecimal(double value) {
-    std::array<char, 400> text{};  // as long as any double is
-    const auto end =
-        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 1);
-    return {text.data(), end.ptr};
-}
-
 std::string doneText(const std::optional<PrepareProgress::Summary>& summary) {
     if (!summary) return "done";
     return "done: " + std::to_string(summary->points) + " points in " +
-           withOneDecimal(summary->seconds) + " s, unit " + summary->unit;
+           decimalText(summary->seconds, 1) + " s, unit " + summary->unit;
 }
 
 /// How far a job has come, in a few words.

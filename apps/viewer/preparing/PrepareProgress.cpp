@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include <nlohmann/json.hpp>
+
+#include "viewer/document/Labels.h"
 
 namespace vpc::viewer {
 
@@ -58,11 +59,7 @@ std::string shortCount(double count) {
         count /= 1000.0;
         ++unit;
     }
-    std::array<char, 400> text{};  // as long as any double is
-    const int decimals = unit == 0 || count >= 100.0 ? 0 : 1;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), count,
-                                   std::chars_format::fixed, decimals);
-    return std::string(text.data(), end.ptr) + units[unit];
+    return decimalText(count, unit == 0 || count >= 100.0 ? 0 : 1) + units[unit];
 }
 
 std::string spanText(double seconds) {

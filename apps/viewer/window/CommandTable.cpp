@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <wx/colordlg.h>
+#include <wx/textentry.h>
 
 #include "viewer/panels/Text.h"
 #include "viewer/window/Commands.h"
@@ -75,6 +76,14 @@ wxMenu& addFileMenu(Commands& commands, MainFrame& frame) {
     return recent;
 }
 
+/// The key means the text that is being edited, where one is.
+void copy(MainFrame& frame) {
+    if (auto* text = dynamic_cast<wxTextEntry*>(wxWindow::FindFocus()))
+        text->Copy();
+    else
+        frame.Control().Copy();
+}
+
 void addEditMenu(Commands& commands, MainFrame& frame) {
     const auto labelled = [](const char* verb, const std::string& what, const char* key) {
         return verb + (what.empty() ? wxString() : ": " + fromUtf8(what)) + key;
@@ -102,7 +111,7 @@ void addEditMenu(Commands& commands, MainFrame& frame) {
     commands.Add({"copy",
                   "&Copy picks\tCtrl+C",
                   "Copy the picked points and the distance as text",
-                  [&frame] { frame.Control().Copy(); },
+                  [&frame] { copy(frame); },
                   [&frame] {
                       const PickTool* picking = frame.Control().Picking();
                       return picking != nullptr && !picking->Picks().empty();

@@ -22,6 +22,7 @@ double millisecondsSince(std::chrono::steady_clock::time_point time) {
 
 FrameLoop::FrameLoop(std::unique_ptr<PointRenderer> renderer, Show show)
     : renderer_(std::move(renderer)), show_(std::move(show)), rendererName_(renderer_->Name()) {
+    WarmUp();
     wxTheApp->Bind(wxEVT_IDLE, &FrameLoop::OnIdle, this);
 }
 
@@ -78,9 +79,9 @@ void FrameLoop::Begin() {
     slices_ = budget_.Step(renderer_->PointCount(), sliceMs);
     nextSlice_ = 0;
     shown_ = begun_;
+    isShown_ = false;
     DrawSlice();
-    if (nextSlice_ < slices_ && !isRepeated_) ShowPicture();
-    frameMs_ = millisecondsSince(begun_);
+    if (!isShown_ && !isRepeated_) ShowPicture();
 }
 
 void FrameLoop::DrawSlice() {
@@ -95,6 +96,20 @@ void FrameLoop::DrawSlice() {
 void FrameLoop::ShowPicture() {
     show_(renderer_->Picture(), camera_);
     shown_ = Clock::now();
+    const bool isFirst = !std::exchange(isShown_, true);
+    if (isFirst && !isRepeated_) frameMs_ = millisecondsSince(begun_);
+}
+
+void FrameLoop::WarmUp() {
+    const std::span<PointVertex> memory = renderer_->OpenPoints(1);
+    if (memory.empty()) return;
+    memory[0] = {};
+    renderer_->ClosePoints(1, glm::dvec3(0.0), 1.0);
+    renderer_->Begin(ViewCamera(), {64, 64}, ViewStyle());
+    renderer_->Draw(0, 1);
+    renderer_->Picture();
+    renderer_->OpenPoints(0);
+    renderer_->ClosePoints(0, glm::dvec3(0.0), 1.0);
 }
 
 }  // namespace vpc::viewer

@@ -52,6 +52,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    /// Drivers translate their programs when they are first used, which takes longer than the
+    /// window may wait. There is none yet.
+    void WarmUp();
     void OnIdle(wxIdleEvent& event);
     void Begin();
     void DrawSlice();
@@ -73,6 +76,8 @@ private:
     std::size_t nextSlice_ = 0;
     Clock::time_point begun_;
     Clock::time_point shown_;
+    /// Whether the picture has been shown since it was begun.
+    bool isShown_ = false;
     double frameMs_ = 0.0;
 };
 

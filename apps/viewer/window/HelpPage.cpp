@@ -70,7 +70,10 @@ void addChapter(wxWindow& page, wxSizer& column, const Chapter& chapter) {
     column.Add(title, wxSizerFlags().Border(wxTOP | wxBOTTOM, page.FromDIP(8)));
     auto* table = new wxFlexGridSizer(2, page.FromDIP(wxSize(24, 4)));  // the column's
     for (const Line& line : chapter.lines) {
-        table->Add(new wxStaticText(&page, wxID_ANY, line.what));
+        auto* what = new wxStaticText(&page, wxID_ANY, line.what);
+        // So that all chapters have their columns one below the other.
+        what->SetMinSize(wxSize(page.FromDIP(230), -1));
+        table->Add(what);
         table->Add(new wxStaticText(&page, wxID_ANY, line.does));
     }
     column.Add(table, wxSizerFlags().Border(wxLEFT, page.FromDIP(12)));

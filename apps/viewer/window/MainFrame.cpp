@@ -78,7 +78,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
       engine_(
           commandLine.pluginFile.empty() ? findPlugin() : commandLine.pluginFile,
           [this](std::function<void()> call) { mailbox_.CallAfter(std::move(call)); },
-          [this](const Engine::Problem& problem) { Tell(problem); }),
+          [this](const Engine::Problem& problem) { OnEngineFailed(problem); }),
       workspace_(engine_, *this),
       updates_(
           engine_, frames_, [this] { return RequestNow(); },
@@ -99,6 +99,11 @@ MainFrame::MainFrame(const CommandLine& commandLine)
     updates_.OnRest([this] { control_.Rest(); });
     view_->SetInput(&control_);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClosing, this);
+    // Keys go nowhere once the control that had them is gone: a row that was removed.
+    Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+        event.Skip();
+        if (IsActive() && wxWindow::FindFocus() == nullptr) view_->SetFocus();
+    });
 }
 
 MainFrame::~MainFrame() {
@@ -138,10 +143,9 @@ wxWindow* MainFrame::BuildSide() {
     actions.choose = [this](int) { ShowProperties(); };
     actions.close = [this](int entity) { workspace_.CloseEntity(entity); };
     actions.describe = [this](int entity) { return Describe(entity); };
-    palette_ =
-        new PalettePanel(side, [this](const Property& property, const Property::Value& value) {
-            workspace_.SetProperty(entities_->Chosen(), property, value);
-        });
+    palette_ = new PalettePanel(side, [this](const std::vector<PropertyEdit>& edits) {
+        workspace_.SetProperties(entities_->Chosen(), edits);
+    });
     entities_ = new EntityPanel(side, std::move(actions));
     cuts_ = new CutsPanel(side, [this](const std::string& label, const Drawing& drawing) {
         workspace_.Change(label, drawing);
@@ -189,7 +193,8 @@ void MainFrame::AskForReport() {
 }
 
 bool MainFrame::IsIdle() const {
-    return !workspace_.IsOpening() && !engine_.IsBusy() && updates_.IsIdle() && frames_.IsIdle() &&
+    const bool isOpening = hasEngine_ && workspace_.IsOpening();
+    return !isOpening && !engine_.IsBusy() && updates_.IsIdle() && frames_.IsIdle() &&
            picture_.IsIdle() && budget_->IsIdle() && !wxTheApp->HasPendingEvents();
 }
 
@@ -291,6 +296,12 @@ void MainFrame::OnUpdated(const ViewResult& result, const std::string& problem) 
     ShowProperties();
 }
 
+void MainFrame::OnEngineFailed(const Engine::Problem& problem) {
+    hasEngine_ = false;
+    updates_.Stop();
+    messages_->SetStanding(problem);
+}
+
 void MainFrame::ShowEmpty() {
     if (!workspace_.Kept().entities.empty()) return;
     picture_.Clear();
@@ -379,7 +390,10 @@ void MainFrame::OnStyleChanged() {
 
 void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
     if (ofSession) return;
-    if (isFirst) control_.BeginWithAll();
+    if (isFirst)
+        control_.BeginWithAll();
+    else
+        status_->Say("Opened " + entity.name + "; Ctrl+0 shows everything.");
     preferences_.AddRecentFile(entity.file);
     recent_->Show(preferences_.RecentFiles());
 }

@@ -70,6 +70,8 @@ private:
     ViewRequest RequestNow() const;
     void OnPoints(draw::Image picture, const ViewCamera& camera);
     void OnUpdated(const ViewResult& result, const std::string& problem);
+    /// The plug-in is missing: nothing can be opened, and nothing that was asked for is answered.
+    void OnEngineFailed(const Engine::Problem& problem);
     void ShowEmpty();
     void ShowTitle();
     void ShowProperties();
@@ -117,6 +119,7 @@ private:
     std::unique_ptr<Report> report_;
     ViewResult lastResult_;
     std::string sessionFile_;
+    bool hasEngine_ = true;
     std::unique_ptr<RecentFiles> recent_;
 };
 

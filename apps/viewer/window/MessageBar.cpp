@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include <wx/artprov.h>
 #include <wx/button.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
 
 #include "viewer/panels/Text.h"
 
@@ -11,26 +12,48 @@ namespace vpc::viewer {
 
 namespace {
 
-constexpr std::size_t mostSentences = 3;
+constexpr std::size_t mostSentences = 4;
+
+/// The library's messages come without one, as hosts know them.
+std::string withPoint(std::string sentence) {
+    if (!sentence.empty() && sentence.back() != '.') sentence += '.';
+    return sentence;
+}
+
+const wxColour paper(255, 243, 209);
+const wxColour ink(74, 56, 0);
 
 }  // namespace
 
-MessageBar::MessageBar(wxWindow* parent) : wxInfoBar(parent, wxID_ANY) {
-    AddButton(wxID_CLOSE);
-    Bind(
-        wxEVT_BUTTON, [this](wxCommandEvent&) { OnClosed(); }, wxID_CLOSE);
+MessageBar::MessageBar(wxWindow* parent)
+    : wxPanel(parent), text_(new wxStaticText(this, wxID_ANY, wxString())) {
+    SetBackgroundColour(paper);
+    text_->SetForegroundColour(ink);
+    auto* close = new wxButton(this, wxID_ANY, wxString(wxUniChar(0x2715)), wxDefaultPosition,
+                               wxDefaultSize, wxBU_EXACTFIT | wxBORDER_NONE, wxDefaultValidator,
+                               "message/close");  // the panel's
+    close->SetForegroundColour(ink);
+    close->SetToolTip("Close");
+    close->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { OnClosed(); });
+    auto* row = new wxBoxSizer(wxHORIZONTAL);  // the panel's
+    row->Add(text_, wxSizerFlags(1).CentreVertical().Border(wxALL, FromDIP(8)));
+    row->Add(close, wxSizerFlags().Top().Border(wxALL, FromDIP(3)));
+    SetSizer(row);
+    Hide();
 }
 
 void MessageBar::Tell(const std::string& sentence) {
-    std::erase(told_, sentence);
-    told_.push_back(sentence);
+    const std::string whole = withPoint(sentence);
+    std::erase(told_, whole);
+    told_.push_back(whole);
     if (told_.size() > mostSentences) told_.erase(told_.begin());
     ShowAll();
 }
 
 void MessageBar::SetStanding(const std::string& sentence) {
-    if (sentence == standing_) return;
-    standing_ = sentence;
+    const std::string whole = withPoint(sentence);
+    if (whole == standing_) return;
+    standing_ = whole;
     read_.clear();
     ShowAll();
 }
@@ -43,16 +66,16 @@ std::string MessageBar::Shown() const {
 
 void MessageBar::ShowAll() {
     const std::string text = Shown();
-    if (text.empty())
-        Dismiss();
-    else
-        ShowMessage(fromUtf8(text), wxICON_WARNING);
+    text_->SetLabelText(fromUtf8(text));
+    text_->Wrap(GetParent()->GetClientSize().x - FromDIP(70));
+    Show(!text.empty());
+    GetParent()->Layout();
 }
 
 void MessageBar::OnClosed() {
     told_.clear();
     read_ = standing_;
-    Dismiss();
+    ShowAll();
 }
 
 }  // namespace vpc::viewer

@@ -3,12 +3,15 @@
 #include <string>
 #include <vector>
 
-#include <wx/infobar.h>
+#include <wx/panel.h>
+
+class wxStaticText;
 
 namespace vpc::viewer {
 
-/// Sentences for the user, over the view, until they are read.
-class MessageBar : public wxInfoBar {
+/// Sentences for the user, over the view, until they are read. Its button has the name
+/// "message/close" for tests.
+class MessageBar : public wxPanel {
 public:
     explicit MessageBar(wxWindow* parent);
 
@@ -23,6 +26,7 @@ private:
     void ShowAll();
     void OnClosed();
 
+    wxStaticText* text_;
     std::vector<std::string> told_;
     std::string standing_;
     /// The one that the user has closed.

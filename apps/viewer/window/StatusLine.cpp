@@ -10,7 +10,7 @@ namespace vpc::viewer {
 
 StatusLine::StatusLine(wxWindow* parent) : wxStatusBar(parent, wxID_ANY) {
     const int em = GetTextExtent("0").x;
-    const std::array<int, fields> widths{-1, 38 * em, 42 * em, 16 * em, 16 * em};
+    const std::array<int, fields> widths{-1, 36 * em, 46 * em, 16 * em, 16 * em};
     SetFieldsCount(fields, widths.data());
 }
 
@@ -30,7 +30,7 @@ void StatusLine::ShowPoints(const ViewResult& result) {
         levels = std::max(levels, entity.levels);
     }
     wxString text = grouped(result.shown) + " of " + grouped(result.inAll) + " points";
-    if (levels > 0) text += wxString::Format(", level %llu of %llu", level, levels);
+    if (levels > 0) text += wxString::Format(", level %llu, deepest %llu", level, levels - 1);
     const bool isEmpty = result.entities.empty();
     SetField(Points, isEmpty ? wxString() : text);
     SetField(Update, isEmpty ? wxString() : "update " + fixed(result.milliseconds, 0) + " ms");

@@ -8,9 +8,8 @@ namespace vpc::viewer {
 namespace {
 
 constexpr int restMs = 150;
-/// How much less a preview shows, and what it shows at least.
-constexpr unsigned long long previewShare = 8;
-constexpr unsigned long long leastPreview = 200'000;
+/// As many points as can follow the mouse.
+constexpr unsigned long long previewBudget = 1'000'000;
 
 constexpr const char* noMemory =
     "There is not enough memory to show the points of this view; lower the point budget.";
@@ -67,9 +66,7 @@ void UpdateLoop::Start() {
         isWanted_ = false;
         isPreview_ = std::exchange(isPreviewWanted_, false);
         if (isPreview_)
-            request.drawing.pointBudget =
-                std::min(request.drawing.pointBudget,
-                         std::max(request.drawing.pointBudget / previewShare, leastPreview));
+            request.drawing.pointBudget = std::min(request.drawing.pointBudget, previewBudget);
     }
     isRunning_ = true;
     engine_.Update(request, [this](const ViewResult& result) { OnResult(result); });
@@ -80,7 +77,10 @@ bool UpdateLoop::IsOutdated() const {
 }
 
 void UpdateLoop::OnResult(const ViewResult& result) {
-    if (isStopped_ || IsOutdated()) {
+    // The coarsest level of a large file may be too much for a preview. The points before are
+    // better than none.
+    const bool isEmptyPreview = !isForPicture_ && isPreview_ && result.shown == 0;
+    if (isStopped_ || IsOutdated() || isEmptyPreview) {
         End();
         return;
     }

@@ -43,8 +43,10 @@ public:
 
     /// Called when the camera has come to rest, before the engine is asked.
     void OnRest(std::function<void()> rested) { rested_ = std::move(rested); }
-    bool IsIdle() const { return !isRunning_ && !isWanted_ && !rest_.IsRunning() && !picture_; }
-    /// Nothing is asked for any more: the window closes.
+    bool IsIdle() const {
+        return isStopped_ || (!isRunning_ && !isWanted_ && !rest_.IsRunning() && !picture_);
+    }
+    /// Nothing is asked for any more.
     void Stop();
 
 private:

@@ -51,7 +51,7 @@ bool ViewerApp::OnInit() {
     SetAppName("vpc-viewer");
     SetAppDisplayName("vpc-viewer");
     wxImage::AddHandler(new wxPNGHandler);  // wxWidgets deletes it
-    frame_ = new MainFrame(commandLine_);  // wxWidgets deletes it
+    frame_ = new MainFrame(commandLine_);   // wxWidgets deletes it
     frame_->Show();
     frame_->Start();
     return true;

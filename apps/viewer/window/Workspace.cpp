@@ -161,17 +161,24 @@ void Workspace::SetPointBudget(unsigned long long budget) {
     listener_.OnDrawingChanged();
 }
 
-void Workspace::SetProperty(int entity, const Property& property, const Property::Value& value) {
-    engine_.SetProperty(entity, property.id, value,
-                        [this, entity, name = property.name](const Entity& changed,
-                                                             const Engine::Problem& problem) {
-                            if (!problem.empty()) listener_.OnProblem(problem);
-                            Drawing drawing = Kept();
-                            Entity* found = drawing.Find(entity);
-                            if (found == nullptr) return;  // closed meanwhile
-                            takeValues(*found, changed);
-                            Change("change " + name, drawing);
-                        });
+void Workspace::SetProperties(int entity, const std::vector<PropertyEdit>& edits) {
+    for (std::size_t i = 0; i < edits.size(); ++i) {
+        const bool isLast = i + 1 == edits.size();
+        engine_.SetProperty(entity, edits[i].property.id, edits[i].value,
+                            [this, entity, isLast, name = edits[i].property.name](
+                                const Entity& changed, const Engine::Problem& problem) {
+                                if (!problem.empty()) listener_.OnProblem(problem);
+                                if (isLast) TakeProperties(entity, changed, "change " + name);
+                            });
+    }
+}
+
+void Workspace::TakeProperties(int id, const Entity& changed, const std::string& label) {
+    Drawing drawing = Kept();
+    Entity* entity = drawing.Find(id);
+    if (entity == nullptr) return;  // closed meanwhile
+    takeValues(*entity, changed);
+    Change(label, drawing);
 }
 
 void Workspace::Undo() {

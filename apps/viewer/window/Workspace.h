@@ -9,6 +9,7 @@
 #include "viewer/document/Session.h"
 #include "viewer/document/UndoStack.h"
 #include "viewer/engine/Engine.h"
+#include "viewer/panels/PropertyEdit.h"
 
 namespace vpc::viewer {
 
@@ -75,7 +76,8 @@ public:
     void ShowEntity(int entity, bool isVisible);
     void SetStyle(const ViewStyle& style);
     void SetPointBudget(unsigned long long budget);
-    void SetProperty(int entity, const Property& property, const Property::Value& value);
+    /// One step, whatever the number of edits; it is called after the last one.
+    void SetProperties(int entity, const std::vector<PropertyEdit>& edits);
     void Undo();
     void Redo();
     std::string UndoLabel() const { return undo_.UndoLabel(); }
@@ -85,6 +87,7 @@ public:
     void TakeFacts(const ViewResult& result);
 
 private:
+    void TakeProperties(int id, const Entity& changed, const std::string& label);
     void Load(Entity entity, bool asGiven);
     void OnLoaded(const Engine::Opened& opened, bool ofSession);
     void CloseAll();

@@ -45,6 +45,7 @@ TEST(UndoStackTest, GoesThroughStatesWithTheirLabels) {
     EXPECT_EQ(stack.Current().entities.size(), 1U);
     stack.Do("other", withBudget(9));
     EXPECT_FALSE(stack.Redo());
+    EXPECT_EQ(stack.RedoLabel(), "");
     EXPECT_TRUE(stack.Undo());
     EXPECT_EQ(stack.Current().pointBudget, 2U);
 }

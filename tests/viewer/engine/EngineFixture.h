@@ -5,8 +5,6 @@
 
 #include <condition_variable>
 #include <deque>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -16,6 +14,7 @@
 
 #include <glm/geometric.hpp>
 
+#include "support/TempFolder.h"
 #include "viewer/engine/Engine.h"
 
 namespace vpc::viewer::test {
@@ -63,30 +62,21 @@ private:
 /// An engine, a drawing, and a folder for the files of one test.
 class EngineTest : public testing::Test {
 protected:
-    EngineTest() {
-        std::string name = (std::filesystem::temp_directory_path() / "vpc-viewer-XXXXXX").string();
-        folder = mkdtemp(name.data());
-        request.size = {800, 600};
-    }
-    ~EngineTest() override {
-        engine.reset();
-        std::filesystem::remove_all(folder);
-    }
+    EngineTest() { request.size = {800, 600}; }
 
     /// What the program prints.
     std::string RunProgram(const std::string& arguments) const {
-        const std::string line = "cd " + folder.string() + " && " VPC_PROGRAM " " + arguments +
-                                 " > out.txt 2> errors.txt";
+        const std::string line = "cd " + folder.path().string() + " && " VPC_PROGRAM " " +
+                                 arguments + " > out.txt 2> errors.txt";
         EXPECT_EQ(std::system(line.c_str()), 0) << line;
-        std::ifstream out(folder / "out.txt");
-        return {std::istreambuf_iterator<char>(out), {}};
+        return vpc::test::readBytes(folder.file("out.txt"));
     }
     /// A tree of a made-up landscape; returns its path.
     std::string MakeTree(int points, const std::string& unit = "m") const {
         const std::string name = unit + std::to_string(points);
         RunProgram("sample " + name + ".las --points " + std::to_string(points));
         RunProgram("prepare " + name + ".las --max-points 2000 -o " + name + ".vpt --unit " + unit);
-        return (folder / (name + ".vpt")).string();
+        return folder.file(name + ".vpt");
     }
 
     Engine::Opened Open(int id, const std::string& file) {
@@ -152,7 +142,7 @@ protected:
         return *answer;
     }
 
-    std::filesystem::path folder;
+    const vpc::test::TempFolder folder;
     ViewRequest request;
     Calls calls;
     std::unique_ptr<Engine> engine = std::make_unique<Engine>(

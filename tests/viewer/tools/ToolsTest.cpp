@@ -173,6 +173,9 @@ TEST_F(ToolsTest, WalkingGoesOnWhileLookingAround) {
     walk.Walk(3.0, 0.0, 0.0);
     EXPECT_NEAR(host.camera.eye.z, eye.z, 1e-9);
     EXPECT_NEAR(glm::distance(host.camera.eye, eye), 3.0 * walk.Pace(), 1e-6);
+    const double pace = walk.Pace();
+    walk.ChangePace(2.0);
+    EXPECT_EQ(walk.Pace(), 2.0 * pace);
     router.Press(At({500, 400}));
     const glm::dvec3 ahead = host.camera.Ahead();
     router.Move(At({600, 400}));
@@ -209,7 +212,9 @@ TEST_F(ToolsTest, PicksAreToldMeasuredCopiedAndCleared) {
     EXPECT_EQ(Shown().lines.size(), 1U);
     EXPECT_EQ(Shown().labels.size(), 3U);
     ClickAndAnswer(host.box.max);  // begins anew
-    EXPECT_EQ(pick->Picks().size(), 1U);
+    Click(host.PixelOf(host.box.max), true);
+    std::exchange(host.asked, nullptr)();
+    EXPECT_EQ(pick->Picks().size(), 1U);  // a double click means one point
 
     // A drag turns the view and picks nothing.
     const ViewCamera before = host.camera;
@@ -272,6 +277,12 @@ TEST_F(ToolsTest, ASectionIsDraggedAlongItsNormalAsOneStep) {
     router.Move(At({500, 400}, MouseButton::None));
     router.Key(ToolKey::Delete);
     EXPECT_TRUE(host.GetDrawing().sections.empty());
+    // A plane that was dragged out of what is shown has a handle still.
+    host.Change("far", withSection({}, moved(sectionAcross(Axis::X, host.box), 60.0)));
+    host.camera = standardView(StandardView::Top, host.box, host.PictureSize(), true);
+    const glm::dvec3 outside = host.box.Centre() + glm::dvec3(60.0, 0.0, 0.0);
+    Drag(host.PixelOf(outside), host.PixelOf(host.box.Centre()));
+    EXPECT_NEAR(host.GetDrawing().sections.at(0).point.x, host.box.Centre().x, 0.2);
 }
 
 TEST_F(ToolsTest, ThreePicksMakeASection) {
@@ -283,12 +294,14 @@ TEST_F(ToolsTest, ThreePicksMakeASection) {
     ClickAndAnswer(beside);
     ClickAndAnswer(beside);  // counts once
     EXPECT_EQ(tool.Places().size(), 2U);
+    EXPECT_EQ(Shown().marks.size(), 2U);
     ClickAndAnswer(top);
     EXPECT_THAT(host.said, HasSubstr("lie on a line"));
     ClickAndAnswer({top.x, host.box.min.y, top.z});
     ASSERT_EQ(host.GetDrawing().sections.size(), 1U);
     EXPECT_NEAR(host.GetDrawing().sections[0].normal.z, -1.0, 1e-9);
     EXPECT_EQ(tool.GetMode(), SectionTool::Mode::Move);
+    EXPECT_EQ(Shown().lines.size(), 5U);  // the outline and the normal
     EXPECT_EQ(host.undo.UndoLabel(), "add section");
 }
 
@@ -296,10 +309,19 @@ TEST_F(ToolsTest, ClipsAreDrawnInAParallelView) {
     ClipTool boxTool(host, ClipTool::Shape::Box, true);
     EXPECT_THAT(host.said, HasSubstr("parallel"));
     ASSERT_FALSE(host.camera.perspective);
+    const ViewCamera start = host.camera;
     router.Use(&boxTool);
     Click({100, 100});
     EXPECT_TRUE(host.GetDrawing().clips.empty());
+    router.Press(At({100, 100}));
+    router.Move(At({300, 300}, MouseButton::None));
+    EXPECT_EQ(Shown().lines.size(), 4U);
+    EXPECT_EQ(host.PixelOf(boxTool.Corners().at(2)), glm::ivec2(300, 300));
+    router.Cancel();
+    EXPECT_TRUE(boxTool.Corners().empty());
+    EXPECT_EQ(host.camera, start);
     Drag({100, 100}, {700, 500}, MouseButton::Left, {{300, 900}});
+    EXPECT_TRUE(Shown().lines.empty());
     ASSERT_EQ(host.GetDrawing().clips.size(), 1U);
     EXPECT_TRUE(host.isEnded);
     const Clip clip = host.GetDrawing().clips[0];
