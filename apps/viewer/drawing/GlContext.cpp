@@ -49,7 +49,9 @@ std::unique_ptr<GlContext> GlContext::Create(std::string& problem) {
             best = std::move(context);
         if (best != nullptr && !best->IsSoftware()) break;
     }
-    if (best != nullptr) problem.clear();
+    // One that was tried later has left none current.
+    if (best == nullptr || !best->MakeCurrent()) return nullptr;
+    problem.clear();
     return best;
 }
 

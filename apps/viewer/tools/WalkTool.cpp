@@ -24,7 +24,8 @@ WalkTool::WalkTool(ToolHost& host) : host_(host) {
         host.KeepView();
     }
     host.Say(
-        "Arrow keys walk, Page Up and Page Down rise and sink, a drag looks around. "
+        "W, A, S, D and the arrow keys walk, Page Up and Page Down rise and sink, a drag looks "
+        "around. "
         "Escape ends.");
 }
 

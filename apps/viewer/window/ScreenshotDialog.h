@@ -1,0 +1,17 @@
+#pragma once
+
+#include <optional>
+
+#include "draw/ImageSize.h"
+
+class wxWindow;
+
+namespace vpc::viewer {
+
+/// Asks how large a picture is to be. Modal. Its controls have the names "dialog/Width",
+/// "dialog/Height", "dialog/Save" and "dialog/Cancel".
+/// \param proposed the window's picture
+/// \return nothing where the user cancels
+std::optional<draw::ImageSize> askForPictureSize(wxWindow* parent, const draw::ImageSize& proposed);
+
+}  // namespace vpc::viewer

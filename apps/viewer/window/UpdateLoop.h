@@ -1,0 +1,86 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include <wx/timer.h>
+
+#include "viewer/engine/Engine.h"
+#include "viewer/window/FrameLoop.h"
+
+namespace vpc::viewer {
+
+/// Asks the engine for the points of the view, and brings them to the renderer. One request is
+/// under way at a time; what it brings is dropped when the view has changed meanwhile.
+class UpdateLoop {
+public:
+    /// The view as it is now.
+    using View = std::function<ViewRequest()>;
+    /// Gets what the points on the screen are; a sentence where not all of them could be kept.
+    using Updated = std::function<void(const ViewResult&, const std::string& problem)>;
+
+    UpdateLoop(Engine& engine, FrameLoop& frames, View view, Updated updated);
+    /// Waits for a picture that is being drawn.
+    ~UpdateLoop();
+    UpdateLoop(const UpdateLoop&) = delete;
+    UpdateLoop& operator=(const UpdateLoop&) = delete;
+
+    /// The camera has moved: asks when it has come to rest.
+    void AskAtRest();
+    /// Something else has changed.
+    void Ask();
+    /// A drag changes the drawing: asks for few points, and shows even what comes late, so that
+    /// pictures follow the mouse.
+    void AskPreview();
+    /// Has a picture drawn from the view with another size, with the points of that picture. The
+    /// window's view follows again by itself. One picture at a time.
+    /// \param draw called in a thread of its own, with the renderer that has the points
+    /// \param done called in the window's thread after that
+    void AskPicture(const draw::ImageSize& size, std::function<void(PointRenderer&)> draw,
+                    std::function<void()> done);
+
+    /// Called when the camera has come to rest, before the engine is asked.
+    void OnRest(std::function<void()> rested) { rested_ = std::move(rested); }
+    bool IsIdle() const {
+        return isStopped_ || (!isRunning_ && !isWanted_ && !rest_.IsRunning() && !picture_);
+    }
+    /// Nothing is asked for any more.
+    void Stop();
+
+private:
+    struct Picture {
+        draw::ImageSize size;
+        std::function<void(PointRenderer&)> draw;
+        std::function<void()> done;
+    };
+
+    /// Asks the engine where something is wanted and nothing is under way.
+    void Start();
+    void OnResult(const ViewResult& result);
+    void OnFetched(const ViewResult& result, std::size_t count);
+    void DrawPicture();
+    void EndPicture();
+    void End();
+    bool IsOutdated() const;
+
+    Engine& engine_;
+    FrameLoop& frames_;
+    View view_;
+    Updated updated_;
+    std::function<void()> rested_;
+    wxTimer rest_;
+    bool isStopped_ = false;
+    bool isWanted_ = false;
+    bool isRunning_ = false;
+    bool isPreviewWanted_ = false;
+    /// What is under way.
+    bool isPreview_ = false;
+    bool isForPicture_ = false;
+    std::optional<Picture> picture_;
+    wxEvtHandler mailbox_;
+    std::thread drawing_;
+};
+
+}  // namespace vpc::viewer

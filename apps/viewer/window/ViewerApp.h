@@ -1,0 +1,27 @@
+#pragma once
+
+#include <wx/app.h>
+
+#include "viewer/window/CommandLine.h"
+
+namespace vpc::viewer {
+
+class MainFrame;
+
+/// The program's beginning and end.
+class ViewerApp : public wxApp {
+public:
+    explicit ViewerApp(CommandLine commandLine);
+
+    bool Initialize(int& count, wxChar** arguments) override;
+    bool OnInit() override;
+    /// Sees the report's key wherever the keyboard is, in dialogs too.
+    int FilterEvent(wxEvent& event) override;
+
+private:
+    CommandLine commandLine_;
+    /// wxWidgets deletes it.
+    MainFrame* frame_ = nullptr;
+};
+
+}  // namespace vpc::viewer

@@ -1,0 +1,201 @@
+#include "viewer/window/Workspace.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "viewer/document/SessionFile.h"
+
+namespace vpc::viewer {
+
+namespace {
+
+/// Puts the values that the palette edits in the place of others.
+void takeValues(Entity& entity, const Entity& from) {
+    entity.placement = from.placement;
+    entity.stylization = from.stylization;
+    entity.colourScheme = from.colourScheme;
+    entity.cropped = from.cropped;
+    entity.locked = from.locked;
+}
+
+}  // namespace
+
+Workspace::Workspace(Engine& engine, WorkspaceListener& listener)
+    : engine_(engine), listener_(listener) {
+}
+
+const EntityFacts* Workspace::FactsOf(int entity) const {
+    const auto found = facts_.find(entity);
+    return found == facts_.end() ? nullptr : &found->second;
+}
+
+Box Workspace::ShownBox() const {
+    Box box;
+    for (const Entity& entity : Shown().entities) {
+        const EntityFacts* facts = FactsOf(entity.id);
+        if (!entity.visible || facts == nullptr || facts->box.IsEmpty()) continue;
+        for (const glm::dvec3& corner : facts->box.Corners())
+            box.Add(entity.placement.ToDrawing(corner));
+    }
+    return box;
+}
+
+void Workspace::OpenTree(const std::string& file) {
+    Entity entity;
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::absolute(file, error).lexically_normal();
+    entity.file = path.string();
+    entity.name = path.stem().string();
+    Load(std::move(entity), false);
+}
+
+void Workspace::Load(Entity entity, bool asGiven) {
+    entity.id = ++lastId_;
+    ++opening_;
+    engine_.Open(entity, asGiven,
+                 [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
+                     --opening_;
+                     if (drawing == drawing_)
+                         OnLoaded(opened, asGiven);
+                     else
+                         engine_.Close(opened.entity.id);  // a session has come in its place
+                 });
+}
+
+void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
+    if (!opened.problem.empty()) {
+        listener_.OnProblem(opened.problem);
+        return;
+    }
+    const bool isFirst = Kept().entities.empty();
+    EntityFacts& facts = facts_[opened.entity.id];
+    facts.box = opened.box;
+    facts.points = opened.points;
+    facts.unit = opened.unit;
+    facts.shown.inAll = opened.points;
+    preview_.reset();
+    undo_.Amend([&opened](Drawing& drawing) { drawing.entities.push_back(opened.entity); });
+    listener_.OnOpened(opened.entity, isFirst, ofSession);
+    listener_.OnDrawingChanged();
+}
+
+void Workspace::CloseEntity(int entity) {
+    engine_.Close(entity);
+    facts_.erase(entity);
+    preview_.reset();
+    undo_.Amend([entity](Drawing& drawing) {
+        std::erase_if(drawing.entities, [entity](const Entity& one) { return one.id == entity; });
+    });
+    listener_.OnDrawingChanged();
+}
+
+void Workspace::CloseAll() {
+    for (const Entity& entity : Kept().entities) engine_.Close(entity.id);
+    facts_.clear();
+    preview_.reset();
+    ++drawing_;
+}
+
+void Workspace::OpenSession(const std::string& file) {
+    Session session;
+    try {
+        session = openSession(file);
+    } catch (const SessionError& error) {
+        listener_.OnProblem(error.what());
+        return;
+    }
+    CloseAll();
+    const std::vector<Entity> entities = std::exchange(session.drawing.entities, {});
+    undo_ = UndoStack(session.drawing);
+    listener_.OnSessionOpened(session, file);
+    listener_.OnStyleChanged();
+    listener_.OnDrawingChanged();
+    for (const Entity& entity : entities) Load(entity, true);
+}
+
+bool Workspace::SaveSession(const std::string& file, const ViewCamera& camera) {
+    try {
+        saveSession({Kept(), camera}, file);
+        return true;
+    } catch (const SessionError& error) {
+        listener_.OnProblem(error.what());
+        return false;
+    }
+}
+
+void Workspace::Preview(const Drawing& drawing) {
+    preview_ = drawing;
+    listener_.OnPreview();
+}
+
+void Workspace::EndPreview() {
+    if (!preview_) return;
+    preview_.reset();
+    listener_.OnDrawingChanged();
+}
+
+void Workspace::Change(const std::string& label, const Drawing& drawing) {
+    preview_.reset();
+    undo_.Do(label, drawing);
+    listener_.OnDrawingChanged();
+}
+
+void Workspace::ShowEntity(int entity, bool isVisible) {
+    Drawing drawing = Kept();
+    Entity* found = drawing.Find(entity);
+    if (found == nullptr) return;
+    found->visible = isVisible;
+    Change((isVisible ? "show " : "hide ") + found->name, drawing);
+}
+
+void Workspace::SetStyle(const ViewStyle& style) {
+    undo_.Amend([&style](Drawing& drawing) { drawing.style = style; });
+    if (preview_) preview_->style = style;
+    listener_.OnStyleChanged();
+}
+
+void Workspace::SetPointBudget(unsigned long long budget) {
+    undo_.Amend([budget](Drawing& drawing) { drawing.pointBudget = budget; });
+    if (preview_) preview_->pointBudget = budget;
+    listener_.OnDrawingChanged();
+}
+
+void Workspace::SetProperties(int entity, const std::vector<PropertyEdit>& edits) {
+    for (std::size_t i = 0; i < edits.size(); ++i) {
+        const bool isLast = i + 1 == edits.size();
+        engine_.SetProperty(entity, edits[i].property.id, edits[i].value,
+                            [this, entity, isLast, name = edits[i].property.name](
+                                const Entity& changed, const Engine::Problem& problem) {
+                                if (!problem.empty()) listener_.OnProblem(problem);
+                                if (isLast) TakeProperties(entity, changed, "change " + name);
+                            });
+    }
+}
+
+void Workspace::TakeProperties(int id, const Entity& changed, const std::string& label) {
+    Drawing drawing = Kept();
+    Entity* entity = drawing.Find(id);
+    if (entity == nullptr) return;  // closed meanwhile
+    takeValues(*entity, changed);
+    Change(label, drawing);
+}
+
+void Workspace::Undo() {
+    preview_.reset();
+    if (undo_.Undo()) listener_.OnDrawingChanged();
+}
+
+void Workspace::Redo() {
+    preview_.reset();
+    if (undo_.Redo()) listener_.OnDrawingChanged();
+}
+
+void Workspace::TakeFacts(const ViewResult& result) {
+    for (const ShownEntity& shown : result.entities) {
+        const auto found = facts_.find(shown.id);
+        if (found != facts_.end()) found->second.shown = shown;
+    }
+}
+
+}  // namespace vpc::viewer

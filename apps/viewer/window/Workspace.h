@@ -1,0 +1,106 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "viewer/document/Session.h"
+#include "viewer/document/UndoStack.h"
+#include "viewer/engine/Engine.h"
+#include "viewer/panels/PropertyEdit.h"
+
+namespace vpc::viewer {
+
+/// What is told about an entity beside what the drawing holds.
+struct EntityFacts {
+    /// Around its points, in their own frame.
+    Box box;
+    unsigned long long points = 0;
+    /// Of the points' coordinates.
+    std::string unit;
+    /// Of the last update.
+    ShownEntity shown;
+};
+
+/// Who wants to know what becomes of the drawing.
+class WorkspaceListener {
+public:
+    virtual ~WorkspaceListener() = default;
+
+    /// Entities, sections, clips or their values have changed.
+    virtual void OnDrawingChanged() = 0;
+    /// A drag shows a state of the drawing.
+    virtual void OnPreview() = 0;
+    /// How points are drawn has changed, and not which ones.
+    virtual void OnStyleChanged() = 0;
+    /// \param isFirst  whether nothing was open
+    /// \param ofSession whether a session brought it, and with that a view
+    virtual void OnOpened(const Entity& entity, bool isFirst, bool ofSession) = 0;
+    /// A session is being opened; its files follow.
+    virtual void OnSessionOpened(const Session& session, const std::string& file) = 0;
+    /// A sentence for the user.
+    virtual void OnProblem(const std::string& sentence) = 0;
+};
+
+/// The drawing that the window shows: its files, its changes, and how they are undone.
+class Workspace {
+public:
+    Workspace(Engine& engine, WorkspaceListener& listener);
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    /// As it is shown.
+    const Drawing& Shown() const { return preview_ ? *preview_ : undo_.Current(); }
+    /// Without the drag that goes on.
+    const Drawing& Kept() const { return undo_.Current(); }
+    /// Null where the entity is gone.
+    const EntityFacts* FactsOf(int entity) const;
+    /// Around all visible entities.
+    Box ShownBox() const;
+
+    void OpenTree(const std::string& file);
+    void CloseEntity(int entity);
+    /// Puts a session in the place of all that is open.
+    void OpenSession(const std::string& file);
+    /// \return whether it could be saved
+    bool SaveSession(const std::string& file, const ViewCamera& camera);
+    /// Whether files are being opened.
+    bool IsOpening() const { return opening_ > 0; }
+
+    void Preview(const Drawing& drawing);
+    void EndPreview();
+    /// A step that can be undone.
+    void Change(const std::string& label, const Drawing& drawing);
+    void ShowEntity(int entity, bool isVisible);
+    void SetStyle(const ViewStyle& style);
+    void SetPointBudget(unsigned long long budget);
+    /// One step, whatever the number of edits; it is called after the last one.
+    void SetProperties(int entity, const std::vector<PropertyEdit>& edits);
+    void Undo();
+    void Redo();
+    std::string UndoLabel() const { return undo_.UndoLabel(); }
+    std::string RedoLabel() const { return undo_.RedoLabel(); }
+
+    /// What the engine has found for a view.
+    void TakeFacts(const ViewResult& result);
+
+private:
+    void TakeProperties(int id, const Entity& changed, const std::string& label);
+    void Load(Entity entity, bool asGiven);
+    void OnLoaded(const Engine::Opened& opened, bool ofSession);
+    void CloseAll();
+
+    Engine& engine_;
+    WorkspaceListener& listener_;
+    UndoStack undo_;
+    std::optional<Drawing> preview_;
+    std::map<int, EntityFacts> facts_;
+    int lastId_ = 0;
+    /// Grows with every session that is opened.
+    int drawing_ = 0;
+    int opening_ = 0;
+};
+
+}  // namespace vpc::viewer
