@@ -56,7 +56,13 @@ public:
         if (child_ > 0) wait();
     }
 
+    pid_t id() const { return child_; }
     void send(int signal) const { kill(child_, signal); }
+    bool hasEnded() const {
+        siginfo_t about{};
+        return waitid(P_PID, static_cast<id_t>(child_), &about, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+               about.si_pid == child_;
+    }
     /// Waits until `condition` holds, up to half a minute; false where it never does.
     template <class Condition>
     static bool waitUntil(const Condition& condition) {

@@ -75,6 +75,8 @@ public:
                                   wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE)),
           button_(new wxButton(this, wxID_ANY, "Cancel")),
           remarks_(new wxStaticText(this, wxID_ANY, {})) {
+        // It is disabled or goes when it is pressed, and would take the keys with it.
+        button_->SetCanFocus(false);
         auto* const line = new wxBoxSizer(wxHORIZONTAL);
         const wxSizerFlags centred = wxSizerFlags().CentreVertical().Border(wxRIGHT, FromDIP(gap));
         line->Add(name_, centred);

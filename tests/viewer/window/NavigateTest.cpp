@@ -1,0 +1,57 @@
+#include "support/Picture.h"
+#include "viewer/window/WindowTest.h"
+
+namespace vpc::test {
+namespace {
+
+class NavigateTest : public WindowTest {
+protected:
+    /// The place that the program sees at a pixel.
+    static glm::dvec3 under(ViewerRun& viewer, const Pixel& pixel) {
+        viewer.Move(pixel);
+        return vectorOf(viewer.Report().at("cursor"));
+    }
+};
+
+TEST_F(NavigateTest, TurnsSlidesAndZoomsAtTheCursorAndComesBack) {
+    ViewerRun viewer = start("t.vpt");
+    ASSERT_TRUE(comesToShowSquares(viewer));
+    const draw::Image before = viewer.Picture();
+    const auto camera = viewer.Camera();
+    const auto entity = viewer.Last()["entities"][0];
+    const Pixel pixel = viewer.PixelOf(placed(entity, square(2).middle)) + Pixel(7, -5);
+    const glm::dvec3 place = under(viewer, pixel);
+    const auto expectAt = [&](const Pixel& wanted) {
+        viewer.Report();
+        const Pixel now = viewer.PixelOf(place);
+        EXPECT_LE(std::abs(now.x - wanted.x) + std::abs(now.y - wanted.y), 2);
+        EXPECT_TRUE(comesToShowSquares(viewer));
+        EXPECT_GT(difference(viewer.Picture(), before), 0.01);
+    };
+    viewer.Drag(pixel, pixel + Pixel(120, 40));
+    expectAt(pixel);
+    EXPECT_GT(glm::length(viewer.Camera().eye - camera.eye), 0.1 * camera.Distance());
+    viewer.Drag(pixel, pixel + Pixel(-60, 30), 2);
+    expectAt(pixel + Pixel(-60, 30));
+    viewer.Wheel(pixel + Pixel(-60, 30), 1);
+    expectAt(pixel + Pixel(-60, 30));
+    EXPECT_LT(glm::length(viewer.Camera().eye - place), 0.97 * glm::length(camera.eye - place));
+    for (int i = 0; i < 3; ++i) viewer.Key("Alt_L+Left");
+    viewer.Report();
+    EXPECT_EQ(viewer.Camera(), camera);
+    EXPECT_TRUE(comesToShow(viewer, before));
+    viewer.Close();
+}
+
+TEST_F(NavigateTest, ClosesInTheMiddleOfUpdates) {
+    for (const int milliseconds : {0, 150, 160, 170}) {
+        ViewerRun viewer = start("t.vpt");
+        viewer.Wheel({400, 300}, 1);
+        // Where in its work that meets the program is left to chance.
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        viewer.Close();
+    }
+}
+
+}  // namespace
+}  // namespace vpc::test
