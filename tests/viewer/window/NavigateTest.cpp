@@ -43,6 +43,28 @@ TEST_F(NavigateTest, TurnsSlidesAndZoomsAtTheCursorAndComesBack) {
     viewer.Close();
 }
 
+TEST_F(NavigateTest, SavesAPictureOfAnotherSize) {
+    ViewerRun viewer = start("t.vpt");
+    viewer.ClickControl("tool/screenshot");
+    viewer.Report();
+    viewer.Enter("dialog/Width", "1500", "Tab");
+    viewer.Enter("dialog/Height", "600", "Tab");
+    viewer.CloseDialog("dialog/Save");
+    viewer.AcceptSystemDialog();
+    EXPECT_EQ(viewer.Report()["message"], "");
+    const Picture saved(read("view.png"));
+    ASSERT_EQ(saved.width, 1500U);
+    ASSERT_EQ(saved.height, 600U);
+    draw::Image picture({1500, 600}, {});
+    for (std::size_t i = 0; i < picture.Size().Pixels(); ++i) {
+        const auto& [red, green, blue] = saved.at(i % saved.width, i / saved.width);
+        picture[i] = {red, green, blue};
+    }
+    EXPECT_TRUE(showsAllSquares(viewer, picture));
+    EXPECT_TRUE(comesToShowSquares(viewer));
+    viewer.Close();
+}
+
 TEST_F(NavigateTest, ClosesInTheMiddleOfUpdates) {
     for (const int milliseconds : {0, 150, 160, 170}) {
         ViewerRun viewer = start("t.vpt");

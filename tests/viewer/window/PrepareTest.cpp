@@ -9,7 +9,7 @@ protected:
     /// Starts a preparation and stops its process, so that it cannot be done before `meanwhile`.
     template <class Meanwhile>
     void meetInTheMiddle(ViewerRun& viewer, const Meanwhile& meanwhile) const {
-        viewer.ClickControl("dialog/Prepare");
+        viewer.CloseDialog("dialog/Prepare");
         ASSERT_TRUE(ProgramRun::waitUntil([&] { return !viewer.Children().empty(); }));
         const pid_t child = viewer.Children().front();
         kill(child, SIGSTOP);
@@ -26,7 +26,7 @@ protected:
 TEST_F(PrepareTest, PreparesAScanAndOpensIt) {
     ViewerRun viewer = start("t.las");
     ASSERT_NE(viewer.Last()["dialog"], "");
-    viewer.ClickControl("dialog/Prepare");
+    viewer.CloseDialog("dialog/Prepare");
     viewer.ReportWhen([](const auto& report) { return !report["entities"].empty(); });
     EXPECT_EQ(viewer.Last()["preparing"][0]["state"], "done");
     EXPECT_EQ(viewer.Last()["shown"], allPoints);
@@ -49,7 +49,10 @@ TEST_F(PrepareTest, ACancelledPreparationLeavesNothing) {
 
 TEST_F(PrepareTest, ClosingEndsAPreparation) {
     ViewerRun viewer = start("t.las");
-    meetInTheMiddle(viewer, [&] { viewer.CloseTop(); });
+    meetInTheMiddle(viewer, [&] {
+        viewer.CloseTop();
+        viewer.AcceptSystemDialog();
+    });
     viewer.WaitForEnd();
 }
 

@@ -16,6 +16,8 @@ std::string commandLine(const std::string& display, const std::filesystem::path&
         {"GDK_BACKEND", "x11"},
         // The accessibility bus is not there, and its absence would be told.
         {"NO_AT_BRIDGE", "1"},
+        // Nor is the daemon that keeps GTK's settings.
+        {"GSETTINGS_BACKEND", "memory"},
         {"HOME", home},
         {"XDG_CONFIG_HOME", home + "/.config"},
         {"XDG_CACHE_HOME", home + "/.cache"},
@@ -50,7 +52,8 @@ ViewerRun::ViewerRun(const std::string& display, const std::filesystem::path& fo
       reportFile_(prepareHome(folder)),
       program_(commandLine(display, reportFile_, arguments, more), folder, RLIM_INFINITY,
                "/usr/bin/env") {
-    WaitUntil([&] { return screen_.HasWindow(); }, "a window");
+    WaitUntil([&] { return screen_.TopWindow().has_value(); }, "a window");
+    window_ = screen_.TopWindow();
     Report();
 }
 
@@ -62,6 +65,7 @@ void ViewerRun::Fail(const std::string& what) {
     if (!hasEnded_) program_.send(SIGKILL);
     hasEnded_ = true;
     const ProgramResult result = program_.wait();
+    report_.erase("controls");
     throw std::runtime_error(what + "; status " + std::to_string(result.status) + "\n" +
                              result.err + "\nlast report: " + report_.dump(1));
 }
@@ -113,8 +117,8 @@ draw::ImageSize ViewerRun::Size() const {
     return {report_.at("canvas").at("width"), report_.at("canvas").at("height")};
 }
 
-Pixel ViewerRun::PixelOf(const glm::dvec3& place) const {
-    const auto found = Camera().ProjectionTo(Size()).Of({place.x, place.y, place.z});
+Pixel ViewerRun::PixelOf(const glm::dvec3& place, const draw::ImageSize& size) const {
+    const auto found = Camera().ProjectionTo(size).Of({place.x, place.y, place.z});
     return {static_cast<int>(std::floor(found.column)), static_cast<int>(std::floor(found.row))};
 }
 
@@ -146,9 +150,17 @@ void ViewerRun::Wheel(const Pixel& pixel, int steps) {
     }
 }
 
-bool ViewerRun::HasControl(const std::string& name) const {
-    const auto& all = report_.at("controls");
-    return std::any_of(all.begin(), all.end(), [&](const auto& c) { return c.at("name") == name; });
+void ViewerRun::CloseDialog(const std::string& button) {
+    const auto dialog = screen_.TopWindow();
+    ClickControl(button);
+    WaitUntil([&] { return screen_.TopWindow() != dialog; }, "the end of a dialog");
+}
+
+void ViewerRun::AcceptSystemDialog() {
+    WaitUntil([&] { return screen_.TopWindow() != window_; }, "a system dialog");
+    const auto dialog = screen_.TopWindow();
+    Key("Return");
+    WaitUntil([&] { return screen_.TopWindow() != dialog; }, "the end of a system dialog");
 }
 
 const nlohmann::json& ViewerRun::Control(const std::string& name) const {
@@ -165,11 +177,13 @@ void ViewerRun::ClickControl(const std::string& name, double share) {
     screen_.Release(1);
 }
 
-void ViewerRun::Enter(const std::string& control, const std::string& text) {
+void ViewerRun::Enter(const std::string& control, const std::string& text,
+                      const std::string& last) {
     ClickControl(control);
+    Report();  // only then the keyboard goes to the field
     Key("Control_L+a");
     Type(text);
-    Key("Return");
+    Key(last);
 }
 
 std::vector<pid_t> ViewerRun::Children() const {

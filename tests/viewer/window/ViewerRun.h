@@ -44,7 +44,9 @@ public:
     viewer::ViewCamera Camera() const;
     draw::ImageSize Size() const;
     /// The pixel of the last report's view that shows a place of the drawing.
-    Pixel PixelOf(const glm::dvec3& place) const;
+    Pixel PixelOf(const glm::dvec3& place) const { return PixelOf(place, Size()); }
+    /// The same in a picture of that size.
+    Pixel PixelOf(const glm::dvec3& place, const draw::ImageSize& size) const;
 
     void Click(const Pixel& pixel, int button = 1);
     void Drag(const Pixel& from, const Pixel& to, int button = 1);
@@ -55,9 +57,13 @@ public:
     void Type(const std::string& text) { screen_.Type(text); }
     /// Clicks on what the report names so; `share` says where in its width.
     void ClickControl(const std::string& name, double share = 0.5);
-    bool HasControl(const std::string& name) const;
-    /// Clicks into a field, replaces its text and presses Enter.
-    void Enter(const std::string& control, const std::string& text);
+    /// Clicks on a button of the program's dialog, which closes it.
+    void CloseDialog(const std::string& button);
+    /// Waits for a dialog of GTK's own, which sees no report's key, and takes what it proposes.
+    void AcceptSystemDialog();
+    /// Clicks into a field, replaces its text and ends with a key.
+    void Enter(const std::string& control, const std::string& text,
+               const std::string& last = "Return");
 
     /// Processes that the program has started.
     std::vector<pid_t> Children() const;
@@ -80,6 +86,7 @@ private:
     XScreen screen_;
     std::filesystem::path reportFile_;
     ProgramRun program_;
+    std::optional<unsigned long> window_;
     bool hasEnded_ = false;
     nlohmann::json report_ = {{"serial", 0}};
 };

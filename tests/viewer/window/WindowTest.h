@@ -43,8 +43,7 @@ protected:
                 colours[static_cast<std::size_t>(number)]};
     }
 
-    /// Writes the squares as NAME.las and prepares NAME.vpt.
-    void makeScene(const std::string& name) const {
+    static std::vector<PointRecord> scene() {
         std::vector<PointRecord> points;
         for (int number = 0; number < 4; ++number)
             for (int i = 0; i < static_cast<int>(pointsASquare); ++i) {
@@ -53,7 +52,11 @@ protected:
                                   middle.y + step * (i / pointsASide - pointsASide / 2), middle.z,
                                   c.red, c.green, c.blue, 10.0 * number});
             }
-        writeLas(folder.file(name + ".las"), {2, 3, 0, 0.001, 2e6}, points);
+        return points;
+    }
+    /// Writes the scene as NAME.las and prepares NAME.vpt.
+    void makeScene(const std::string& name) const {
+        writeLas(folder.file(name + ".las"), {2, 3, 0, 0.001, 2e6}, scene());
         expectDone("prepare --quiet -o " + name + ".vpt " + name + ".las");
     }
     WindowTest() { makeScene("t"); }
@@ -72,31 +75,30 @@ protected:
                                           entity.at("scale")};
         return placement.ToDrawing(point);
     }
-    /// Whether the squares of an entity are seen where they belong, in their colours.
-    static bool showsSquares(const ViewerRun& viewer, const draw::Image& picture,
-                             const nlohmann::json& entity) {
-        for (int number = 0; number < 4; ++number) {
-            const auto [middle, colour] = square(number);
-            const Pixel pixel = viewer.PixelOf(placed(entity, middle));
-            if (pixel.x < 0 || pixel.y < 0 || pixel.x >= picture.Size().width ||
-                pixel.y >= picture.Size().height)
-                return false;
-            const auto& seen = picture[picture.Size().Pixel(pixel.x, pixel.y)];
-            // Shading may darken it.
-            const glm::dvec3 a(seen.red, seen.green, seen.blue);
-            const glm::dvec3 b(colour.red, colour.green, colour.blue);
-            if (!(glm::dot(a, b) > 0.98 * glm::length(a) * glm::length(b))) return false;
-        }
+    /// Whether a square of an entity is seen where it belongs, in its colour.
+    static bool showsSquare(const ViewerRun& viewer, const draw::Image& picture,
+                            const nlohmann::json& entity, int number) {
+        const auto [middle, colour] = square(number);
+        const draw::ImageSize& size = picture.Size();
+        const Pixel pixel = viewer.PixelOf(placed(entity, middle), size);
+        if (pixel.x < 0 || pixel.y < 0 || pixel.x >= size.width || pixel.y >= size.height)
+            return false;
+        const auto& seen = picture[size.Pixel(pixel.x, pixel.y)];
+        // Shading may darken it.
+        const glm::dvec3 a(seen.red, seen.green, seen.blue);
+        const glm::dvec3 b(colour.red, colour.green, colour.blue);
+        return glm::dot(a, b) > 0.98 * glm::length(a) * glm::length(b);
+    }
+    /// The same for all squares of all entities in the last report.
+    static bool showsAllSquares(const ViewerRun& viewer, const draw::Image& picture) {
+        for (const auto& entity : viewer.Last().at("entities"))
+            for (int number = 0; number < 4; ++number)
+                if (!showsSquare(viewer, picture, entity, number)) return false;
         return true;
     }
-    /// The same for all entities of the last report, as soon as the window shows it.
+    /// The same as soon as the window shows it.
     static bool comesToShowSquares(const ViewerRun& viewer) {
-        const auto shows = [&](const draw::Image& picture) {
-            const auto& entities = viewer.Last().at("entities");
-            return std::all_of(entities.begin(), entities.end(), [&](const auto& entity) {
-                return showsSquares(viewer, picture, entity);
-            });
-        };
+        const auto shows = [&](const auto& picture) { return showsAllSquares(viewer, picture); };
         return shows(viewer.PictureWhen(shows));
     }
     static bool comesToShow(const ViewerRun& viewer, const draw::Image& wanted) {

@@ -26,14 +26,13 @@ public:
     void Key(const std::string& keys);
     /// ASCII only.
     void Type(const std::string& text);
-    /// Whether a window is shown at all.
-    bool HasWindow() const { return TopWindow().has_value(); }
+    /// The window that lies on top; nothing where none is shown.
+    std::optional<unsigned long> TopWindow() const;
     /// Asks the window on top to close, as the button in its frame does.
     void CloseTop();
     draw::Image Picture(const glm::ivec2& topLeft, const draw::ImageSize& size) const;
 
 private:
-    std::optional<unsigned long> TopWindow() const;
     void FocusTop();
     unsigned CodeOf(unsigned long symbol) const;
 
