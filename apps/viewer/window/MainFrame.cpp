@@ -230,6 +230,10 @@ void MainFrame::SaveSession(const std::string& file) {
 }
 
 void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& size) {
+    if (updates_.DrawsPicture()) {
+        Tell("Another picture is being drawn; save this one when that is done.");
+        return;
+    }
     const Screenshot shot{
         file,        size, view_->PictureSize(), control_.Camera(), workspace_.Shown().style,
         OverlayNow()};
