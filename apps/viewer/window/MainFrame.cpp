@@ -230,6 +230,10 @@ void MainFrame::SaveSession(const std::string& file) {
 }
 
 void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& size) {
+    if (updates_.DrawsPicture()) {
+        Tell("Another picture is being drawn; save this one when that is done.");
+        return;
+    }
     const Screenshot shot{
         file,        size, view_->PictureSize(), control_.Camera(), workspace_.Shown().style,
         OverlayNow()};
@@ -373,8 +377,6 @@ void MainFrame::OnDrawingChanged() {
     ShowTitle();
     ShowEmpty();
     Refresh();
-    // The button that was pressed may have gone with its row; keys are the view's then.
-    if (FindFocus() == nullptr) view_->SetFocus();
 }
 
 void MainFrame::OnPreview() {

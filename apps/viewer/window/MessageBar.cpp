@@ -40,6 +40,10 @@ MessageBar::MessageBar(wxWindow* parent)
     row->Add(close, wxSizerFlags().Top().Border(wxALL, FromDIP(3)));
     SetSizer(row);
     Hide();
+    parent->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        event.Skip();
+        if (IsShown()) CallAfter([this] { ShowAll(); });  // lines are as long as the window is wide
+    });
 }
 
 void MessageBar::Tell(const std::string& sentence) {

@@ -46,6 +46,8 @@ public:
     bool IsIdle() const {
         return isStopped_ || (!isRunning_ && !isWanted_ && !rest_.IsRunning() && !picture_);
     }
+    /// Whether a picture that was asked for is not done yet.
+    bool DrawsPicture() const { return picture_.has_value(); }
     /// Nothing is asked for any more.
     void Stop();
 

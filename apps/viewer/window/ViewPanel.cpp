@@ -140,6 +140,8 @@ void ViewPanel::OnReleased(wxMouseEvent& event) {
 
 void ViewPanel::OnMoved(wxMouseEvent& event) {
     if (input_ == nullptr) return;
+    // The release went elsewhere: to a dialog that came up.
+    if (held_ != MouseButton::None && !event.ButtonIsDown(wxMOUSE_BTN_ANY)) Cancel();
     MouseInput input = InputOf(event);
     input.button = held_;
     input_->OnMove(input);
@@ -162,7 +164,12 @@ void ViewPanel::OnZoomGesture(wxZoomGestureEvent& event) {
 }
 
 void ViewPanel::OnCaptureLost(wxMouseCaptureLostEvent&) {
+    Cancel();
+}
+
+void ViewPanel::Cancel() {
     held_ = MouseButton::None;
+    if (HasCapture()) ReleaseMouse();
     if (input_ != nullptr) input_->OnCancel();
 }
 

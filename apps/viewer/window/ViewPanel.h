@@ -57,6 +57,8 @@ private:
     void OnWheelTurned(wxMouseEvent& event);
     void OnZoomGesture(wxZoomGestureEvent& event);
     void OnCaptureLost(wxMouseCaptureLostEvent& event);
+    /// Gives up a press that got no release.
+    void Cancel();
     MouseInput InputOf(const wxMouseEvent& event) const;
     glm::ivec2 PixelOf(const wxPoint& place) const;
     void PaintText(wxDC& dc) const;

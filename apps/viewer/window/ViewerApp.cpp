@@ -21,16 +21,28 @@ void endAtAssert(const wxString& file, int line, const wxString& function,
                  const wxString& condition, const wxString& message) {
     std::fprintf(stderr, "vpc-viewer: %s:%d: %s: %s %s\n", toUtf8(file).c_str(), line,
                  toUtf8(function).c_str(), toUtf8(condition).c_str(), toUtf8(message).c_str());
-#ifdef NDEBUG
-    if (std::getenv("VPC_VIEWER_STRICT") == nullptr) return;
-#endif
     std::_Exit(3);
+}
+
+/// The same where people work: it is told, and the program goes on.
+void tellAtAssert(const wxString& file, int line, const wxString&, const wxString& condition,
+                  const wxString& message) {
+    std::fprintf(stderr, "vpc-viewer: %s:%d: %s %s\n", toUtf8(file).c_str(), line,
+                 toUtf8(condition).c_str(), toUtf8(message).c_str());
+}
+
+bool isStrict([[maybe_unused]] const CommandLine& commandLine) {
+#ifdef NDEBUG
+    return !commandLine.reportFile.empty();
+#else
+    return true;
+#endif
 }
 
 }  // namespace
 
 ViewerApp::ViewerApp(CommandLine commandLine) : commandLine_(std::move(commandLine)) {
-    wxSetAssertHandler(endAtAssert);
+    wxSetAssertHandler(isStrict(commandLine_) ? endAtAssert : tellAtAssert);
 }
 
 bool ViewerApp::Initialize(int& count, wxChar** arguments) {
@@ -50,18 +62,19 @@ bool ViewerApp::OnInit() {
     std::setlocale(LC_NUMERIC, "C");
     SetAppName("vpc-viewer");
     SetAppDisplayName("vpc-viewer");
-    wxImage::AddHandler(new wxPNGHandler);  // wxWidgets deletes it
-    frame_ = new MainFrame(commandLine_);   // wxWidgets deletes it
-    frame_->Show();
-    frame_->Start();
+    wxImage::AddHandler(new wxPNGHandler);      // wxWidgets deletes it
+    auto* frame = new MainFrame(commandLine_);  // wxWidgets deletes it
+    frame_ = frame;
+    frame->Show();
+    frame->Start();
     return true;
 }
 
 int ViewerApp::FilterEvent(wxEvent& event) {
-    if (event.GetEventType() == wxEVT_CHAR_HOOK && frame_ != nullptr) {
+    if (event.GetEventType() == wxEVT_CHAR_HOOK && frame_) {
         const auto& key = static_cast<const wxKeyEvent&>(event);
         if (key.GetKeyCode() == WXK_F12 && key.ControlDown() && key.ShiftDown()) {
-            frame_->AskForReport();
+            static_cast<MainFrame*>(frame_.get())->AskForReport();
             return Event_Processed;
         }
     }

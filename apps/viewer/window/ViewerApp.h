@@ -1,12 +1,12 @@
 #pragma once
 
 #include <wx/app.h>
+#include <wx/weakref.h>
+#include <wx/window.h>
 
 #include "viewer/window/CommandLine.h"
 
 namespace vpc::viewer {
-
-class MainFrame;
 
 /// The program's beginning and end.
 class ViewerApp : public wxApp {
@@ -20,8 +20,8 @@ public:
 
 private:
     CommandLine commandLine_;
-    /// wxWidgets deletes it.
-    MainFrame* frame_ = nullptr;
+    /// The main frame, as long as it is there.
+    wxWindowRef frame_;
 };
 
 }  // namespace vpc::viewer
