@@ -27,6 +27,15 @@ Extension* create() {
     }
 }
 
+void tellOfShortMemory(TreePrepareResult& result) {
+    try {
+        result.success = false;
+        result.message = _("Point cloud preprocessing failed: memory is short");
+    } catch (const std::bad_alloc&) {
+        // The caller's false has to suffice.
+    }
+}
+
 /// Prepares with whatever `arguments` PcCorePointSet takes.
 template <class... Arguments>
 bool prepare(TreePrepareResult& result, Arguments&... arguments) {
@@ -34,6 +43,7 @@ bool prepare(TreePrepareResult& result, Arguments&... arguments) {
         result = PcCorePointSet::preparePointData(arguments...);
         return result.success;
     } catch (const std::bad_alloc&) {
+        tellOfShortMemory(result);
         return false;
     }
 }

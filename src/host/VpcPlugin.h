@@ -27,7 +27,7 @@ extern "C" VPC_EXPORT PcDbPointCloudDefPE* vpcCreatePointCloudExtension();
 extern "C" VPC_EXPORT OdOPMClientExtension* vpcCreatePropertiesExtension();
 
 /// Calls PcCorePointSet::preparePointData and returns whether it succeeded. When memory is short it
-/// returns false and leaves `result` alone.
+/// returns false; `result` says so where there is memory for that.
 extern "C" VPC_EXPORT bool vpcPreparePointData(const TreePreparePars& pars,
                                                TreePrepareResult& result);
 
@@ -75,5 +75,6 @@ extern "C" VPC_EXPORT void vpcCloseLog();
 extern "C" VPC_EXPORT bool vpcExportView(const GiPointSetDefinition& set, const wxString& folder);
 
 /// The same for the last pick (getOsnapPoints): PickPointParameters.txt, PickPointFrustum.ply and,
-/// with the boxes of the nodes that were searched, InPickFrustum.ply.
+/// with the boxes of the nodes that were searched, InPickFrustum.ply. Call it before the next
+/// update, which forgets those nodes.
 extern "C" VPC_EXPORT bool vpcExportPick(const GiPointSetDefinition& set, const wxString& folder);

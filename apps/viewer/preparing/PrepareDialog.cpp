@@ -220,8 +220,10 @@ private:
     wxString Target() const {
         wxFileName target(target_->GetValue());
         if (!scans_->IsEmpty()) target.MakeAbsolute(wxFileName(scans_->GetString(0)).GetPath());
-        if (target.GetExt().CmpNoCase(treeExtension) != 0)
-            target.SetFullName(target.GetFullName() + "." + treeExtension);
+        // A name that is nothing but the extension counts as one with it, too.
+        const wxString extension = wxString(".") + treeExtension;
+        if (!target.GetFullName().Lower().EndsWith(extension))
+            target.SetFullName(target.GetFullName() + extension);
         return target.GetFullPath();
     }
 

@@ -40,11 +40,11 @@ private:
 
 namespace {
 
-/// Calls `take` with what can be read without waiting.
+/// Calls `take` with what can be read without waiting, but not with so much that the window waits.
 template <class Take>
 void drain(wxInputStream* stream, const Take& take) {
     std::array<char, 65536> bytes;
-    while (stream != nullptr && stream->CanRead()) {
+    for (int i = 0; i < 16 && stream != nullptr && stream->CanRead(); ++i) {
         stream->Read(bytes.data(), bytes.size());
         if (stream->LastRead() == 0) return;
         take(std::string_view(bytes.data(), stream->LastRead()));

@@ -16,7 +16,9 @@ using Json = nlohmann::json;
 constexpr std::array<std::string_view, 2> programNames = {"vpc prepare: ", "vpc: "};
 constexpr std::string_view warningMark = "warning: ";
 /// A program that writes no ends of lines is not ours; what it says is not kept without end.
-constexpr std::size_t longestLine = 1U << 20U;
+constexpr std::size_t longestLine = 1U << 24U;
+constexpr std::size_t longestText = 1U << 16U;
+constexpr std::size_t mostWarnings = 1000;
 
 /// What is no UTF-8 in a text becomes a replacement character.
 std::string asUtf8(const std::string& text) {
@@ -111,15 +113,15 @@ void PrepareProgress::TakeErrorLine(const std::string& line) {
     if (name == programNames.end()) {
         // A text of several lines goes on.
         std::string& text = inWarning_ ? warnings_.back() : lastSentence_;
-        text += (text.empty() ? "" : "\n") + line;
+        if (text.size() + line.size() <= longestText) text += (text.empty() ? "" : "\n") + line;
         return;
     }
     std::string text = line.substr(name->size());
     inWarning_ = text.starts_with(warningMark);
-    if (inWarning_)
-        warnings_.push_back(text.substr(warningMark.size()));
-    else
+    if (!inWarning_)
         lastSentence_ = std::move(text);
+    else if (warnings_.size() < mostWarnings)
+        warnings_.push_back(text.substr(warningMark.size()));
 }
 
 std::string PrepareProgress::Words() const {

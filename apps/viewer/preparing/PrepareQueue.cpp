@@ -167,6 +167,8 @@ void PrepareQueue::OnTick() {
     const bool hasEnded = process_->HasEnded();
     process_->Poll(job->progress);
     if (!hasEnded) {
+        // A signal is lost that comes before the program listens for it.
+        if (job->cancelling) process_->Cancel();
         Changed();
         return;
     }
