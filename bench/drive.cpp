@@ -2,8 +2,8 @@
 // tests do, and prints what it took, a name and a number on each line:
 //   start_s        from the start to the first finished picture, or to an empty window
 //   shown          points in that picture
-//   change_s       from a turn of the view to the finished picture of its own points, with the pause
-//                  that the program makes before it asks for them: the median
+//   change_s       from a turn of the view to the finished picture of its own points: the median;
+//                  with the pause that the program makes before it asks for them
 //   update_s       the plug-in's part of that: the median
 //   frame_s        one picture while the view turns: the longest
 //   block_s        the longest time that the window did not answer, opening the file or turning
@@ -39,8 +39,7 @@ double median(std::vector<double> values) {
 
 /// The most memory that a process had, in bytes.
 long long peakBytes(pid_t process) {
-    std::istringstream status(
-        vpc::test::readBytes("/proc/" + std::to_string(process) + "/status"));
+    std::istringstream status(vpc::test::readBytes("/proc/" + std::to_string(process) + "/status"));
     for (std::string word; status >> word;)
         if (long long kibibytes = 0; word == "VmHWM:" && status >> kibibytes)
             return kibibytes * 1024;
