@@ -234,8 +234,8 @@ public:
         SetView(drawing_);
         SetPlaces();
         points_.Draw(first, step);
-        // A slice that has returned is drawn. Whoever measures it would learn nothing otherwise, and
-        // all that was put off would be waited for at once, when the picture is read.
+        // A slice that has returned is drawn. Whoever measures it would learn nothing otherwise,
+        // and all that was put off would be waited for at once, when the picture is read.
         glFinish();
         takeGlErrors();
     }
