@@ -43,7 +43,7 @@ public:
     void Append(const char* record, unsigned format, unsigned size, unsigned long long arrival) {
         using Offset = RecordBlock::ArrivalOffset;
         if (room_ == 0 || format != tailFormat_ ||
-            arrival - tailArrival_ > std::numeric_limits<Offset>::max())
+            (keepsArrivals_ && arrival - tailArrival_ > std::numeric_limits<Offset>::max()))
             AddBlock(format, size, arrival);
         char* place = cursor_;
         cursor_ += tailStride_;

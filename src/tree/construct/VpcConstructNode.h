@@ -178,14 +178,19 @@ private:
     /// Puts packed points into the leaves below this node; the tree counts those that none takes.
     void Place(const vpc::PackedRun& run);
     /// Finds the leaves below this node that take the points; null for those that none takes.
-    void FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// Returns how many of the points, from the first one, come in runs that have the same leaf.
+    unsigned FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    void FindLeavesByHints(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// Brings points from the nodes that hold them down to the leaves.
+    static void DescendAll(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     /// Puts points of a run that have the same leaf into it, as far as that is simple, and returns
     /// how many.
     unsigned StoreSome(VpcConstructNode* leaf, const vpc::PackedRun& run, unsigned first,
                        unsigned count) const;
-    void Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
-               const vpc::PackedRun& run) const;
+    /// Puts points of a run, each, into its leaf.
+    void StoreEach(VpcConstructNode* const* leaves, const Coordinates* points, unsigned count,
+                   const vpc::PackedRun& run, unsigned first) const;
     /// Splits or freezes this leaf when it is full.
     void LeafHasGrown();
     /// Keeps the full leaf whole for the time being.
@@ -206,8 +211,8 @@ private:
     /// the order of their arrival, and counts the points. Both ranges hold `count` points and are
     /// overwritten.
     void ShapeChildren(Arrival* points, Arrival* others, std::size_t count);
-    /// The same for a node that may stay a leaf.
-    void Shape(Arrival* points, Arrival* others, std::size_t count);
+    /// The same for a node that may stay a leaf, and whose points are counted.
+    void Shape(Arrival* points, Arrival* others);
     std::vector<VpcPoint3D> SamplesFromBelow() const;
 
     // What is needed for every point comes first, to lie together.
