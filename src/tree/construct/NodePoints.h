@@ -17,7 +17,8 @@ class NodePoints {
 public:
     using Visitor = RestingPoints::Visitor;
 
-    explicit NodePoints(NodePointStore& store) : store_(&store) {}
+    /// \param zone of the SpillFile, for those of its points that go there
+    explicit NodePoints(NodePointStore& store, unsigned zone = 0) : store_(&store), zone_(zone) {}
     ~NodePoints() { Clear(); }
     NodePoints(const NodePoints&) = delete;
     NodePoints& operator=(const NodePoints&) = delete;
@@ -123,6 +124,7 @@ private:
     /// Count() when the store last looked for points to write out.
     unsigned long long countWhenSeen_ = 0;
     NodePointStore* store_;
+    unsigned zone_;
     std::unique_ptr<RestingPoints> rest_;
     NodePoints* older_ = nullptr;
     NodePoints* newer_ = nullptr;

@@ -29,7 +29,8 @@ VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileN
                                    const VpcBoundingBoxAxisAligned& box, VpcConstructNode* parent,
                                    const Triplet& step, const Triplet& parentGrid)
     : cells_(box),
-      points_(tree->store_),
+      zones_(ZonesOf(parent, step)),
+      points_(tree->store_, zones_.first),
       level_(parent != nullptr ? parent->level_ + 1 : 0),
       tree_(tree),
       parent_(parent),
@@ -37,6 +38,20 @@ VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileN
       parentGrid_(parentGrid),
       path_(FileTools::ToNativePath(fileName)) {
     tree_->RegisterNode(*this);
+}
+
+/// The node's part of its parent's zones. Nodes are written, and their points freed, in the order
+/// of their cells.
+VpcConstructNode::Zones VpcConstructNode::ZonesOf(const VpcConstructNode* parent,
+                                                  const Triplet& step) {
+    if (parent == nullptr) return {0, vpc::SpillFile::zones};
+    const auto zones = static_cast<unsigned long long>(parent->zones_.count);
+    const auto cells = parent->cells_.Counts().first * parent->cells_.Counts().second *
+                       parent->cells_.Counts().third;
+    const auto cell = parent->cells_.IndexOf(step);
+    const auto before = zones * cell / cells;
+    const auto count = std::max(zones * (cell + 1) / cells - before, 1ULL);
+    return {parent->zones_.first + static_cast<unsigned>(before), static_cast<unsigned>(count)};
 }
 
 // --- Adding points -------------------------------------------------------------------------------

@@ -159,6 +159,13 @@ public:
 private:
     static constexpr std::size_t cacheLine = 64;
 
+    /// Zones of the SpillFile.
+    struct Zones {
+        unsigned first;
+        unsigned count;
+    };
+    static Zones ZonesOf(const VpcConstructNode* parent, const Triplet& step);
+
     /// A point of a frozen leaf, and the number of its arrival.
     struct Arrival {
         Coordinates at;
@@ -218,6 +225,7 @@ private:
     // What is needed for every point comes first, to lie together.
     std::vector<std::unique_ptr<VpcConstructNode>> children_;
     vpc::CellGrid cells_;
+    Zones zones_;
     alignas(cacheLine) vpc::NodePoints points_;
     /// The leaf was full and could not split, so it grows.
     bool cannotSplit_ = false;
