@@ -29,13 +29,13 @@ VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileN
                                    const VpcBoundingBoxAxisAligned& box, VpcConstructNode* parent,
                                    const Triplet& step, const Triplet& parentGrid)
     : cells_(box),
-      zones_(ZonesOf(parent, step)),
-      points_(tree->store_, zones_.first),
+      points_(tree->store_, ZonesOf(parent, step).first),
       level_(parent != nullptr ? parent->level_ + 1 : 0),
       tree_(tree),
       parent_(parent),
       step_(step),
       parentGrid_(parentGrid),
+      zones_(ZonesOf(parent, step)),
       path_(FileTools::ToNativePath(fileName)) {
     tree_->RegisterNode(*this);
 }
@@ -101,8 +101,6 @@ unsigned VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
 
 void VpcConstructNode::FindLeavesAtOnce(const Coordinates* points, unsigned count,
                                         VpcConstructNode** leaves) {
-    // Neighbours in the scan are far apart in the tree: the processor would wait for every node on
-    // every way. So all points take one step before any takes the next.
     if (parent_ == nullptr && !children_.empty()) return FindLeavesByHints(points, count, leaves);
     const bool goesOn = !children_.empty();
     for (unsigned i = 0; i < count; ++i) {
@@ -136,6 +134,8 @@ void VpcConstructNode::FindLeavesByHints(const Coordinates* points, unsigned cou
 
 void VpcConstructNode::DescendAll(const Coordinates* points, unsigned count,
                                   VpcConstructNode** leaves) {
+    // Neighbours in the scan are far apart in the tree: the processor would wait for every node on
+    // every way. So all points take one step before any takes the next.
     for (bool goesOn = true; goesOn;) {
         goesOn = false;
         for (unsigned i = 0; i < count; ++i) {
@@ -167,10 +167,10 @@ void VpcConstructNode::Place(const vpc::PackedRun& run) {
             while (end < inRuns && leaves[end] == leaves[i]) ++end;
             i += StoreSome(leaves[i], run, done + i, end - i);
             if (i == end) continue;
-            StoreEach(&leaves[i], &points[i], 1, run, done + i);
+            StoreEach(leaves.data() + i, points.data() + i, 1, run, done + i);
             ++i;
         }
-        StoreEach(&leaves[i], &points[i], count - i, run, done + i);
+        StoreEach(leaves.data() + i, points.data() + i, count - i, run, done + i);
     }
 }
 

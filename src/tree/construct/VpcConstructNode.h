@@ -188,6 +188,7 @@ private:
     /// Returns how many of the points, from the first one, come in runs that have the same leaf.
     unsigned FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// The same from the root, where points of the neighbourhood have gone before.
     void FindLeavesByHints(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     /// Brings points from the nodes that hold them down to the leaves.
     static void DescendAll(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
@@ -225,7 +226,6 @@ private:
     // What is needed for every point comes first, to lie together.
     std::vector<std::unique_ptr<VpcConstructNode>> children_;
     vpc::CellGrid cells_;
-    Zones zones_;
     alignas(cacheLine) vpc::NodePoints points_;
     /// The leaf was full and could not split, so it grows.
     bool cannotSplit_ = false;
@@ -238,6 +238,7 @@ private:
     unsigned long long splitAt_ = 0;
     Triplet step_;
     Triplet parentGrid_;
+    Zones zones_;
     double minDistance_ = 0.0;
     std::string path_;
 
