@@ -17,9 +17,17 @@ namespace {
 /// limit.
 constexpr std::size_t scratchCharacters = 1024;
 
-const char* cMode(VpcFileMode mode, bool append) {
+bool isEmptyFile(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_size == 0;
+}
+
+const char* cMode(const std::string& path, VpcFileMode mode, bool append) {
     if (mode != FileModeWrite) return "rbe";
-    return append ? "abe" : "wbe";
+    if (append) return "abe";
+    // A file system may put a file on the disk, and have its last writer wait for that, because it
+    // was emptied before.
+    return isEmptyFile(path) ? "r+be" : "wbe";
 }
 
 bool isFolder(std::FILE* file) {
@@ -45,7 +53,7 @@ bool FileBufferStream::StreamOpen(const wxString& path, VpcFileMode openMode, bo
     }
     failed_ = false;
     systemError_ = 0;
-    file_ = std::fopen(native.c_str(), cMode(openMode, append));
+    file_ = std::fopen(native.c_str(), cMode(native, openMode, append));
     if (file_ == nullptr) {
         Fail(errno);
     } else if (isFolder(file_)) {

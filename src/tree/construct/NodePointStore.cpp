@@ -34,8 +34,9 @@ NodePointStore::NodePointStore(unsigned long long budget, const std::string& spi
 
 NodePointStore::~NodePointStore() = default;
 
-std::unique_ptr<RestingPoints> NodePointStore::MakeRestingPoints(const std::string& path) {
-    if (WritesBehind()) return std::make_unique<SpilledPoints>(*this);
+std::unique_ptr<RestingPoints> NodePointStore::MakeRestingPoints(const std::string& path,
+                                                                 unsigned zone) {
+    if (WritesBehind()) return std::make_unique<SpilledPoints>(*this, zone);
     return std::make_unique<NodeFile>(*this, path);
 }
 

@@ -36,7 +36,8 @@ public:
     /// The place for the points of a node that leave memory.
     ///
     /// \param path the file for that node, where there is no budget
-    std::unique_ptr<RestingPoints> MakeRestingPoints(const std::string& path);
+    /// \param zone where they are put in the file for all nodes
+    std::unique_ptr<RestingPoints> MakeRestingPoints(const std::string& path, unsigned zone);
     /// True when so many nodes share the memory that this full node should not make more of them:
     /// their points would be written over and over, a few at a time. A node with points at rest is
     /// held back where each has less than blocksWorthWriting blocks. Any other is held back where

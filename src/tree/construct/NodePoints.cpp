@@ -28,7 +28,7 @@ void NodePoints::CountTail() {
 }
 
 void NodePoints::WriteOut(const std::string& path) {
-    if (rest_ == nullptr) rest_ = store_->MakeRestingPoints(path);
+    if (rest_ == nullptr) rest_ = store_->MakeRestingPoints(path, zone_);
     CountTail();
     rest_->Append(first_);
     const unsigned long long restingBlocks = restingBlocks_ + blocks_;

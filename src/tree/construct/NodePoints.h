@@ -17,7 +17,8 @@ class NodePoints {
 public:
     using Visitor = RestingPoints::Visitor;
 
-    explicit NodePoints(NodePointStore& store) : store_(&store) {}
+    /// \param zone of the SpillFile, for those of its points that go there
+    explicit NodePoints(NodePointStore& store, unsigned zone = 0) : store_(&store), zone_(zone) {}
     ~NodePoints() { Clear(); }
     NodePoints(const NodePoints&) = delete;
     NodePoints& operator=(const NodePoints&) = delete;
@@ -43,7 +44,7 @@ public:
     void Append(const char* record, unsigned format, unsigned size, unsigned long long arrival) {
         using Offset = RecordBlock::ArrivalOffset;
         if (room_ == 0 || format != tailFormat_ ||
-            arrival - tailArrival_ > std::numeric_limits<Offset>::max())
+            (keepsArrivals_ && arrival - tailArrival_ > std::numeric_limits<Offset>::max()))
             AddBlock(format, size, arrival);
         char* place = cursor_;
         cursor_ += tailStride_;
@@ -123,6 +124,7 @@ private:
     /// Count() when the store last looked for points to write out.
     unsigned long long countWhenSeen_ = 0;
     NodePointStore* store_;
+    unsigned zone_;
     std::unique_ptr<RestingPoints> rest_;
     NodePoints* older_ = nullptr;
     NodePoints* newer_ = nullptr;

@@ -103,13 +103,12 @@ PointFormat::Misfits PointFormat::Pack(const VpcPoint3D* points, unsigned long l
 inline bool PointFormat::PackOnGrid(const VpcPoint3D& point, const Coordinates& steps,
                                     char* place) const {
     const Coordinates values{point.x, point.y, point.z};
-    std::array<std::int32_t, 3> wholes;
     bool fits = true;
     for (unsigned axis = 0; axis < 3; ++axis) {
-        wholes[axis] = nearest((values[axis] - grid_.offset[axis]) * steps[axis]);
-        fits &= same(OnGrid(wholes[axis], axis), values[axis]);
+        const std::int32_t whole = nearest((values[axis] - grid_.offset[axis]) * steps[axis]);
+        fits &= same(OnGrid(whole, axis), values[axis]);
+        store(place + axis * sizeof whole, whole);
     }
-    store(place, wholes);
     return fits;
 }
 

@@ -24,9 +24,10 @@ struct PackedRun {
     unsigned arrivalStep;
 
     const char* Record(unsigned index) const { return records + std::size_t{index} * stride; }
-    unsigned long long Arrival(unsigned index) const {
+    /// That of a record with `size` bytes, where they stand.
+    unsigned long long Arrival(const char* record, unsigned size) const {
         RecordBlock::ArrivalOffset offset;
-        std::memcpy(&offset, Record(index) + format->RecordSize(), sizeof offset);
+        std::memcpy(&offset, record + size, sizeof offset);
         return arrivals->firstArrival + offset;
     }
 };

@@ -4,6 +4,7 @@
 
 #include <wx/translation.h>
 
+#include "core/util/FileTools.h"
 #include "core/util/IoError.h"
 #include "core/util/ReplacementFile.h"
 #include "tree/construct/PointBlock.h"
@@ -15,6 +16,8 @@ namespace {
 
 /// Points between two requests to begin the writing to the disk: some 128 MiB.
 constexpr unsigned long long pointsPerWriteBack = 2400000;
+/// Points of a file that need no such request where nothing waits for the disk: some 800 MiB.
+constexpr unsigned long long pointsLeftToSystem = 16000000;
 
 PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
     const auto& grid = node.ChildrenPerAxis();
@@ -42,6 +45,8 @@ void PointTreeFileWriter::Write(const wxString& fileName,
                                 const VpcConstructTree::Progress& progress) {
     progress_ = progress;
     fileName_ = fileName;
+    // Only a file that replaces another is synced at its end.
+    nextWriteBack_ = FileTools::FileExists(fileName) ? pointsPerWriteBack : pointsLeftToSystem;
     ReplacementFile file(fileName, tree_.TreeId());
     stream_.StreamOpen(file.TemporaryName(), FileModeWrite);
     RequireGoodStream();
@@ -203,7 +208,7 @@ void PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& blo
 
 void PointTreeFileWriter::ReportNode(const VpcConstructNode& node) {
     pointsDone_ += node.PointsOnDisk();
-    // Early, so that little is left to wait for where the finished file has to be synced.
+    // Early, so that little is left to wait for.
     if (pointsDone_ >= nextWriteBack_) {
         stream_.StreamStartWriteBack();
         nextWriteBack_ = pointsDone_ + pointsPerWriteBack;

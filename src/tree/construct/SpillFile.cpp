@@ -18,6 +18,10 @@ namespace {
 
 /// The most parts that one call of the system takes.
 constexpr std::size_t partsPerCall = 1024;
+/// A zone gets so much of the file at once.
+constexpr unsigned long long stretchBytes = 4ULL << 20;
+/// The share of all pieces that may be freed and still take room.
+constexpr unsigned long long waitingShare = 32;
 
 /// Writes all parts, going on after calls that took less than all. False, with the reason in errno,
 /// when nothing is taken.
@@ -46,8 +50,10 @@ bool SpillFile::GivesRoomBack(const std::string& folder) {
                         FileTools::ToNativePath(StringTools::createGUID()));
         std::array<char, alignment> page{};
         std::vector<iovec> parts = {{page.data(), page.size()}};
-        probe.Write(probe.Reserve(page.size()), parts);
-        probe.Free(0, page.size());
+        const unsigned long long position = probe.Reserve(page.size(), 0);
+        probe.Write(position, parts);
+        probe.Free(position, page.size());
+        probe.GiveBack();
         return probe.givesBack_;
     } catch (const IoError&) {
         return false;
@@ -64,10 +70,16 @@ SpillFile::~SpillFile() {
     close(descriptor_);
 }
 
-unsigned long long SpillFile::Reserve(unsigned long long size) {
-    const unsigned long long position = end_;
-    end_ += Aligned(size);
-    return position;
+unsigned long long SpillFile::Reserve(unsigned long long size, unsigned zone) {
+    const unsigned long long whole = Aligned(size);
+    Range& stretch = stretches_[zone];
+    if (stretch.end - stretch.begin < whole) {
+        stretch = {end_, end_ + std::max(whole, stretchBytes)};
+        end_ = stretch.end;
+    }
+    stretch.begin += whole;
+    reservedBytes_ += whole;
+    return stretch.begin - whole;
 }
 
 void SpillFile::Write(unsigned long long position, std::vector<iovec>& parts) {
@@ -88,9 +100,24 @@ void SpillFile::Read(unsigned long long position, char* data, unsigned long long
 
 void SpillFile::Free(unsigned long long position, unsigned long long size) {
     const unsigned long long whole = Aligned(size);
-    if (givesBack_ && whole != 0)
+    if (!givesBack_ || whole == 0) return;
+    freed_.push_back({position, position + whole});
+    freedBytes_ += whole;
+    if (freedBytes_ * waitingShare >= reservedBytes_) GiveBack();
+}
+
+void SpillFile::GiveBack() {
+    std::sort(freed_.begin(), freed_.end(),
+              [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    for (std::size_t i = 0; i < freed_.size() && givesBack_;) {
+        Range range = freed_[i++];
+        for (; i < freed_.size() && freed_[i].begin == range.end; ++i) range.end = freed_[i].end;
         givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
-                               static_cast<off_t>(position), static_cast<off_t>(whole)) == 0;
+                               static_cast<off_t>(range.begin),
+                               static_cast<off_t>(range.end - range.begin)) == 0;
+    }
+    freed_.clear();
+    freedBytes_ = 0;
 }
 
 void SpillFile::FailDamaged() const {

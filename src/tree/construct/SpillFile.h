@@ -8,8 +8,11 @@
 
 namespace vpc {
 
-/// One temporary file for the points of all nodes, in pieces that are written once, one behind the
-/// other. The disk gets the room of a piece back as soon as the piece is freed.
+/// One temporary file for the points of all nodes, in pieces that are written once. The disk gets
+/// their room back soon after they are freed.
+///
+/// A system call gives a range back, and a disk may take its time for it. So pieces that will be
+/// freed at about the same time, those of one zone, lie together.
 ///
 /// Once open, the file has no name any more, so that it disappears with the process, however that
 /// ends.
@@ -20,6 +23,9 @@ public:
     static constexpr unsigned long long Aligned(unsigned long long size) {
         return (size + alignment - 1) / alignment * alignment;
     }
+
+    /// Zones are numbered in the order in which their pieces will be freed.
+    static constexpr unsigned zones = 1024;
 
     /// Whether Free gives room back in this folder, as far as a file of one page can tell. That
     /// file has no name, like all; where it cannot be made the answer is no.
@@ -33,24 +39,36 @@ public:
 
     /// Sets `size` bytes of the file aside and returns where they begin. They take no room before
     /// they are written.
-    [[nodiscard]] unsigned long long Reserve(unsigned long long size);
+    [[nodiscard]] unsigned long long Reserve(unsigned long long size, unsigned zone);
     /// Writes the parts one after the other from `position`.
     void Write(unsigned long long position, std::vector<iovec>& parts);
     /// Reads `size` bytes from `position`.
     void Read(unsigned long long position, char* data, unsigned long long size) const;
-    /// Gives the room of `size` bytes from `position` back. Where the file system cannot do that,
-    /// the file keeps its size until it is closed.
+    /// Gives the room of `size` bytes from `position` back, together with others. Where the file
+    /// system cannot do that, the file keeps its size until it is closed.
     void Free(unsigned long long position, unsigned long long size);
     /// Throws vpc::IoError for what the file gives back and nobody wrote.
     [[noreturn]] void FailDamaged() const;
 
 private:
+    struct Range {
+        unsigned long long begin = 0;
+        unsigned long long end = 0;
+    };
+    /// Gives the room of all that was freed back.
+    void GiveBack();
     [[noreturn]] void Fail(const wxString& problem, int systemReason) const;
 
     std::string path_;
     int descriptor_;
     unsigned long long end_ = 0;
+    unsigned long long reservedBytes_ = 0;
     bool givesBack_ = true;
+    /// What is left of each zone's last stretch of the file.
+    std::vector<Range> stretches_{zones};
+    /// What is freed and still takes room.
+    std::vector<Range> freed_;
+    unsigned long long freedBytes_ = 0;
 };
 
 }  // namespace vpc

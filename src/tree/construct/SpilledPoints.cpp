@@ -6,13 +6,6 @@
 
 namespace vpc {
 
-namespace {
-
-/// Bytes of the file for a node that has been written before.
-constexpr unsigned long long reservedForMore = ScratchLoan::blocks * RecordBlock::size;
-
-}  // namespace
-
 SpilledPoints::~SpilledPoints() {
     for (const Piece& piece : pieces_) store_.Spill().Free(piece.position, piece.size);
 }
@@ -27,18 +20,9 @@ void SpilledPoints::Append(const RecordBlock* first) {
         size += bytes;
     }
     if (size == 0) return;
-    const unsigned long long used = pieces_.empty() ? 0 : SpillFile::Aligned(pieces_.back().size);
-    if (!pieces_.empty() && pieces_.back().reserved - used >= size) {
-        store_.Spill().Write(pieces_.back().position + used, parts);
-        pieces_.back().size = used + size;
-        return;
-    }
-    // Who writes a second time will write again. What lies together is read and given back at once.
-    const unsigned long long reserved =
-        SpillFile::Aligned(pieces_.empty() ? size : std::max(size, reservedForMore));
-    const unsigned long long position = store_.Spill().Reserve(reserved);
+    const unsigned long long position = store_.Spill().Reserve(size, zone_);
     store_.Spill().Write(position, parts);
-    pieces_.push_back({position, size, reserved});
+    pieces_.push_back({position, size});
 }
 
 void SpilledPoints::Visit(const Visitor& visit, bool giveBack) {

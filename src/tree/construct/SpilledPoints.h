@@ -11,7 +11,7 @@ class NodePointStore;
 /// Points of one node in pieces of the store's file for all nodes.
 class SpilledPoints final : public RestingPoints {
 public:
-    explicit SpilledPoints(NodePointStore& store) : store_(store) {}
+    SpilledPoints(NodePointStore& store, unsigned zone) : store_(store), zone_(zone) {}
     ~SpilledPoints() override;
 
     void Append(const RecordBlock* first) override;
@@ -22,14 +22,13 @@ private:
     struct Piece {
         unsigned long long position;
         unsigned long long size;
-        /// Bytes of the file from `position` that are for these points.
-        unsigned long long reserved;
     };
     void VisitPiece(const Piece& piece, RecordBlock* scratch, const Visitor& visit) const;
     /// Throws vpc::IoError when the block cannot be one that was written.
     void RequireBlock(const RecordBlock& block) const;
 
     NodePointStore& store_;
+    unsigned zone_;
     std::vector<Piece> pieces_;
 };
 

@@ -18,6 +18,10 @@ namespace {
 /// The most cells that the root's grid has along an axis.
 constexpr unsigned long long mostRootCells = 20;
 constexpr unsigned long long noGrowth = std::numeric_limits<unsigned long long>::max();
+/// Points that are looked for in the tree together.
+constexpr unsigned pointsAtOnce = 32;
+/// Fewer points in a row that have the same leaf are not worth being treated as one.
+constexpr unsigned shortRun = 4;
 
 }  // namespace
 
@@ -25,14 +29,29 @@ VpcConstructNode::VpcConstructNode(VpcConstructTree* tree, const wxString& fileN
                                    const VpcBoundingBoxAxisAligned& box, VpcConstructNode* parent,
                                    const Triplet& step, const Triplet& parentGrid)
     : cells_(box),
-      points_(tree->store_),
+      points_(tree->store_, ZonesOf(parent, step).first),
       level_(parent != nullptr ? parent->level_ + 1 : 0),
       tree_(tree),
       parent_(parent),
       step_(step),
       parentGrid_(parentGrid),
+      zones_(ZonesOf(parent, step)),
       path_(FileTools::ToNativePath(fileName)) {
     tree_->RegisterNode(*this);
+}
+
+/// The node's part of its parent's zones. Nodes are written, and their points freed, in the order
+/// of their cells.
+VpcConstructNode::Zones VpcConstructNode::ZonesOf(const VpcConstructNode* parent,
+                                                  const Triplet& step) {
+    if (parent == nullptr) return {0, vpc::SpillFile::zones};
+    const auto zones = static_cast<unsigned long long>(parent->zones_.count);
+    const auto cells = parent->cells_.Counts().first * parent->cells_.Counts().second *
+                       parent->cells_.Counts().third;
+    const auto cell = parent->cells_.IndexOf(step);
+    const auto before = zones * cell / cells;
+    const auto count = std::max(zones * (cell + 1) / cells - before, 1ULL);
+    return {parent->zones_.first + static_cast<unsigned>(before), static_cast<unsigned>(count)};
 }
 
 // --- Adding points -------------------------------------------------------------------------------
@@ -63,9 +82,8 @@ unsigned long long VpcConstructNode::ComputeNodeIndex(unsigned long long ix, uns
     return cells_.IndexOf({ix, iy, iz});
 }
 
-void VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
-                                  VpcConstructNode** leaves) {
-    constexpr unsigned shortRun = 4;
+unsigned VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
+                                      VpcConstructNode** leaves) {
     for (unsigned done = 0; done < count;) {
         const unsigned first = done;
         VpcConstructNode* leaf = FindLeaf(points[first][0], points[first][1], points[first][2]);
@@ -74,20 +92,51 @@ void VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
                leaf->Contains(points[done][0], points[done][1], points[done][2]));
         const bool isScattered = done - first < shortRun && done < count;
         tree_->store_.NoteOrder(isScattered);
-        if (isScattered) return FindLeavesAtOnce(points + done, count - done, leaves + done);
+        if (!isScattered) continue;
+        FindLeavesAtOnce(points + done, count - done, leaves + done);
+        return done;
     }
+    return count;
 }
 
 void VpcConstructNode::FindLeavesAtOnce(const Coordinates* points, unsigned count,
                                         VpcConstructNode** leaves) {
-    // Neighbours in the scan are far apart in the tree: the processor would wait for every node on
-    // every way. So all points take one step before any takes the next.
-    bool goesOn = !children_.empty();
+    if (parent_ == nullptr && !children_.empty()) return FindLeavesByHints(points, count, leaves);
+    const bool goesOn = !children_.empty();
     for (unsigned i = 0; i < count; ++i) {
         const auto& [x, y, z] = points[i];
         leaves[i] = !goesOn || Contains(x, y, z) ? this : nullptr;
     }
-    while (goesOn) {
+    DescendAll(points, count, leaves);
+}
+
+void VpcConstructNode::FindLeavesByHints(const Coordinates* points, unsigned count,
+                                         VpcConstructNode** leaves) {
+    vpc::LeafHints& hints = tree_->leafHints_;
+    if (hints.IsEmpty()) hints.Make(cells_, *this);
+    std::array<VpcConstructNode**, pointsAtOnce> places;
+    for (unsigned i = 0; i < count; ++i) {
+        places[i] = &hints.At(points[i]);
+        leaves[i] = *places[i];
+        __builtin_prefetch(leaves[i]);
+        __builtin_prefetch(&leaves[i]->cells_.Maximum());
+    }
+    for (unsigned i = 0; i < count; ++i) {
+        const auto& [x, y, z] = points[i];
+        VpcConstructNode* node = leaves[i];
+        while (node != nullptr && !node->Contains(x, y, z)) node = node->parent_;
+        leaves[i] = node;
+    }
+    DescendAll(points, count, leaves);
+    for (unsigned i = 0; i < count; ++i)
+        if (leaves[i] != nullptr) *places[i] = leaves[i];
+}
+
+void VpcConstructNode::DescendAll(const Coordinates* points, unsigned count,
+                                  VpcConstructNode** leaves) {
+    // Neighbours in the scan are far apart in the tree: the processor would wait for every node on
+    // every way. So all points take one step before any takes the next.
+    for (bool goesOn = true; goesOn;) {
         goesOn = false;
         for (unsigned i = 0; i < count; ++i) {
             const VpcConstructNode* node = leaves[i];
@@ -101,38 +150,36 @@ void VpcConstructNode::FindLeavesAtOnce(const Coordinates* points, unsigned coun
 }
 
 void VpcConstructNode::Place(const vpc::PackedRun& run) {
-    constexpr unsigned most = 32;
-    std::array<Coordinates, most> points;
-    std::array<VpcConstructNode*, most> leaves;
-    for (unsigned done = 0; done < run.count; done += most) {
-        const unsigned count = std::min(run.count - done, most);
+    std::array<Coordinates, pointsAtOnce> points;
+    std::array<VpcConstructNode*, pointsAtOnce> leaves;
+    for (unsigned done = 0; done < run.count; done += pointsAtOnce) {
+        const unsigned count = std::min(run.count - done, pointsAtOnce);
         for (unsigned i = 0; i < count; ++i)
             points[i] = run.format->CoordinatesOf(run.Record(done + i));
-        FindLeaves(points.data(), count, leaves.data());
-        for (unsigned i = 0; i < count; ++i)
+        const unsigned inRuns = FindLeaves(points.data(), count, leaves.data());
+        for (unsigned i = inRuns; i < count; ++i)
             if (leaves[i] != nullptr) leaves[i]->points_.PrefetchForAppend();
-        for (unsigned i = 0; i < count; ++i)
+        for (unsigned i = inRuns; i < count; ++i)
             if (leaves[i] != nullptr) leaves[i]->points_.PrefetchPlace();
-        for (unsigned i = 0; i < count;) {
+        unsigned i = 0;
+        while (i < inRuns) {
             unsigned end = i + 1;
-            while (end < count && leaves[end] == leaves[i]) ++end;
+            while (end < inRuns && leaves[end] == leaves[i]) ++end;
             i += StoreSome(leaves[i], run, done + i, end - i);
             if (i == end) continue;
-            tree_->arrivals_ = run.arrivals != nullptr ? run.Arrival(done + i)
-                                                       : tree_->arrivals_ + run.arrivalStep;
-            Store(leaves[i], points[i], run.Record(done + i), run);
+            StoreEach(leaves.data() + i, points.data() + i, 1, run, done + i);
             ++i;
         }
+        StoreEach(leaves.data() + i, points.data() + i, count - i, run, done + i);
     }
 }
 
 unsigned VpcConstructNode::StoreSome(VpcConstructNode* leaf, const vpc::PackedRun& run,
                                      unsigned first, unsigned count) const {
-    constexpr unsigned worthIt = 4;
-    if (count < worthIt || leaf == nullptr || !leaf->children_.empty() ||
+    if (count < shortRun || leaf == nullptr || !leaf->children_.empty() ||
         run.stride != run.format->RecordSize())
         return 0;
-    // The point that fills the leaf is left to Store.
+    // The point that fills the leaf is left to StoreEach.
     const unsigned long long held = leaf->points_.Count();
     if (held + count >= tree_->growthToWatch_) return 0;
     const unsigned stored =
@@ -141,17 +188,30 @@ unsigned VpcConstructNode::StoreSome(VpcConstructNode* leaf, const vpc::PackedRu
     return stored;
 }
 
-void VpcConstructNode::Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
-                             const vpc::PackedRun& run) const {
-    // The leaf may have split since it was found.
-    if (leaf != nullptr && !leaf->children_.empty())
-        leaf = leaf->FindLeaf(point[0], point[1], point[2]);
-    if (leaf == nullptr) {
-        ++tree_->untakenPoints_;
-        return;
+void VpcConstructNode::StoreEach(VpcConstructNode* const* leaves, const Coordinates* points,
+                                 unsigned count, const vpc::PackedRun& run, unsigned first) const {
+    VpcConstructTree& tree = *tree_;
+    // The compiler has to assume that what is written to a leaf changes `run` as well.
+    const vpc::PackedRun from = run;
+    const unsigned size = from.format->RecordSize();
+    const unsigned long long growthToWatch = tree.growthToWatch_;
+    unsigned long long arrival = tree.arrivals_;
+    for (unsigned i = 0; i < count; ++i) {
+        const char* const record = from.Record(first + i);
+        arrival =
+            from.arrivals != nullptr ? from.Arrival(record, size) : arrival + from.arrivalStep;
+        tree.arrivals_ = arrival;
+        VpcConstructNode* leaf = leaves[i];
+        // The leaf may have split since it was found.
+        if (leaf != nullptr && !leaf->children_.empty())
+            leaf = leaf->FindLeaf(points[i][0], points[i][1], points[i][2]);
+        if (leaf == nullptr) {
+            ++tree.untakenPoints_;
+            continue;
+        }
+        leaf->points_.Append(record, from.formatNumber, size, arrival);
+        if (leaf->points_.Count() >= growthToWatch && !leaf->IsFrozen()) leaf->LeafHasGrown();
     }
-    leaf->points_.Append(record, run.formatNumber, run.format->RecordSize(), tree_->arrivals_);
-    if (leaf->points_.Count() >= tree_->growthToWatch_ && !leaf->IsFrozen()) leaf->LeafHasGrown();
 }
 
 void VpcConstructNode::LeafHasGrown() {
@@ -304,10 +364,12 @@ void VpcConstructNode::ShapeFrozenLeaf() {
     points.reserve(points_.Count());
     points_.Visit([&](const vpc::RecordBlock& block) {
         const vpc::PackedRun run = tree_->store_.Packer().RunOf(block);
+        const unsigned size = run.format->RecordSize();
         for (unsigned i = 0; i < run.count; ++i) {
             const Coordinates at = run.format->CoordinatesOf(run.Record(i));
             if (Contains(at[0], at[1], at[2]))
-                points.push_back({at, run.arrivals != nullptr ? run.Arrival(i) : splitAt_});
+                points.push_back(
+                    {at, run.arrivals != nullptr ? run.Arrival(run.Record(i), size) : splitAt_});
             else
                 ++tree_->untakenPoints_;
         }
@@ -320,32 +382,34 @@ void VpcConstructNode::ShapeFrozenLeaf() {
 void VpcConstructNode::ShapeChildren(Arrival* points, Arrival* others, std::size_t count) {
     cells_.Cut(SplitGrid());
     CreateChildren();
-    // The points sorted by child, those of a child in the order of their arrival.
+    // How many points each child has, behind a zero.
     std::vector<std::size_t> ends(children_.size() + 1);
     const auto cellOf = [this](const Arrival& point) {
         return cells_.CellHolding(point.at[0], point.at[1], point.at[2]);
     };
     for (std::size_t i = 0; i < count; ++i) ++ends[cellOf(points[i]) + 1];
+    for (std::size_t i = 0; i < children_.size(); ++i) children_[i]->pointsOnDisk_ = ends[i + 1];
+    // Which points they are matters only where one of them is full.
+    if (*std::max_element(ends.begin(), ends.end()) < tree_->FullCount()) return;
+    // The points sorted by child, those of a child in the order of their arrival.
     std::partial_sum(ends.begin(), ends.end(), ends.begin());
     for (std::size_t i = 0; i < count; ++i) others[ends[cellOf(points[i])]++] = points[i];
     std::size_t begin = 0;
     for (std::size_t i = 0; i < children_.size(); ++i) {
-        children_[i]->Shape(others + begin, points + begin, ends[i] - begin);
+        children_[i]->Shape(others + begin, points + begin);
         begin = ends[i];
     }
 }
 
-void VpcConstructNode::Shape(Arrival* points, Arrival* others, std::size_t count) {
-    const auto full = std::max(tree_->maxPointsPerNode_, 1ULL);
-    pointsOnDisk_ = count;
-    if (count < full) return;
+void VpcConstructNode::Shape(Arrival* points, Arrival* others) {
+    const auto full = tree_->FullCount();
+    if (pointsOnDisk_ < full) return;
     // It is never asked again, even where the tree becomes deeper.
     cannotSplit_ = level_ >= tree_->maxLevel_ || !CanSplit();
     if (cannotSplit_) return;
     // It would have split when it was full, and not before it was there.
     splitAt_ = std::max(parent_->splitAt_, points[full - 1].arrival);
-    pointsOnDisk_ = 0;
-    ShapeChildren(points, others, count);
+    ShapeChildren(points, others, std::exchange(pointsOnDisk_, 0));
 }
 
 void VpcConstructNode::SettleAll() {

@@ -159,6 +159,13 @@ public:
 private:
     static constexpr std::size_t cacheLine = 64;
 
+    /// Zones of the SpillFile.
+    struct Zones {
+        unsigned first;
+        unsigned count;
+    };
+    static Zones ZonesOf(const VpcConstructNode* parent, const Triplet& step);
+
     /// A point of a frozen leaf, and the number of its arrival.
     struct Arrival {
         Coordinates at;
@@ -178,14 +185,20 @@ private:
     /// Puts packed points into the leaves below this node; the tree counts those that none takes.
     void Place(const vpc::PackedRun& run);
     /// Finds the leaves below this node that take the points; null for those that none takes.
-    void FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// Returns how many of the points, from the first one, come in runs that have the same leaf.
+    unsigned FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// The same from the root, where points of the neighbourhood have gone before.
+    void FindLeavesByHints(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
+    /// Brings points from the nodes that hold them down to the leaves.
+    static void DescendAll(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     /// Puts points of a run that have the same leaf into it, as far as that is simple, and returns
     /// how many.
     unsigned StoreSome(VpcConstructNode* leaf, const vpc::PackedRun& run, unsigned first,
                        unsigned count) const;
-    void Store(VpcConstructNode* leaf, const Coordinates& point, const char* record,
-               const vpc::PackedRun& run) const;
+    /// Puts points of a run, each, into its leaf.
+    void StoreEach(VpcConstructNode* const* leaves, const Coordinates* points, unsigned count,
+                   const vpc::PackedRun& run, unsigned first) const;
     /// Splits or freezes this leaf when it is full.
     void LeafHasGrown();
     /// Keeps the full leaf whole for the time being.
@@ -206,8 +219,8 @@ private:
     /// the order of their arrival, and counts the points. Both ranges hold `count` points and are
     /// overwritten.
     void ShapeChildren(Arrival* points, Arrival* others, std::size_t count);
-    /// The same for a node that may stay a leaf.
-    void Shape(Arrival* points, Arrival* others, std::size_t count);
+    /// The same for a node that may stay a leaf, and whose points are counted.
+    void Shape(Arrival* points, Arrival* others);
     std::vector<VpcPoint3D> SamplesFromBelow() const;
 
     // What is needed for every point comes first, to lie together.
@@ -225,6 +238,7 @@ private:
     unsigned long long splitAt_ = 0;
     Triplet step_;
     Triplet parentGrid_;
+    Zones zones_;
     double minDistance_ = 0.0;
     std::string path_;
 

@@ -42,6 +42,7 @@ void VpcConstructTree::InitializeRootNode(VpcBoundingBoxAxisAligned box) {
     levels_.clear();
     endNodes_.clear();
     awaitingFlush_.clear();
+    leafHints_.Clear();
     stage_ = Stage::Adding;
     samplesWhileWriting_ = false;
     arrivals_ = 0;

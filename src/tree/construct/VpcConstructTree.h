@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <wx/string.h>
 
 #include "core/util/VpcDefinitions.h"
+#include "tree/construct/LeafHints.h"
 #include "tree/construct/NodePointStore.h"
 #include "tree/construct/SamplePattern.h"
 #include "tree/construct/VpcConstructNode.h"
@@ -150,6 +152,8 @@ private:
     [[nodiscard]] bool Succeeds(const std::function<bool()>& work);
     /// Notes why a call returns false, and returns false for it.
     [[nodiscard]] bool Refuse(const wxString& reason);
+    /// The points at which a node splits.
+    unsigned long long FullCount() const { return std::max(maxPointsPerNode_, 1ULL); }
     void RegisterNode(VpcConstructNode& node);
     void AwaitFlush(VpcConstructNode& node);
     VpcConstructNode* DensestEndNode() const;
@@ -200,4 +204,5 @@ private:
     // The store outlives the nodes, whose points lie in it.
     vpc::NodePointStore store_;
     std::unique_ptr<VpcConstructNode> root_;
+    vpc::LeafHints leafHints_;
 };
