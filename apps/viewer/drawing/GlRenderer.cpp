@@ -234,8 +234,8 @@ public:
         SetView(drawing_);
         SetPlaces();
         points_.Draw(first, step);
-        // A slice that has returned is drawn. Whoever measures it would learn nothing otherwise, and
-        // all that was put off would be waited for at once, when the picture is read.
+        // A slice that has returned is drawn. Whoever measures it would learn nothing otherwise,
+        // and all that was put off would be waited for at once, when the picture is read.
         glFinish();
         takeGlErrors();
     }
@@ -392,6 +392,10 @@ draw::Image GlRenderer::Picture() {
 std::optional<glm::dvec3> GlRenderer::PlaceAt(const glm::ivec2& pixel) const {
     if (!device_->Context().MakeCurrent()) return std::nullopt;
     return device_->PlaceAt(pixel);
+}
+
+void GlRenderer::Release() {
+    device_->Context().Release();
 }
 
 }  // namespace vpc::viewer

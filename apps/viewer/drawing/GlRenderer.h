@@ -8,8 +8,8 @@
 namespace vpc::viewer {
 
 /// Draws with OpenGL 3.3 into a framebuffer of its own, without a window. Each call makes its
-/// context the calling thread's, which it stays; whoever uses another one there makes that current
-/// again.
+/// context the calling thread's, which it stays until Release; whoever uses another one there makes
+/// that current again.
 ///
 /// No call fails where the driver does: pictures are empty then, and no memory is given.
 class GlRenderer : public PointRenderer {
@@ -34,6 +34,7 @@ public:
     void Draw(std::size_t first, std::size_t step) override;
     draw::Image Picture() override;
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const override;
+    void Release() override;
 
 private:
     class Device;

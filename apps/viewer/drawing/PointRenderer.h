@@ -16,7 +16,7 @@
 namespace vpc::viewer {
 
 /// Draws points into pictures, in slices, so that the window can answer between two of them. One
-/// thread, but for the memory that OpenPoints gives.
+/// thread until Release, but for the memory that OpenPoints gives.
 class PointRenderer {
 public:
     virtual ~PointRenderer() = default;
@@ -47,6 +47,9 @@ public:
     /// Where the world is seen at a pixel of the last picture, or at most a few pixels beside it;
     /// nothing over empty space.
     virtual std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const = 0;
+
+    /// Leaves the calling thread. The next call may come from another one.
+    virtual void Release() {}
 };
 
 }  // namespace vpc::viewer

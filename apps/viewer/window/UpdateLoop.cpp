@@ -108,8 +108,11 @@ void UpdateLoop::OnFetched(const ViewResult& result, std::size_t count) {
 }
 
 void UpdateLoop::DrawPicture() {
-    drawing_ = std::thread([this, &renderer = frames_.Lend()] {
+    PointRenderer& renderer = frames_.Lend();
+    renderer.Release();
+    drawing_ = std::thread([this, &renderer] {
         picture_->draw(renderer);
+        renderer.Release();
         mailbox_.CallAfter([this] { EndPicture(); });
     });
 }
