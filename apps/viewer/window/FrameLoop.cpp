@@ -57,8 +57,14 @@ void FrameLoop::GiveBack() {
     wxWakeUpIdle();
 }
 
+void FrameLoop::GiveBackAfterPicture() {
+    isForeign_ = true;
+    DrawAgain();
+    GiveBack();
+}
+
 std::optional<glm::dvec3> FrameLoop::PlaceAt(const glm::ivec2& pixel) const {
-    if (isLent_) return {};
+    if (isLent_ || isForeign_) return {};
     return renderer_->PlaceAt(pixel);
 }
 
@@ -94,7 +100,9 @@ void FrameLoop::DrawSlice() {
 }
 
 void FrameLoop::ShowPicture() {
-    show_(renderer_->Picture(), camera_);
+    draw::Image picture = renderer_->Picture();
+    isForeign_ = false;
+    show_(std::move(picture), camera_);
     shown_ = Clock::now();
     const bool isFirst = !std::exchange(isShown_, true);
     if (isFirst && !isRepeated_) frameMs_ = millisecondsSince(begun_);

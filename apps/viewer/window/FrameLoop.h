@@ -39,9 +39,12 @@ public:
     /// it is given back the last picture stays. Only one at a time has it.
     PointRenderer& Lend();
     void GiveBack();
+    /// The same by somebody who has drawn a picture of another view: this one is drawn again, and
+    /// before that nothing is looked up in the other one.
+    void GiveBackAfterPicture();
     bool IsLent() const { return isLent_; }
 
-    /// Nothing while the renderer is lent.
+    /// Nothing while the renderer is lent, or has a picture of another view.
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const;
     std::string RendererName() const { return rendererName_; }
     /// From the beginning of a picture until it could be shown for the first time.
@@ -68,6 +71,8 @@ private:
     draw::ImageSize size_;
     ViewStyle style_;
     bool isLent_ = false;
+    /// The renderer's last picture is of another view.
+    bool isForeign_ = false;
     /// A picture is to be begun.
     bool isWanted_ = false;
     /// The picture on the screen is of the same view.

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -16,20 +15,18 @@ namespace vpc::viewer {
 
 namespace {
 
-std::string failure(const std::string& file, const std::string& reason) {
-    return "The picture " + file + " could not be saved: " + reason + ".";
-}
+constexpr const char* noMemory = "there is not enough memory; try a smaller picture";
 
-/// \return a sentence where it failed
+/// \return why it failed, or an empty text
 std::string writeFile(const std::string& file, const void* bytes, std::size_t count) {
     std::FILE* stream = std::fopen(file.c_str(), "wbe");
-    if (stream == nullptr) return failure(file, std::strerror(errno));
+    if (stream == nullptr) return std::strerror(errno);
     const bool isWritten = std::fwrite(bytes, 1, count, stream) == count;
     const bool isClosed = std::fclose(stream) == 0;
     if (isWritten && isClosed) return {};
-    const std::string reason = std::strerror(errno);
+    std::string reason = std::strerror(errno);
     std::remove(file.c_str());
-    return failure(file, reason);
+    return reason;
 }
 
 std::string savePng(const draw::Image& picture, const std::string& file) {
@@ -38,7 +35,7 @@ std::string savePng(const draw::Image& picture, const std::string& file) {
     const wxImage image(picture.Size().width, picture.Size().height, bytes, true);
     wxMemoryOutputStream stream;
     if (!wxPNGHandler().SaveFile(const_cast<wxImage*>(&image), stream, false))
-        return failure(file, "it could not be written as PNG");
+        return "it could not be written as PNG";
     const wxStreamBuffer* buffer = stream.GetOutputStreamBuffer();
     return writeFile(file, buffer->GetBufferStart(), static_cast<std::size_t>(stream.GetLength()));
 }
@@ -51,7 +48,7 @@ std::string drawAndSave(const Screenshot& shot, PointRenderer& renderer) {
         shot.overlay.LayOver(picture, shot.camera, shot.style, shot.window);
         return savePng(picture, shot.file);
     } catch (const std::bad_alloc&) {
-        return failure(shot.file, "there is not enough memory; try a smaller picture");
+        return noMemory;
     }
 }
 
@@ -59,13 +56,12 @@ std::string drawAndSave(const Screenshot& shot, PointRenderer& renderer) {
 
 void Screenshot::Take(UpdateLoop& updates,
                       std::function<void(const std::string& problem)> done) const {
-    const auto problem = std::make_shared<std::string>();
     updates.AskPicture(
-        size,
-        [shot = *this, problem](PointRenderer& renderer) {
-            *problem = drawAndSave(shot, renderer);
-        },
-        [problem, done = std::move(done)] { done(*problem); });
+        size, [shot = *this](PointRenderer& renderer) { return drawAndSave(shot, renderer); },
+        [name = file, done = std::move(done)](const std::string& reason) {
+            done(reason.empty() ? ""
+                                : "The picture " + name + " could not be saved: " + reason + ".");
+        });
 }
 
 }  // namespace vpc::viewer

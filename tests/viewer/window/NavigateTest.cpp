@@ -73,6 +73,18 @@ TEST_P(ScreenshotTest, SavesAPictureOfAnotherSize) {
     viewer.Close();
 }
 
+TEST_F(NavigateTest, SaysThatNoPictureIsSavedWithoutAnEngine) {
+    ViewerRun viewer = start("--plugin /nowhere");
+    for (int i = 0; i < 2; ++i) {
+        viewer.ClickControl("tool/screenshot");
+        viewer.Report();
+        viewer.CloseDialog("dialog/Save");
+        viewer.AcceptSystemDialog();
+        EXPECT_THAT(viewer.Report()["message"], HasSubstr("view.png could not be saved"));
+    }
+    viewer.Close();
+}
+
 INSTANTIATE_TEST_SUITE_P(Renderers, ScreenshotTest, testing::Values("cpu", "gl"),
                          [](const auto& test) { return std::string(test.param); });
 
