@@ -208,6 +208,11 @@ std::size_t CpuRenderer::PointCount() const {
     return points_->Count();
 }
 
+std::size_t CpuRenderer::BytesPerPixel() const {
+    // The depth buffer, the surface, its brightness and the picture.
+    return 36;
+}
+
 void CpuRenderer::Begin(const ViewCamera& camera, const draw::ImageSize& size,
                         const ViewStyle& style) {
     if (frame_ == nullptr || frame_->Size() != size) {

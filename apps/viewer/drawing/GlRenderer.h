@@ -22,13 +22,14 @@ public:
     /// Whether the processor does the drawing after all.
     bool IsSoftware() const;
     /// Whether the driver has given up: from then on pictures are empty. A new renderer may work.
-    bool IsLost() const;
+    bool IsLost() const override;
 
     std::string Name() const override;
     std::span<PointVertex> OpenPoints(std::size_t count) override;
     void ClosePoints(std::size_t count, const glm::dvec3& origin, double spacing) override;
     std::size_t PointCount() const override;
     int LargestSide() const override;
+    std::size_t BytesPerPixel() const override;
     void Begin(const ViewCamera& camera, const draw::ImageSize& size,
                const ViewStyle& style) override;
     void Draw(std::size_t first, std::size_t step) override;

@@ -35,6 +35,10 @@ public:
 
     /// How wide and how high a picture may be, in pixels. A larger one stays empty.
     virtual int LargestSide() const { return 16'384; }
+    /// How much of the computer's memory drawing and saving a picture takes, for each pixel.
+    virtual std::size_t BytesPerPixel() const = 0;
+    /// Whether it has given up for good: from then on pictures are empty.
+    virtual bool IsLost() const { return false; }
     /// Begins a picture, with nothing drawn. Throws std::bad_alloc where it takes more memory than
     /// there is.
     virtual void Begin(const ViewCamera& camera, const draw::ImageSize& size,

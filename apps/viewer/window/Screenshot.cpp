@@ -1,9 +1,13 @@
 #include "viewer/window/Screenshot.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <new>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include <wx/image.h>
@@ -40,11 +44,34 @@ std::string savePng(const draw::Image& picture, const std::string& file) {
     return writeFile(file, buffer->GetBufferStart(), static_cast<std::size_t>(stream.GetLength()));
 }
 
+/// As far as the system tells.
+std::optional<double> freeBytes() {
+    std::ifstream facts("/proc/meminfo");
+    std::string name;
+    double kibibytes = 0.0;
+    for (std::string rest; facts >> name >> kibibytes; std::getline(facts, rest))
+        if (name == "MemAvailable:") return kibibytes * 1024.0;
+    return {};
+}
+
+std::string whyTooLarge(const draw::ImageSize& size, const PointRenderer& renderer) {
+    const int side = renderer.LargestSide();
+    if (std::max(size.width, size.height) > side)
+        return "a picture may have " + std::to_string(side) + " pixels a side at most";
+    const double wanted =
+        static_cast<double>(size.Pixels()) * static_cast<double>(renderer.BytesPerPixel());
+    const std::optional<double> free = freeBytes();
+    return free && wanted > *free ? noMemory : "";
+}
+
 std::string drawAndSave(const Screenshot& shot, PointRenderer& renderer) {
+    std::string reason = whyTooLarge(shot.size, renderer);
+    if (!reason.empty()) return reason;
     try {
         renderer.Begin(shot.camera, shot.size, shot.style);
         renderer.Draw(0, 1);
         draw::Image picture = renderer.Picture();
+        if (renderer.IsLost()) return "the graphics card has given up; try again";
         shot.overlay.LayOver(picture, shot.camera, shot.style, shot.window);
         return savePng(picture, shot.file);
     } catch (const std::bad_alloc&) {

@@ -13,6 +13,8 @@ constexpr unsigned long long previewBudget = 1'000'000;
 
 constexpr const char* noEngine = "the program does not work without its plug-in";
 constexpr const char* noMemoryForPicture = "there is not enough memory for its points";
+constexpr const char* cardFailed =
+    "The graphics card has given up, so the processor draws the points now.";
 constexpr const char* noMemory =
     "There is not enough memory to show the points of this view; lower the point budget.";
 
@@ -21,6 +23,10 @@ constexpr const char* noMemory =
 UpdateLoop::UpdateLoop(Engine& engine, FrameLoop& frames, View view, Updated updated)
     : engine_(engine), frames_(frames), view_(std::move(view)), updated_(std::move(updated)) {
     rest_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Ask(); });
+    frames_.OnReplaced([this] {
+        cardProblem_ = cardFailed;
+        Ask();
+    });
 }
 
 UpdateLoop::~UpdateLoop() {
@@ -110,15 +116,18 @@ void UpdateLoop::OnFetched(const ViewResult& result, std::size_t count) {
     renderer.ClosePoints(count, result.origin, result.spacing);
     const bool lacksMemory = count == 0 && result.shown > 0;
     if (isForPicture_ && !isStopped_) {
-        if (lacksMemory)
+        if (lacksMemory && !renderer.IsLost())
             EndPicture(noMemoryForPicture);
         else
             DrawPicture();
         return;
     }
+    const bool isLost = renderer.IsLost();
     frames_.GiveBack();
-    frames_.DrawAgain();
-    updated_(result, lacksMemory ? noMemory : "");
+    if (!isLost) {
+        frames_.DrawAgain();
+        updated_(result, lacksMemory ? noMemory : cardProblem_);
+    }
     End();
 }
 

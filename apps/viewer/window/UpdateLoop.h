@@ -77,6 +77,8 @@ private:
     std::function<void()> rested_;
     wxTimer rest_;
     bool isStopped_ = false;
+    /// Why the processor draws although the graphics card began to; empty where all is well.
+    std::string cardProblem_;
     bool isWanted_ = false;
     bool isRunning_ = false;
     bool isPreviewWanted_ = false;
