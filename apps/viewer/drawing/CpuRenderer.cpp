@@ -149,6 +149,7 @@ public:
     }
     draw::Image Paint(const Points& points) {
         surface_.Draw(depths_, projection_, Size(points));
+        surfaceProjection_ = projection_;
         draw::Image image(projection_.Size(), style_.background);
         std::vector<float> brightness;
         if (style_.shaded) brightness = draw::eyeDomeShading(surface_, projection_);
@@ -163,7 +164,7 @@ public:
         });
         if (!found) return std::nullopt;
         const double depth = static_cast<double>(surface_.Depth(size.Pixel(found->x, found->y)));
-        const draw::Point3 place = projection_.At({found->x + 0.5, found->y + 0.5, depth});
+        const draw::Point3 place = surfaceProjection_.At({found->x + 0.5, found->y + 0.5, depth});
         return glm::dvec3(place.x, place.y, place.z);
     }
 
@@ -181,8 +182,9 @@ private:
     draw::Projection projection_{{}, {}};
     ViewStyle style_;
     std::size_t drawn_ = 0;
-    /// Of the last picture.
+    /// Of the last picture. What was begun after it may look from elsewhere.
     draw::Surface surface_;
+    draw::Projection surfaceProjection_{{}, {}};
 };
 
 CpuRenderer::CpuRenderer() : points_(std::make_unique<Points>()) {
@@ -204,6 +206,11 @@ void CpuRenderer::ClosePoints(std::size_t count, const glm::dvec3& origin, doubl
 
 std::size_t CpuRenderer::PointCount() const {
     return points_->Count();
+}
+
+std::size_t CpuRenderer::BytesPerPixel() const {
+    // The depth buffer, the surface, its brightness and the picture.
+    return 36;
 }
 
 void CpuRenderer::Begin(const ViewCamera& camera, const draw::ImageSize& size,

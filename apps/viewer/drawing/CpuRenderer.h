@@ -19,6 +19,7 @@ public:
     std::span<PointVertex> OpenPoints(std::size_t count) override;
     void ClosePoints(std::size_t count, const glm::dvec3& origin, double spacing) override;
     std::size_t PointCount() const override;
+    std::size_t BytesPerPixel() const override;
     void Begin(const ViewCamera& camera, const draw::ImageSize& size,
                const ViewStyle& style) override;
     void Draw(std::size_t first, std::size_t step) override;

@@ -107,10 +107,18 @@ bool GlContext::MakeCurrent() {
     if (isLost_) return false;
     eglBindAPI(EGL_OPENGL_API);
     if (eglGetCurrentContext() != context_ &&
-        eglMakeCurrent(display_, surface_, surface_, context_) != EGL_TRUE)
-        isLost_ = true;
-    if (!isLost_ && WasReset()) isLost_ = true;
+        eglMakeCurrent(display_, surface_, surface_, context_) != EGL_TRUE) {
+        isLost_ = eglGetError() == EGL_CONTEXT_LOST;
+        return false;
+    }
+    isLost_ = WasReset();
     return !isLost_;
+}
+
+void GlContext::Release() {
+    eglBindAPI(EGL_OPENGL_API);
+    if (eglGetCurrentContext() == context_)
+        eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
 }
 
 bool GlContext::WasReset() const {

@@ -17,9 +17,11 @@ public:
     GlContext(const GlContext&) = delete;
     GlContext& operator=(const GlContext&) = delete;
 
-    /// Makes it the calling thread's, which it stays. False where the driver has given up: no
-    /// function of OpenGL may be called then.
+    /// Makes it the calling thread's, which it stays. False where the driver has given up, or
+    /// where it is another thread's: no function of OpenGL may be called then.
     bool MakeCurrent();
+    /// Leaves the calling thread, so that another one can make it its own.
+    void Release();
     bool IsLost() const { return isLost_; }
     /// What draws, as the driver names it.
     const std::string& Renderer() const { return renderer_; }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <vector>
 
 #include <glm/geometric.hpp>
@@ -222,7 +223,12 @@ public:
         if (isTooLarge || (frame_ && frame_->Size() != size_)) frame_.reset();
         if (isTooLarge) return;
         if (!frame_) frame_.emplace(size_);
-        if (frame_->CanBeUsed()) frame_->Clear(style_.background);
+        if (!frame_->CanBeUsed()) {
+            frame_.reset();
+            if (context_->MakeCurrent()) throw std::bad_alloc();
+            return;
+        }
+        frame_->Clear(style_.background);
     }
     void Draw(std::size_t first, std::size_t step) {
         if (!CanDraw()) return;
@@ -374,6 +380,11 @@ int GlRenderer::LargestSide() const {
     return device_->LargestSide();
 }
 
+std::size_t GlRenderer::BytesPerPixel() const {
+    // The picture and its file; where there is no card, what would be in the card's memory, too.
+    return IsSoftware() ? 24 : 8;
+}
+
 void GlRenderer::Begin(const ViewCamera& camera, const draw::ImageSize& size,
                        const ViewStyle& style) {
     device_->SetPicture(camera, size, style);
@@ -392,6 +403,10 @@ draw::Image GlRenderer::Picture() {
 std::optional<glm::dvec3> GlRenderer::PlaceAt(const glm::ivec2& pixel) const {
     if (!device_->Context().MakeCurrent()) return std::nullopt;
     return device_->PlaceAt(pixel);
+}
+
+void GlRenderer::Release() {
+    device_->Context().Release();
 }
 
 }  // namespace vpc::viewer

@@ -16,7 +16,7 @@
 namespace vpc::viewer {
 
 /// Draws points into pictures, in slices, so that the window can answer between two of them. One
-/// thread, but for the memory that OpenPoints gives.
+/// thread until Release, but for the memory that OpenPoints gives.
 class PointRenderer {
 public:
     virtual ~PointRenderer() = default;
@@ -35,6 +35,10 @@ public:
 
     /// How wide and how high a picture may be, in pixels. A larger one stays empty.
     virtual int LargestSide() const { return 16'384; }
+    /// How much of the computer's memory drawing and saving a picture takes, for each pixel.
+    virtual std::size_t BytesPerPixel() const = 0;
+    /// Whether it has given up for good: from then on pictures are empty.
+    virtual bool IsLost() const { return false; }
     /// Begins a picture, with nothing drawn. Throws std::bad_alloc where it takes more memory than
     /// there is.
     virtual void Begin(const ViewCamera& camera, const draw::ImageSize& size,
@@ -47,6 +51,9 @@ public:
     /// Where the world is seen at a pixel of the last picture, or at most a few pixels beside it;
     /// nothing over empty space.
     virtual std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const = 0;
+
+    /// Leaves the calling thread. The next call may come from another one.
+    virtual void Release() {}
 };
 
 }  // namespace vpc::viewer

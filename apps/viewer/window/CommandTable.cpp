@@ -38,7 +38,7 @@ void saveSessionAs(MainFrame& frame) {
 }
 
 void takeScreenshot(MainFrame& frame) {
-    const auto size = askForPictureSize(&frame, frame.PictureSize());
+    const auto size = askForPictureSize(&frame, frame.PictureSize(), frame.LargestPictureSide());
     if (!size) return;
     const std::string file = askForPictureTarget(&frame);
     if (!file.empty()) frame.TakeScreenshot(file, *size);

@@ -1,8 +1,11 @@
 #include "viewer/window/FrameLoop.h"
 
+#include <new>
 #include <utility>
 
 #include <wx/app.h>
+
+#include "viewer/drawing/CpuRenderer.h"
 
 namespace vpc::viewer {
 
@@ -57,14 +60,21 @@ void FrameLoop::GiveBack() {
     wxWakeUpIdle();
 }
 
+void FrameLoop::GiveBackAfterPicture() {
+    isForeign_ = true;
+    DrawAgain();
+    GiveBack();
+}
+
 std::optional<glm::dvec3> FrameLoop::PlaceAt(const glm::ivec2& pixel) const {
-    if (isLent_) return {};
+    if (isLent_ || isForeign_) return {};
     return renderer_->PlaceAt(pixel);
 }
 
 void FrameLoop::OnIdle(wxIdleEvent& event) {
     event.Skip();
     if (isLent_) return;
+    if (renderer_->IsLost()) Replace();
     if (isWanted_)
         Begin();
     else if (nextSlice_ < slices_)
@@ -75,13 +85,28 @@ void FrameLoop::OnIdle(wxIdleEvent& event) {
 void FrameLoop::Begin() {
     isWanted_ = false;
     begun_ = Clock::now();
-    renderer_->Begin(camera_, size_, style_);
+    try {
+        renderer_->Begin(camera_, size_, style_);
+    } catch (const std::bad_alloc&) {
+        if (isReplaced_) throw;
+        Replace();
+        return;
+    }
     slices_ = budget_.Step(renderer_->PointCount(), sliceMs);
     nextSlice_ = 0;
     shown_ = begun_;
     isShown_ = false;
     DrawSlice();
     if (!isShown_ && !isRepeated_) ShowPicture();
+}
+
+void FrameLoop::Replace() {
+    isReplaced_ = true;
+    renderer_ = std::make_unique<CpuRenderer>();
+    rendererName_ = renderer_->Name();
+    isWanted_ = false;
+    slices_ = nextSlice_ = 0;
+    if (replaced_) replaced_();
 }
 
 void FrameLoop::DrawSlice() {
@@ -94,7 +119,10 @@ void FrameLoop::DrawSlice() {
 }
 
 void FrameLoop::ShowPicture() {
-    show_(renderer_->Picture(), camera_);
+    draw::Image picture = renderer_->Picture();
+    if (renderer_->IsLost()) return wxWakeUpIdle();
+    isForeign_ = false;
+    show_(std::move(picture), camera_);
     shown_ = Clock::now();
     const bool isFirst = !std::exchange(isShown_, true);
     if (isFirst && !isRepeated_) frameMs_ = millisecondsSince(begun_);

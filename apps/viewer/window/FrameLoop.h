@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <wx/event.h>
 
@@ -39,15 +40,25 @@ public:
     /// it is given back the last picture stays. Only one at a time has it.
     PointRenderer& Lend();
     void GiveBack();
+    /// The same by somebody who has drawn a picture of another view: this one is drawn again, and
+    /// before that nothing is looked up in the other one.
+    void GiveBackAfterPicture();
     bool IsLent() const { return isLent_; }
 
-    /// Nothing while the renderer is lent.
+    /// Nothing while the renderer is lent, or has a picture of another view.
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const;
+    /// How wide and how high a picture may be, in pixels.
+    int LargestSide() const { return renderer_->LargestSide(); }
+    /// Called when the graphics card has given up and the processor draws in its place, from then
+    /// on. It has no points yet.
+    void OnReplaced(std::function<void()> replaced) { replaced_ = std::move(replaced); }
     std::string RendererName() const { return rendererName_; }
     /// From the beginning of a picture until it could be shown for the first time.
     double FrameMilliseconds() const { return frameMs_; }
     /// Whether all is drawn.
-    bool IsIdle() const { return !isLent_ && !isWanted_ && nextSlice_ >= slices_; }
+    bool IsIdle() const {
+        return !isLent_ && !isWanted_ && nextSlice_ >= slices_ && !renderer_->IsLost();
+    }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -57,17 +68,23 @@ private:
     void WarmUp();
     void OnIdle(wxIdleEvent& event);
     void Begin();
+    /// The last picture stays until there are points.
+    void Replace();
     void DrawSlice();
     void ShowPicture();
 
     std::unique_ptr<PointRenderer> renderer_;
     Show show_;
     std::string rendererName_;
+    bool isReplaced_ = false;
+    std::function<void()> replaced_;
     FrameBudget budget_;
     ViewCamera camera_;
     draw::ImageSize size_;
     ViewStyle style_;
     bool isLent_ = false;
+    /// The renderer's last picture is of another view.
+    bool isForeign_ = false;
     /// A picture is to be begun.
     bool isWanted_ = false;
     /// The picture on the screen is of the same view.

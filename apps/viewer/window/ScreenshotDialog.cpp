@@ -11,9 +11,9 @@ namespace vpc::viewer {
 namespace {
 
 constexpr int smallest = 64;
-constexpr int largest = 16384;
 
-wxSpinCtrl* addNumber(wxDialog& dialog, wxSizer& table, const wxString& label, int value) {
+wxSpinCtrl* addNumber(wxDialog& dialog, wxSizer& table, const wxString& label, int value,
+                      int largest) {
     table.Add(new wxStaticText(&dialog, wxID_ANY, label), wxSizerFlags().CentreVertical());
     auto* number = new wxSpinCtrl(&dialog, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize,
                                   wxSP_ARROW_KEYS, smallest, largest, value, "dialog/" + label);
@@ -23,13 +23,13 @@ wxSpinCtrl* addNumber(wxDialog& dialog, wxSizer& table, const wxString& label, i
 
 }  // namespace
 
-std::optional<draw::ImageSize> askForPictureSize(wxWindow* parent,
-                                                 const draw::ImageSize& proposed) {
+std::optional<draw::ImageSize> askForPictureSize(wxWindow* parent, const draw::ImageSize& proposed,
+                                                 int largest) {
     wxDialog dialog(parent, wxID_ANY, "Save a picture");
     auto* table = new wxFlexGridSizer(2, dialog.FromDIP(wxSize(12, 8)));
     table->AddGrowableCol(1);
-    const wxSpinCtrl* width = addNumber(dialog, *table, "Width", proposed.width);
-    const wxSpinCtrl* height = addNumber(dialog, *table, "Height", proposed.height);
+    const wxSpinCtrl* width = addNumber(dialog, *table, "Width", proposed.width, largest);
+    const wxSpinCtrl* height = addNumber(dialog, *table, "Height", proposed.height, largest);
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->Add(new wxStaticText(&dialog, wxID_ANY, "How large is the picture to be, in pixels?"),
                 wxSizerFlags().Border(wxALL, dialog.FromDIP(12)));

@@ -11,6 +11,10 @@ constexpr int restMs = 150;
 /// As many points as can follow the mouse.
 constexpr unsigned long long previewBudget = 1'000'000;
 
+constexpr const char* noEngine = "the program does not work without its plug-in";
+constexpr const char* noMemoryForPicture = "there is not enough memory for its points";
+constexpr const char* cardFailed =
+    "The graphics card has given up, so the processor draws the points now.";
 constexpr const char* noMemory =
     "There is not enough memory to show the points of this view; lower the point budget.";
 
@@ -19,6 +23,10 @@ constexpr const char* noMemory =
 UpdateLoop::UpdateLoop(Engine& engine, FrameLoop& frames, View view, Updated updated)
     : engine_(engine), frames_(frames), view_(std::move(view)), updated_(std::move(updated)) {
     rest_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Ask(); });
+    frames_.OnReplaced([this] {
+        cardProblem_ = cardFailed;
+        Ask();
+    });
 }
 
 UpdateLoop::~UpdateLoop() {
@@ -44,23 +52,32 @@ void UpdateLoop::AskPreview() {
     Start();
 }
 
-void UpdateLoop::AskPicture(const draw::ImageSize& size, std::function<void(PointRenderer&)> draw,
-                            std::function<void()> done) {
-    picture_ = Picture{size, std::move(draw), std::move(done)};
+void UpdateLoop::AskPicture(const draw::ImageSize& size,
+                            std::function<std::string(PointRenderer&)> draw,
+                            std::function<void(const std::string&)> done) {
+    if (isStopped_) {
+        done(noEngine);
+        return;
+    }
+    picture_ = Picture{view_(), std::move(draw), std::move(done)};
+    picture_->request.size = size;
     Start();
 }
 
 void UpdateLoop::Stop() {
     isStopped_ = true;
     rest_.Stop();
+    if (!picture_ || drawing_.joinable()) return;
+    const Picture given = std::move(*picture_);
+    picture_.reset();
+    given.done(noEngine);
 }
 
 void UpdateLoop::Start() {
     if (isStopped_ || isRunning_ || !(isWanted_ || picture_)) return;
-    ViewRequest request = view_();
     isForPicture_ = picture_.has_value();
+    ViewRequest request = isForPicture_ ? picture_->request : view_();
     if (isForPicture_) {
-        request.size = picture_->size;
         isWanted_ = true;  // the window's view, afterwards
     } else {
         isWanted_ = false;
@@ -97,29 +114,39 @@ void UpdateLoop::OnResult(const ViewResult& result) {
 void UpdateLoop::OnFetched(const ViewResult& result, std::size_t count) {
     PointRenderer& renderer = frames_.Lend();
     renderer.ClosePoints(count, result.origin, result.spacing);
-    if (isForPicture_) {
-        DrawPicture();
+    const bool lacksMemory = count == 0 && result.shown > 0;
+    if (isForPicture_ && !isStopped_) {
+        if (lacksMemory && !renderer.IsLost())
+            EndPicture(noMemoryForPicture);
+        else
+            DrawPicture();
         return;
     }
+    const bool isLost = renderer.IsLost();
     frames_.GiveBack();
-    frames_.DrawAgain();
-    updated_(result, count == 0 && result.shown > 0 ? noMemory : "");
+    if (!isLost) {
+        frames_.DrawAgain();
+        updated_(result, lacksMemory ? noMemory : cardProblem_);
+    }
     End();
 }
 
 void UpdateLoop::DrawPicture() {
-    drawing_ = std::thread([this, &renderer = frames_.Lend()] {
-        picture_->draw(renderer);
-        mailbox_.CallAfter([this] { EndPicture(); });
+    PointRenderer& renderer = frames_.Lend();
+    renderer.Release();
+    drawing_ = std::thread([this, &renderer] {
+        const std::string reason = picture_->draw(renderer);
+        renderer.Release();
+        mailbox_.CallAfter([this, reason] { EndPicture(reason); });
     });
 }
 
-void UpdateLoop::EndPicture() {
-    drawing_.join();
-    const std::function<void()> done = std::move(picture_->done);
+void UpdateLoop::EndPicture(const std::string& reason) {
+    if (drawing_.joinable()) drawing_.join();
+    const Picture drawn = std::move(*picture_);
     picture_.reset();
-    frames_.GiveBack();
-    done();
+    frames_.GiveBackAfterPicture();
+    drawn.done(reason);
     End();
 }
 

@@ -36,10 +36,12 @@ public:
     void AskPreview();
     /// Has a picture drawn from the view with another size, with the points of that picture. The
     /// window's view follows again by itself. One picture at a time.
-    /// \param draw called in a thread of its own, with the renderer that has the points
-    /// \param done called in the window's thread after that
-    void AskPicture(const draw::ImageSize& size, std::function<void(PointRenderer&)> draw,
-                    std::function<void()> done);
+    /// \param draw called in a thread of its own, with the renderer that has the points; returns
+    ///             why there is no picture, or an empty text
+    /// \param done called in the window's thread, when that is done or cannot be done, with the
+    ///             reason: words that may follow a colon
+    void AskPicture(const draw::ImageSize& size, std::function<std::string(PointRenderer&)> draw,
+                    std::function<void(const std::string& reason)> done);
 
     /// Called when the camera has come to rest, before the engine is asked.
     void OnRest(std::function<void()> rested) { rested_ = std::move(rested); }
@@ -48,14 +50,15 @@ public:
     }
     /// Whether a picture that was asked for is not done yet.
     bool DrawsPicture() const { return picture_.has_value(); }
-    /// Nothing is asked for any more.
+    /// Nothing is asked for any more: there is no engine.
     void Stop();
 
 private:
     struct Picture {
-        draw::ImageSize size;
-        std::function<void(PointRenderer&)> draw;
-        std::function<void()> done;
+        /// The view as it was when the picture was asked for.
+        ViewRequest request;
+        std::function<std::string(PointRenderer&)> draw;
+        std::function<void(const std::string& reason)> done;
     };
 
     /// Asks the engine where something is wanted and nothing is under way.
@@ -63,7 +66,7 @@ private:
     void OnResult(const ViewResult& result);
     void OnFetched(const ViewResult& result, std::size_t count);
     void DrawPicture();
-    void EndPicture();
+    void EndPicture(const std::string& reason);
     void End();
     bool IsOutdated() const;
 
@@ -74,6 +77,8 @@ private:
     std::function<void()> rested_;
     wxTimer rest_;
     bool isStopped_ = false;
+    /// Why the processor draws although the graphics card began to; empty where all is well.
+    std::string cardProblem_;
     bool isWanted_ = false;
     bool isRunning_ = false;
     bool isPreviewWanted_ = false;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <thread>
 #include <tuple>
 
 #include <glm/common.hpp>
@@ -195,6 +196,28 @@ TEST_P(RendererTest, TellsThePlaceUnderAPixel) {
         EXPECT_FALSE(renderer_->PlaceAt(middle + glm::ivec2(0, 7)));
     }
     EXPECT_FALSE(renderer_->PlaceAt({-1'000'000, std::numeric_limits<int>::max() / 2}));
+}
+
+TEST_P(RendererTest, KeepsThePlacesOfItsLastPicture) {
+    give(*renderer_, {{ground, redBits}});
+    const ViewCamera view = camera(Perspective());
+    picture(*renderer_, view, style(5.0));
+    // Points that reach much nearer to the eye, of which no picture has been made yet.
+    give(*renderer_, {{ground, redBits}, {ground - view.Ahead() * 30.0, greenBits}});
+    if (GetParam() == std::tuple(RendererChoice::Cpu, false)) {
+        renderer_->Begin(view, size, style(5.0));
+        const auto place = renderer_->PlaceAt({160, 100});
+        ASSERT_TRUE(place.has_value());
+        EXPECT_LT(glm::distance(*place, ground), 0.3);
+    }
+    renderer_->Release();
+    draw::Image image({0, 0}, {});
+    std::thread([&] {
+        image = picture(*renderer_, view, style(5.0));
+        renderer_->Release();
+    }).join();
+    EXPECT_GE(Patch(image, green).count, 21);
+    EXPECT_TRUE(renderer_->PlaceAt({160, 100}).has_value());
 }
 
 TEST_P(RendererTest, PointsBehindTheEyeAndWithoutAPlaceDoNoHarm) {

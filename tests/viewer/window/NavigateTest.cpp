@@ -43,8 +43,10 @@ TEST_F(NavigateTest, TurnsSlidesAndZoomsAtTheCursorAndComesBack) {
     viewer.Close();
 }
 
-TEST_F(NavigateTest, SavesAPictureOfAnotherSize) {
-    ViewerRun viewer = start("t.vpt");
+class ScreenshotTest : public NavigateTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ScreenshotTest, SavesAPictureOfAnotherSize) {
+    ViewerRun viewer = start(std::string("t.vpt --renderer ") + GetParam());
     viewer.ClickControl("tool/screenshot");
     viewer.Report();
     viewer.Enter("dialog/Width", "1500", "Tab");
@@ -62,8 +64,29 @@ TEST_F(NavigateTest, SavesAPictureOfAnotherSize) {
     }
     EXPECT_TRUE(showsAllSquares(viewer, picture));
     EXPECT_TRUE(comesToShowSquares(viewer));
+    const Pixel pixel = viewer.PixelOf(placed(viewer.Last()["entities"][0], square(2).middle));
+    const glm::dvec3 place = under(viewer, pixel);
+    EXPECT_LT(glm::distance(place, square(2).middle), 2.0 * step);
+    viewer.Drag(pixel, pixel + Pixel(90, 20));
+    viewer.Report();
+    EXPECT_TRUE(comesToShowSquares(viewer));
     viewer.Close();
 }
+
+TEST_F(NavigateTest, SaysThatNoPictureIsSavedWithoutAnEngine) {
+    ViewerRun viewer = start("--plugin /nowhere");
+    for (int i = 0; i < 2; ++i) {
+        viewer.ClickControl("tool/screenshot");
+        viewer.Report();
+        viewer.CloseDialog("dialog/Save");
+        viewer.AcceptSystemDialog();
+        EXPECT_THAT(viewer.Report()["message"], HasSubstr("view.png could not be saved"));
+    }
+    viewer.Close();
+}
+
+INSTANTIATE_TEST_SUITE_P(Renderers, ScreenshotTest, testing::Values("cpu", "gl"),
+                         [](const auto& test) { return std::string(test.param); });
 
 TEST_F(NavigateTest, ClosesInTheMiddleOfUpdates) {
     for (const int milliseconds : {0, 150, 160, 170}) {
