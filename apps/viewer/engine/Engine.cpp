@@ -77,8 +77,10 @@ Engine::Engine(std::string pluginFile, Post post, std::function<void(const Probl
 
 Engine::~Engine() = default;
 
-void Engine::Open(const Entity& entity, bool asGiven, std::function<void(const Opened&)> done) {
-    worker_->Add([entity, asGiven](HostDrawing& drawing) { return drawing.Open(entity, asGiven); },
+void Engine::Open(const Entity& entity, bool asGiven, const std::string& unit,
+                  std::function<void(const Opened&)> done) {
+    worker_->Add([entity, asGiven,
+                  unit](HostDrawing& drawing) { return drawing.Open(entity, asGiven, unit); },
                  std::move(done));
 }
 

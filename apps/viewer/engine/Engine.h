@@ -37,14 +37,17 @@ public:
     /// Loads a tree file. `entity.id` and `entity.file` count; a placement and the rest as well
     /// where `asGiven` says so (a session), otherwise they are chosen (a scale for the file's
     /// unit).
+    /// \param unit the drawing's; empty as long as it has none, which then becomes the file's
     struct Opened {
         Entity entity;
         Problem problem;  ///< then nothing was loaded
         Box box;          ///< around the points, in their own frame
         unsigned long long points = 0;
         std::string unit;  ///< of the points' coordinates, as the palette names it
+        std::string drawingUnit;
     };
-    void Open(const Entity& entity, bool asGiven, std::function<void(const Opened&)> done);
+    void Open(const Entity& entity, bool asGiven, const std::string& unit,
+              std::function<void(const Opened&)> done);
     void Close(int id);
 
     /// Chooses points for a view. A request that waits is replaced by a newer one and never

@@ -10,6 +10,7 @@
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
+#include "core/util/DrawingUnits.h"
 #include "platform/OdDbUnits.h"
 #include "platform/OdError.h"
 #include "viewer/engine/HostText.h"
@@ -31,6 +32,11 @@ std::string problemOf(const Call& call) {
     } catch (const std::exception& error) {
         return error.what();
     }
+}
+
+/// As the palette names it.
+std::string nameOf(OdDb::UnitsValue unit) {
+    return DrawingUnits::Name(static_cast<unsigned long long>(unit));
 }
 
 /// Around the points, placed in the drawing.
@@ -65,17 +71,20 @@ PointCloud* HostDrawing::Find(int id) {
 
 // --- Files ---------------------------------------------------------------------------------------
 
-Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
+Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven, const std::string& unit) {
     Engine::Opened opened;
     opened.entity = entity;
     opened.problem = problemOf([&] {
         auto cloud = std::make_unique<PointCloud>(plugin_, drawing_, entity);
+        // Files that were opened together all come without a unit.
         if (clouds_.empty()) drawing_.setINSUNITS(cloud->Unit());
+        UseUnit(unit);
         if (!asGiven) cloud->SetState(Placed(entity, *cloud));
         opened.entity = cloud->State();
         opened.box = cloud->Bounds();
         opened.points = cloud->Total();
-        opened.unit = UnitName(*cloud);
+        opened.unit = nameOf(cloud->Unit());
+        opened.drawingUnit = nameOf(drawing_.getINSUNITS());
         clouds_[entity.id] = std::move(cloud);
     });
     return opened;
@@ -91,12 +100,9 @@ Entity HostDrawing::Placed(const Entity& entity, const PointCloud& cloud) const 
     return placed;
 }
 
-std::string HostDrawing::UnitName(PointCloud& cloud) const {
-    constexpr int unit = 15;  // the palette's number of this property
-    OPMVariant name;
-    const bool isKnown = plugin_.Palette().getPropertyValue(&cloud.HostEntity(), unit, {}, name) &&
-                         name.varType() == OPMVariant::kString;
-    return isKnown ? fromHostText(name.getString()) : std::string();
+void HostDrawing::UseUnit(const std::string& unit) {
+    if (const auto code = DrawingUnits::Parse(unit))
+        drawing_.setINSUNITS(static_cast<OdDb::UnitsValue>(*code));
 }
 
 void HostDrawing::Close(int id) {
@@ -107,6 +113,7 @@ void HostDrawing::Close(int id) {
 
 ViewResult HostDrawing::Update(const ViewRequest& request) {
     request_ = request;
+    UseUnit(request.drawing.unit);
     return Show(request_);
 }
 

@@ -53,7 +53,7 @@ void Workspace::OpenTree(const std::string& file) {
 void Workspace::Load(Entity entity, bool asGiven) {
     entity.id = ++lastId_;
     ++opening_;
-    engine_.Open(entity, asGiven,
+    engine_.Open(entity, asGiven, Kept().unit,
                  [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
                      --opening_;
                      if (drawing == drawing_)
@@ -75,7 +75,10 @@ void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
     facts.unit = opened.unit;
     facts.shown.inAll = opened.points;
     preview_.reset();
-    undo_.Amend([&opened](Drawing& drawing) { drawing.entities.push_back(opened.entity); });
+    undo_.Amend([&opened](Drawing& drawing) {
+        drawing.entities.push_back(opened.entity);
+        drawing.unit = opened.drawingUnit;
+    });
     listener_.OnOpened(opened.entity, isFirst, ofSession);
     listener_.OnDrawingChanged();
 }
@@ -86,6 +89,7 @@ void Workspace::CloseEntity(int entity) {
     preview_.reset();
     undo_.Amend([entity](Drawing& drawing) {
         std::erase_if(drawing.entities, [entity](const Entity& one) { return one.id == entity; });
+        if (drawing.entities.empty()) drawing.unit.clear();
     });
     listener_.OnDrawingChanged();
 }

@@ -79,11 +79,11 @@ protected:
         return folder.file(name + ".vpt");
     }
 
-    Engine::Opened Open(int id, const std::string& file) {
+    Engine::Opened Open(int id, const std::string& file, const std::string& unit = {}) {
         Entity entity;
         entity.id = id;
         entity.file = file;
-        return Ask<Engine::Opened>([&](auto done) { engine->Open(entity, false, done); });
+        return Ask<Engine::Opened>([&](auto done) { engine->Open(entity, false, unit, done); });
     }
     /// Opens a file, shows it in the drawing and looks at all of it, obliquely from above.
     Engine::Opened Show(const std::string& file) {

@@ -286,6 +286,11 @@ TEST_F(EngineTest, FilesShareADrawing) {
     engine->Close(2);
     engine->Close(3);
     EXPECT_EQ(Open(4, Entities()[1].file).entity.placement.scale, 1.0);
+    // A session knows it, whatever comes first of its files.
+    engine->Close(4);
+    const Engine::Opened feet = Open(5, Entities()[1].file, "Meters");
+    EXPECT_DOUBLE_EQ(feet.entity.placement.scale, 0.3048);
+    EXPECT_EQ(feet.drawingUnit, "Meters");
 }
 
 TEST_F(EngineTest, ThePaletteChangesWhatIsShown) {
