@@ -119,17 +119,26 @@ ViewResult HostDrawing::Update(const ViewRequest& request) {
 
 std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
     // The coarsest level of a tree fits in, as a rule, so that no small file vanishes.
-    constexpr double fewest = 20'000.0;
-    double all = 0.0;
+    constexpr unsigned long long enough = 20'000;
+    std::vector<std::pair<unsigned long long, int>> wanted;  // by what each can use
     for (const Entity& entity : drawing.entities)
         if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr && entity.visible)
-            all += static_cast<double>(cloud->Total());
-    const auto budget = static_cast<double>(drawing.pointBudget);
+            wanted.emplace_back(cloud->MostSlots(), entity.id);
+    std::sort(wanted.begin(), wanted.end());
     std::map<int, unsigned long long> shares;
-    for (const auto& [id, cloud] : clouds_) {
-        const double share = all > 0.0 ? budget * (static_cast<double>(cloud->Total()) / all) : 0.0;
-        shares[id] = static_cast<unsigned long long>(std::clamp(share, fewest, 1e12));
+    unsigned long long rest = drawing.pointBudget;
+    double lacking = 0.0;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const auto& [most, id] = wanted[i];
+        shares[id] = std::min({most, enough, rest / (wanted.size() - i)});
+        rest -= shares[id];
+        lacking += static_cast<double>(most - shares[id]);
     }
+    if (lacking <= 0.0) return shares;
+    const double part = std::min(1.0, static_cast<double>(rest) / lacking);
+    for (const auto& [most, id] : wanted)
+        shares[id] +=
+            static_cast<unsigned long long>(part * static_cast<double>(most - shares[id]));
     return shares;
 }
 
