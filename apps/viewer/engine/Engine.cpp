@@ -18,8 +18,9 @@ public:
 
     /// Has `work` done with the drawing, unless there is none, and its result handed to `done`.
     template <class Work, class Result>
-    void Add(Work work, std::function<void(const Result&)> done) {
-        queue_.Add(TaskOf(std::move(work), std::move(done)));
+    void Add(Work work, std::function<void(const Result&)> done,
+             WorkQueue::Urgency urgency = WorkQueue::Urgency::Usual) {
+        queue_.Add(TaskOf(std::move(work), std::move(done)), urgency);
     }
     template <class Work, class Result>
     void AddOrReplace(Work work, std::function<void(const Result&)> done) {
@@ -81,7 +82,7 @@ void Engine::Open(const Entity& entity, bool asGiven, const std::string& unit,
                   std::function<void(const Opened&)> done) {
     worker_->Add([entity, asGiven,
                   unit](HostDrawing& drawing) { return drawing.Open(entity, asGiven, unit); },
-                 std::move(done));
+                 std::move(done), WorkQueue::Urgency::Low);
 }
 
 void Engine::Close(int id) {
@@ -96,7 +97,8 @@ void Engine::Update(const ViewRequest& request, std::function<void(const ViewRes
 void Engine::Fetch(std::span<PointVertex> memory, const glm::dvec3& origin,
                    std::function<void(std::size_t)> done) {
     worker_->Add([memory, origin](HostDrawing& drawing) { return drawing.Fetch(memory, origin); },
-                 std::function<void(const std::size_t&)>(std::move(done)));
+                 std::function<void(const std::size_t&)>(std::move(done)),
+                 WorkQueue::Urgency::High);
 }
 
 void Engine::PickAt(const ViewCamera& camera, const draw::ImageSize& size, const glm::ivec2& pixel,

@@ -16,8 +16,10 @@
 namespace vpc::viewer {
 
 /// The plug-in, on a thread of its own: one thread calls it, from loading to unloading. The
-/// functions return at once; what they ask for is done in their order, and the calls that they get
-/// are brought to the window's thread by `post`.
+/// functions return at once; what they ask for is done in their order, but that fetching comes
+/// first and opening last, so that the view goes on while files are loaded. As the window asks for
+/// the next view only when it has the one before, files come in between. The calls that the
+/// functions get are brought to the window's thread by `post`.
 class Engine {
 public:
     /// Has a call made on the window's thread, later. May be called from any thread.

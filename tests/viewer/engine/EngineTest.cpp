@@ -220,6 +220,17 @@ TEST_F(EngineTest, RequestsThatWaitAreReplacedAndDroppedAtTheEnd) {
     EXPECT_LE(answers.size(), 2U);
     EXPECT_EQ(answers.back(), 0U);
 
+    // Files that wait to be opened do not keep the view waiting.
+    std::string order;
+    calls.Hold();
+    engine->Properties(1, [](const auto&) {});
+    engine->Open({}, false, "", [&order](const auto&) { order += "open "; });
+    engine->Update(request, [&order](const auto&) { order += "update "; });
+    engine->Fetch({}, {}, [&order](auto) { order += "fetch "; });
+    calls.LetGo();
+    calls.RunUntil([this] { return !engine->IsBusy(); });
+    EXPECT_EQ(order, "fetch update open ");
+
     answers.clear();
     request50();
     calls.AwaitOne();
