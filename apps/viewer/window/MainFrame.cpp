@@ -393,9 +393,12 @@ void MainFrame::OnStyleChanged() {
 
 void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
     if (ofSession) return;
-    if (isFirst)
+    const bool isAlone = workspace_.Kept().entities.size() == 1;
+    // Not where the user has gone on from the first of several.
+    if (isAlone || (isFirst && control_.Camera() == fitted_)) {
         control_.BeginWithAll();
-    else
+        fitted_ = control_.Camera();
+    } else {
         status_->Say("Opened " + entity.name + "; Ctrl+0 shows everything.");
     preferences_.AddRecentFile(entity.file);
     recent_->Show(preferences_.RecentFiles());

@@ -54,21 +54,21 @@ void Workspace::Load(Entity entity, bool asGiven) {
     entity.id = ++lastId_;
     ++opening_;
     engine_.Open(entity, asGiven, Kept().unit,
-                 [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
+                 [this, asGiven, isFirst = Kept().entities.empty(),
+                  drawing = drawing_](const Engine::Opened& opened) {
                      --opening_;
                      if (drawing == drawing_)
-                         OnLoaded(opened, asGiven);
+                         OnLoaded(opened, isFirst, asGiven);
                      else
                          engine_.Close(opened.entity.id);  // a session has come in its place
                  });
 }
 
-void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
+void Workspace::OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSession) {
     if (!opened.problem.empty()) {
         listener_.OnProblem(opened.problem);
         return;
     }
-    const bool isFirst = Kept().entities.empty();
     EntityFacts& facts = facts_[opened.entity.id];
     facts.box = opened.box;
     facts.points = opened.points;
