@@ -112,13 +112,13 @@ void Engine::Properties(int id, std::function<void(const std::vector<Property>&)
     worker_->Add([id](HostDrawing& drawing) { return drawing.Properties(id); }, std::move(done));
 }
 
-void Engine::SetProperty(int id, int property, const Property::Value& value,
-                         std::function<void(const Entity&, const Problem&)> done) {
+void Engine::SetProperties(const Entity& entity, const std::vector<PropertyValue>& values,
+                           std::function<void(const Entity&, const Problem&)> done) {
     using Set = std::pair<Entity, Problem>;
-    worker_->Add([id, property,
-                  value](HostDrawing& drawing) { return drawing.SetProperty(id, property, value); },
-                 std::function<void(const Set&)>(
-                     [done = std::move(done)](const Set& set) { done(set.first, set.second); }));
+    worker_->Add(
+        [entity, values](HostDrawing& drawing) { return drawing.SetProperties(entity, values); },
+        std::function<void(const Set&)>(
+            [done = std::move(done)](const Set& set) { done(set.first, set.second); }));
 }
 
 bool Engine::IsBusy() const {

@@ -67,10 +67,11 @@ public:
 
     /// What the palette shows of an entity.
     void Properties(int id, std::function<void(const std::vector<Property>&)> done);
-    /// Hands a value to the palette's extension. `done` gets the entity as it is then, and a
-    /// sentence where the value was not taken.
-    void SetProperty(int id, int property, const Property::Value& value,
-                     std::function<void(const Entity&, const Problem&)> done);
+    /// Brings the host's entity to the state of `entity` and hands values to the palette's
+    /// extension, one after the other. `done` gets the entity as it is then, and a sentence where a
+    /// value was not taken; those after it are left out.
+    void SetProperties(const Entity& entity, const std::vector<PropertyValue>& values,
+                       std::function<void(const Entity&, const Problem&)> done);
 
     /// Whether a call waits, is being made or has an answer on the way to the window's thread.
     bool IsBusy() const;

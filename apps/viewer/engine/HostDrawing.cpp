@@ -232,16 +232,21 @@ std::vector<Property> HostDrawing::Properties(int id) {
     return properties;
 }
 
-std::pair<Entity, std::string> HostDrawing::SetProperty(int id, int property,
-                                                        const Property::Value& value) {
-    PointCloud* const cloud = Find(id);
-    if (cloud == nullptr) return {{}, "The file is not open any more."};
+std::pair<Entity, std::string> HostDrawing::SetProperties(
+    const Entity& entity, const std::vector<PropertyValue>& values) {
+    PointCloud* const cloud = Find(entity.id);
+    if (cloud == nullptr) return {entity, "The file is not open any more."};
     std::string refused;
-    const std::string problem =
-        problemOf([&] { refused = palette_.Set(cloud->HostEntity(), property, value); });
+    const std::string problem = problemOf([&] {
+        // An undo may have come since the last update.
+        cloud->SetState(entity);
+        for (const PropertyValue& one : values)
+            if (refused.empty())
+                refused = palette_.Set(cloud->HostEntity(), one.property, one.value);
+    });
     const Entity state = cloud->State();
     // What is fetched or picked before the next update must not take the change back.
-    if (Entity* const known = request_.drawing.Find(id)) *known = state;
+    if (Entity* const known = request_.drawing.Find(entity.id)) *known = state;
     return {state, problem.empty() ? refused : problem};
 }
 

@@ -29,7 +29,8 @@ public:
     std::optional<Pick> PickAt(const ViewCamera& camera, const draw::ImageSize& size,
                                const glm::ivec2& pixel);
     std::vector<Property> Properties(int id);
-    std::pair<Entity, std::string> SetProperty(int id, int property, const Property::Value& value);
+    std::pair<Entity, std::string> SetProperties(const Entity& entity,
+                                                 const std::vector<PropertyValue>& values);
 
 private:
     PointCloud* Find(int id);

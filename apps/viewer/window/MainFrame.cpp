@@ -144,8 +144,8 @@ wxWindow* MainFrame::BuildSide() {
     actions.choose = [this](int) { ShowProperties(); };
     actions.close = [this](int entity) { workspace_.CloseEntity(entity); };
     actions.describe = [this](int entity) { return Describe(entity); };
-    palette_ = new PalettePanel(side, [this](const std::vector<PropertyEdit>& edits) {
-        workspace_.SetProperties(entities_->Chosen(), edits);
+    palette_ = new PalettePanel(side, [this](int entity, const std::vector<PropertyEdit>& edits) {
+        workspace_.SetProperties(entity, edits);
     });
     entities_ = new EntityPanel(side, std::move(actions));
     cuts_ = new CutsPanel(side, [this](const std::string& label, const Drawing& drawing) {
@@ -328,11 +328,12 @@ void MainFrame::ShowTitle() {
 void MainFrame::ShowProperties() {
     const int entity = entities_->Chosen();
     if (entity == 0) {
-        palette_->ShowProperties({});
+        palette_->ShowProperties(0, {});
         return;
     }
+    palette_->Await(entity);
     engine_.Properties(entity, [this, entity](const std::vector<Property>& properties) {
-        if (entities_->Chosen() == entity) palette_->ShowProperties(properties);
+        if (entities_->Chosen() == entity) palette_->ShowProperties(entity, properties);
     });
 }
 
@@ -400,6 +401,7 @@ void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
         fitted_ = control_.Camera();
     } else {
         status_->Say("Opened " + entity.name + "; Ctrl+0 shows everything.");
+    }
     preferences_.AddRecentFile(entity.file);
     recent_->Show(preferences_.RecentFiles());
 }

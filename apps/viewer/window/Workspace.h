@@ -78,7 +78,7 @@ public:
     void SetStyle(const ViewStyle& style);
     void SetPointBudget(unsigned long long budget);
     /// One step, whatever the number of edits; it is called after the last one.
-    void SetProperties(int entity, const std::vector<PropertyEdit>& edits);
+    void SetProperties(int id, const std::vector<PropertyEdit>& edits);
     void Undo();
     void Redo();
     std::string UndoLabel() const { return undo_.UndoLabel(); }
@@ -88,7 +88,7 @@ public:
     void TakeFacts(const ViewResult& result);
 
 private:
-    void TakeProperties(int id, const Entity& changed, const std::string& label);
+    void TakeProperties(const Entity& before, const Entity& after, const std::string& label);
     void Load(Entity entity, bool asGiven);
     void OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSession);
     void CloseAll();

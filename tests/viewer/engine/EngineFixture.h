@@ -126,11 +126,12 @@ protected:
     std::string Set(int id, const std::string& name, const Property::Value& value) {
         const int property = PropertyOf(id, name).id;
         return Ask<std::string>([&](auto done) {
-            engine->SetProperty(id, property, value,
-                                [this, id, done](const Entity& entity, const std::string& problem) {
-                                    *request.drawing.Find(id) = entity;
-                                    done(problem);
-                                });
+            engine->SetProperties(
+                *request.drawing.Find(id), {{property, value}},
+                [this, id, done](const Entity& entity, const std::string& problem) {
+                    *request.drawing.Find(id) = entity;
+                    done(problem);
+                });
         });
     }
     /// Makes a request and returns the answer.

@@ -347,7 +347,11 @@ TEST_F(EngineTest, ThePaletteChangesWhatIsShown) {
     EXPECT_EQ(Set(1, "Name", std::string("Straße")), "");
     EXPECT_EQ(Entities()[0].name, "Straße");
     EXPECT_EQ(Entities()[0].placement, (Placement{{0, 0, 100.0}, 0.0, 2.0}));
-    // An older state, as undo brings it, counts again.
+    // An older state, as undo brings it, counts again, with and without an update between.
+    Entities()[0].placement.scale = 3.0;
+    Entities()[0].locked = false;
+    EXPECT_EQ(Set(1, "Insertion X", 5.0), "");
+    EXPECT_EQ(Entities()[0].placement, (Placement{{5.0, 0, 100.0}, 0.0, 3.0}));
     Entities()[0] = {1, Entities()[0].file, "", true, {}, 1, "", true, false};
     EXPECT_EQ(Update().entities[0].legendTitle, "");
     EXPECT_EQ(std::get<long long>(PropertyOf(1, "Stylization").value), 0);
