@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "viewer/document/Clip.h"
@@ -16,6 +17,9 @@ struct Drawing {
     std::vector<Section> sections;
     std::vector<Clip> clips;
     ViewStyle style;
+    /// Of coordinates and lengths, as the palette names it ("Meters"): the first file's. Empty as
+    /// long as no file was opened.
+    std::string unit;
     /// How many points are shown at most (POINTCLOUDPOINTMAX), of all entities together.
     unsigned long long pointBudget = 5'000'000;
 

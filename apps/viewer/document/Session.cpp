@@ -307,6 +307,7 @@ Session sessionFrom(const Json& json, const std::filesystem::path& folder) {
         drawing.clips.push_back(clipFrom({item, where}));
     });
     drawing.style = styleFrom(root.Object("style"));
+    root.Read("unit", drawing.unit);
     root.Read("pointBudget", drawing.pointBudget, 0ULL, 1'000'000'000'000ULL);
     session.camera = cameraFrom(root.Object("camera"));
     return session;
@@ -336,6 +337,7 @@ std::string sessionText(const Session& session, const std::string& sessionFile) 
                        {"sections", toArray(drawing.sections)},
                        {"clips", toArray(drawing.clips)},
                        {"style", toJson(drawing.style)},
+                       {"unit", drawing.unit},
                        {"pointBudget", drawing.pointBudget},
                        {"camera", toJson(session.camera)}};
     try {

@@ -18,8 +18,9 @@ public:
 
     /// Has `work` done with the drawing, unless there is none, and its result handed to `done`.
     template <class Work, class Result>
-    void Add(Work work, std::function<void(const Result&)> done) {
-        queue_.Add(TaskOf(std::move(work), std::move(done)));
+    void Add(Work work, std::function<void(const Result&)> done,
+             WorkQueue::Urgency urgency = WorkQueue::Urgency::Usual) {
+        queue_.Add(TaskOf(std::move(work), std::move(done)), urgency);
     }
     template <class Work, class Result>
     void AddOrReplace(Work work, std::function<void(const Result&)> done) {
@@ -77,9 +78,11 @@ Engine::Engine(std::string pluginFile, Post post, std::function<void(const Probl
 
 Engine::~Engine() = default;
 
-void Engine::Open(const Entity& entity, bool asGiven, std::function<void(const Opened&)> done) {
-    worker_->Add([entity, asGiven](HostDrawing& drawing) { return drawing.Open(entity, asGiven); },
-                 std::move(done));
+void Engine::Open(const Entity& entity, bool asGiven, const std::string& unit,
+                  std::function<void(const Opened&)> done) {
+    worker_->Add([entity, asGiven,
+                  unit](HostDrawing& drawing) { return drawing.Open(entity, asGiven, unit); },
+                 std::move(done), WorkQueue::Urgency::Low);
 }
 
 void Engine::Close(int id) {
@@ -94,7 +97,8 @@ void Engine::Update(const ViewRequest& request, std::function<void(const ViewRes
 void Engine::Fetch(std::span<PointVertex> memory, const glm::dvec3& origin,
                    std::function<void(std::size_t)> done) {
     worker_->Add([memory, origin](HostDrawing& drawing) { return drawing.Fetch(memory, origin); },
-                 std::function<void(const std::size_t&)>(std::move(done)));
+                 std::function<void(const std::size_t&)>(std::move(done)),
+                 WorkQueue::Urgency::High);
 }
 
 void Engine::PickAt(const ViewCamera& camera, const draw::ImageSize& size, const glm::ivec2& pixel,
@@ -108,13 +112,13 @@ void Engine::Properties(int id, std::function<void(const std::vector<Property>&)
     worker_->Add([id](HostDrawing& drawing) { return drawing.Properties(id); }, std::move(done));
 }
 
-void Engine::SetProperty(int id, int property, const Property::Value& value,
-                         std::function<void(const Entity&, const Problem&)> done) {
+void Engine::SetProperties(const Entity& entity, const std::vector<PropertyValue>& values,
+                           std::function<void(const Entity&, const Problem&)> done) {
     using Set = std::pair<Entity, Problem>;
-    worker_->Add([id, property,
-                  value](HostDrawing& drawing) { return drawing.SetProperty(id, property, value); },
-                 std::function<void(const Set&)>(
-                     [done = std::move(done)](const Set& set) { done(set.first, set.second); }));
+    worker_->Add(
+        [entity, values](HostDrawing& drawing) { return drawing.SetProperties(entity, values); },
+        std::function<void(const Set&)>(
+            [done = std::move(done)](const Set& set) { done(set.first, set.second); }));
 }
 
 bool Engine::IsBusy() const {

@@ -16,8 +16,10 @@
 namespace vpc::viewer {
 
 /// The plug-in, on a thread of its own: one thread calls it, from loading to unloading. The
-/// functions return at once; what they ask for is done in their order, and the calls that they get
-/// are brought to the window's thread by `post`.
+/// functions return at once; what they ask for is done in their order, but that fetching comes
+/// first and opening last, so that the view goes on while files are loaded. As the window asks for
+/// the next view only when it has the one before, files come in between. The calls that the
+/// functions get are brought to the window's thread by `post`.
 class Engine {
 public:
     /// Has a call made on the window's thread, later. May be called from any thread.
@@ -37,14 +39,17 @@ public:
     /// Loads a tree file. `entity.id` and `entity.file` count; a placement and the rest as well
     /// where `asGiven` says so (a session), otherwise they are chosen (a scale for the file's
     /// unit).
+    /// \param unit the drawing's; empty as long as it has none, which then becomes the file's
     struct Opened {
         Entity entity;
         Problem problem;  ///< then nothing was loaded
         Box box;          ///< around the points, in their own frame
         unsigned long long points = 0;
         std::string unit;  ///< of the points' coordinates, as the palette names it
+        std::string drawingUnit;
     };
-    void Open(const Entity& entity, bool asGiven, std::function<void(const Opened&)> done);
+    void Open(const Entity& entity, bool asGiven, const std::string& unit,
+              std::function<void(const Opened&)> done);
     void Close(int id);
 
     /// Chooses points for a view. A request that waits is replaced by a newer one and never
@@ -62,10 +67,11 @@ public:
 
     /// What the palette shows of an entity.
     void Properties(int id, std::function<void(const std::vector<Property>&)> done);
-    /// Hands a value to the palette's extension. `done` gets the entity as it is then, and a
-    /// sentence where the value was not taken.
-    void SetProperty(int id, int property, const Property::Value& value,
-                     std::function<void(const Entity&, const Problem&)> done);
+    /// Brings the host's entity to the state of `entity` and hands values to the palette's
+    /// extension, one after the other. `done` gets the entity as it is then, and a sentence where a
+    /// value was not taken; those after it are left out.
+    void SetProperties(const Entity& entity, const std::vector<PropertyValue>& values,
+                       std::function<void(const Entity&, const Problem&)> done);
 
     /// Whether a call waits, is being made or has an answer on the way to the window's thread.
     bool IsBusy() const;

@@ -10,6 +10,7 @@
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
+#include "core/util/DrawingUnits.h"
 #include "platform/OdDbUnits.h"
 #include "platform/OdError.h"
 #include "viewer/engine/HostText.h"
@@ -31,6 +32,11 @@ std::string problemOf(const Call& call) {
     } catch (const std::exception& error) {
         return error.what();
     }
+}
+
+/// As the palette names it.
+std::string nameOf(OdDb::UnitsValue unit) {
+    return DrawingUnits::Name(static_cast<unsigned long long>(unit));
 }
 
 /// Around the points, placed in the drawing.
@@ -65,17 +71,20 @@ PointCloud* HostDrawing::Find(int id) {
 
 // --- Files ---------------------------------------------------------------------------------------
 
-Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven) {
+Engine::Opened HostDrawing::Open(const Entity& entity, bool asGiven, const std::string& unit) {
     Engine::Opened opened;
     opened.entity = entity;
     opened.problem = problemOf([&] {
         auto cloud = std::make_unique<PointCloud>(plugin_, drawing_, entity);
+        // Files that were opened together all come without a unit.
         if (clouds_.empty()) drawing_.setINSUNITS(cloud->Unit());
+        UseUnit(unit);
         if (!asGiven) cloud->SetState(Placed(entity, *cloud));
         opened.entity = cloud->State();
         opened.box = cloud->Bounds();
         opened.points = cloud->Total();
-        opened.unit = UnitName(*cloud);
+        opened.unit = nameOf(cloud->Unit());
+        opened.drawingUnit = nameOf(drawing_.getINSUNITS());
         clouds_[entity.id] = std::move(cloud);
     });
     return opened;
@@ -91,12 +100,9 @@ Entity HostDrawing::Placed(const Entity& entity, const PointCloud& cloud) const 
     return placed;
 }
 
-std::string HostDrawing::UnitName(PointCloud& cloud) const {
-    constexpr int unit = 15;  // the palette's number of this property
-    OPMVariant name;
-    const bool isKnown = plugin_.Palette().getPropertyValue(&cloud.HostEntity(), unit, {}, name) &&
-                         name.varType() == OPMVariant::kString;
-    return isKnown ? fromHostText(name.getString()) : std::string();
+void HostDrawing::UseUnit(const std::string& unit) {
+    if (const auto code = DrawingUnits::Parse(unit))
+        drawing_.setINSUNITS(static_cast<OdDb::UnitsValue>(*code));
 }
 
 void HostDrawing::Close(int id) {
@@ -107,22 +113,32 @@ void HostDrawing::Close(int id) {
 
 ViewResult HostDrawing::Update(const ViewRequest& request) {
     request_ = request;
+    UseUnit(request.drawing.unit);
     return Show(request_);
 }
 
 std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
     // The coarsest level of a tree fits in, as a rule, so that no small file vanishes.
-    constexpr double fewest = 20'000.0;
-    double all = 0.0;
+    constexpr unsigned long long enough = 20'000;
+    std::vector<std::pair<unsigned long long, int>> wanted;  // by what each can use
     for (const Entity& entity : drawing.entities)
         if (const PointCloud* const cloud = Find(entity.id); cloud != nullptr && entity.visible)
-            all += static_cast<double>(cloud->Total());
-    const auto budget = static_cast<double>(drawing.pointBudget);
+            wanted.emplace_back(cloud->MostSlots(), entity.id);
+    std::sort(wanted.begin(), wanted.end());
     std::map<int, unsigned long long> shares;
-    for (const auto& [id, cloud] : clouds_) {
-        const double share = all > 0.0 ? budget * (static_cast<double>(cloud->Total()) / all) : 0.0;
-        shares[id] = static_cast<unsigned long long>(std::clamp(share, fewest, 1e12));
+    unsigned long long rest = drawing.pointBudget;
+    double lacking = 0.0;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const auto& [most, id] = wanted[i];
+        shares[id] = std::min({most, enough, rest / (wanted.size() - i)});
+        rest -= shares[id];
+        lacking += static_cast<double>(most - shares[id]);
     }
+    if (lacking <= 0.0) return shares;
+    const double part = std::min(1.0, static_cast<double>(rest) / lacking);
+    for (const auto& [most, id] : wanted)
+        shares[id] +=
+            static_cast<unsigned long long>(part * static_cast<double>(most - shares[id]));
     return shares;
 }
 
@@ -216,16 +232,21 @@ std::vector<Property> HostDrawing::Properties(int id) {
     return properties;
 }
 
-std::pair<Entity, std::string> HostDrawing::SetProperty(int id, int property,
-                                                        const Property::Value& value) {
-    PointCloud* const cloud = Find(id);
-    if (cloud == nullptr) return {{}, "The file is not open any more."};
+std::pair<Entity, std::string> HostDrawing::SetProperties(
+    const Entity& entity, const std::vector<PropertyValue>& values) {
+    PointCloud* const cloud = Find(entity.id);
+    if (cloud == nullptr) return {entity, "The file is not open any more."};
     std::string refused;
-    const std::string problem =
-        problemOf([&] { refused = palette_.Set(cloud->HostEntity(), property, value); });
+    const std::string problem = problemOf([&] {
+        // An undo may have come since the last update.
+        cloud->SetState(entity);
+        for (const PropertyValue& one : values)
+            if (refused.empty())
+                refused = palette_.Set(cloud->HostEntity(), one.property, one.value);
+    });
     const Entity state = cloud->State();
     // What is fetched or picked before the next update must not take the change back.
-    if (Entity* const known = request_.drawing.Find(id)) *known = state;
+    if (Entity* const known = request_.drawing.Find(entity.id)) *known = state;
     return {state, problem.empty() ? refused : problem};
 }
 

@@ -22,20 +22,22 @@ public:
     /// Throws std::runtime_error with a sentence when the plug-in cannot be loaded.
     explicit HostDrawing(const std::string& pluginFile);
 
-    Engine::Opened Open(const Entity& entity, bool asGiven);
+    Engine::Opened Open(const Entity& entity, bool asGiven, const std::string& unit);
     void Close(int id);
     ViewResult Update(const ViewRequest& request);
     std::size_t Fetch(std::span<PointVertex> memory, const glm::dvec3& origin);
     std::optional<Pick> PickAt(const ViewCamera& camera, const draw::ImageSize& size,
                                const glm::ivec2& pixel);
     std::vector<Property> Properties(int id);
-    std::pair<Entity, std::string> SetProperty(int id, int property, const Property::Value& value);
+    std::pair<Entity, std::string> SetProperties(const Entity& entity,
+                                                 const std::vector<PropertyValue>& values);
 
 private:
     PointCloud* Find(int id);
     /// The entity of a new file: its own name, and a scale for its unit.
     Entity Placed(const Entity& entity, const PointCloud& cloud) const;
-    std::string UnitName(PointCloud& cloud) const;
+    /// \param unit as the palette names it; an unknown one changes nothing
+    void UseUnit(const std::string& unit);
     /// How many points each of the visible clouds may show.
     std::map<int, unsigned long long> Shares(const Drawing& drawing);
     /// Brings all clouds to the request, those that are not at it yet.

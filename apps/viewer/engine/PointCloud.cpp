@@ -222,12 +222,15 @@ bool PointCloud::ApplyClips(const std::vector<Clip>& clips) {
     return true;
 }
 
-unsigned long long PointCloud::SlotsFor(unsigned long long budget) {
+unsigned long long PointCloud::MostSlots() const {
     // A point set shows fewer points than it has slots for, and needs none beyond its own.
     constexpr unsigned long long spare = 2;
     constexpr unsigned long long most = std::numeric_limits<OdInt32>::max();
-    const unsigned long long wanted =
-        std::clamp(std::min(budget, Total() + spare), fewestSlots, most);
+    return std::clamp(Total() + spare, fewestSlots, most);
+}
+
+unsigned long long PointCloud::SlotsFor(unsigned long long budget) {
+    const unsigned long long wanted = std::clamp(budget, fewestSlots, MostSlots());
     lacksMemory_ = refusedSlots_ != 0 && wanted >= refusedSlots_;
     return lacksMemory_ ? points_->maxNrPointsInBuffer() : wanted;
 }

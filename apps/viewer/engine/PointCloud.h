@@ -41,6 +41,8 @@ public:
 
     OdDb::UnitsValue Unit() const;
     unsigned long long Total() const { return points_->getTotalNrPoints(); }
+    /// The largest budget that is of use.
+    unsigned long long MostSlots() const;
     unsigned long long Shown() const { return view_ ? points_->getNrVisiblePoints() : 0; }
     /// Around the points, in their own frame.
     Box Bounds() const;

@@ -21,4 +21,10 @@ struct Property {
     bool canBeSet = false;
 };
 
+/// A value that a property is to have.
+struct PropertyValue {
+    int property = 0;
+    Property::Value value;
+};
+
 }  // namespace vpc::viewer

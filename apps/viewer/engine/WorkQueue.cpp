@@ -20,10 +20,17 @@ WorkQueue::~WorkQueue() {
     thread_.join();
 }
 
-void WorkQueue::Add(Task task) {
+void WorkQueue::Insert(Waiting task) {
+    const auto place =
+        std::find_if(waiting_.begin(), waiting_.end(),
+                     [&task](const Waiting& waiting) { return waiting.urgency < task.urgency; });
+    waiting_.insert(place, std::move(task));
+}
+
+void WorkQueue::Add(Task task, Urgency urgency) {
     {
         const std::lock_guard lock(mutex_);
-        waiting_.push_back({std::move(task), false});
+        Insert({std::move(task), urgency, false});
     }
     changed_.notify_one();
 }
@@ -35,7 +42,7 @@ void WorkQueue::AddOrReplace(Task task) {
             std::find_if(waiting_.begin(), waiting_.end(),
                          [](const Waiting& waiting) { return waiting.isReplaceable; });
         if (found == waiting_.end())
-            waiting_.push_back({std::move(task), true});
+            Insert({std::move(task), Urgency::Usual, true});
         else
             found->task.swap(task);  // the older one is freed outside of the lock
     }

@@ -12,6 +12,8 @@ namespace vpc::viewer {
 class WorkQueue {
 public:
     using Task = std::function<void()>;
+    /// A task overtakes those that wait with a lower urgency.
+    enum class Urgency { Low, Usual, High };
 
     /// \param first, last done on the thread before and after everything else, whatever is dropped
     WorkQueue(Task first, Task last);
@@ -20,15 +22,19 @@ public:
     WorkQueue(const WorkQueue&) = delete;
     WorkQueue& operator=(const WorkQueue&) = delete;
 
-    void Add(Task task);
-    /// Takes the place of the task of this kind that waits, if there is one.
+    void Add(Task task, Urgency urgency = Urgency::Usual);
+    /// Takes the place of the task of this kind that waits, if there is one. Of usual urgency.
     void AddOrReplace(Task task);
 
 private:
     struct Waiting {
         Task task;
+        Urgency urgency = Urgency::Usual;
         bool isReplaceable = false;
     };
+
+    /// Under the lock.
+    void Insert(Waiting task);
 
     void Work(Task first, const Task& last);
     /// Waits for the next task; an empty one at the end.

@@ -95,7 +95,20 @@ PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_
     grid_->Bind(wxEVT_PG_CHANGED, &PalettePanel::OnChanged, this);
 }
 
-void PalettePanel::ShowProperties(const std::vector<Property>& properties) {
+void PalettePanel::Await(int entity) {
+    if (entity == entity_) {
+        grid_->Enable();
+        return;
+    }
+    grid_->CommitChangesFromEditor();
+    grid_->ClearSelection();
+    grid_->Disable();
+}
+
+void PalettePanel::ShowProperties(int entity, const std::vector<Property>& properties) {
+    Await(entity);
+    entity_ = entity;
+    grid_->Enable();
     const bool isAnew = !std::equal(properties_.begin(), properties_.end(), properties.begin(),
                                     properties.end(), isAlike);
     properties_ = properties;
@@ -146,7 +159,7 @@ void PalettePanel::OnChanged(wxPropertyGridEvent& event) {
             scheme->value == firstChoice && scheme->choices.size() > 1)
             edits.push_back({*scheme, 1LL});
         edits.push_back(edit);
-        edit_(edits);
+        edit_(entity_, edits);
         return;
     }
 }

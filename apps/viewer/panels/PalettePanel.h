@@ -18,7 +18,7 @@ namespace vpc::viewer {
 class PalettePanel : public wxPanel {
 public:
     /// Gets what belongs to one step; what the user has edited is last.
-    using Edit = std::function<void(const std::vector<PropertyEdit>& edits)>;
+    using Edit = std::function<void(int entity, const std::vector<PropertyEdit>& edits)>;
     struct Cell {
         std::string name;
         wxRect place;  ///< on the screen
@@ -26,8 +26,11 @@ public:
 
     PalettePanel(wxWindow* parent, Edit edit);
 
+    /// Ends what is being edited, where that is another entity, and takes no edits until its
+    /// properties are shown.
+    void Await(int entity);
     /// Empty where there is nothing to show.
-    void ShowProperties(const std::vector<Property>& properties);
+    void ShowProperties(int entity, const std::vector<Property>& properties);
     /// The values that are in sight.
     std::vector<Cell> Cells() const;
 
@@ -39,6 +42,8 @@ private:
     void OnChanged(wxPropertyGridEvent& event);
 
     Edit edit_;
+    /// That of the properties; 0 where there is none.
+    int entity_ = 0;
     std::vector<Property> properties_;
     wxPropertyGrid* grid_;
 };

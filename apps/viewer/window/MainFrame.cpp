@@ -9,6 +9,7 @@
 #include <wx/msgdlg.h>
 #include <wx/splitter.h>
 
+#include "viewer/document/UnitSymbol.h"
 #include "viewer/panels/BudgetPanel.h"
 #include "viewer/panels/CutsPanel.h"
 #include "viewer/panels/EntityPanel.h"
@@ -143,8 +144,8 @@ wxWindow* MainFrame::BuildSide() {
     actions.choose = [this](int) { ShowProperties(); };
     actions.close = [this](int entity) { workspace_.CloseEntity(entity); };
     actions.describe = [this](int entity) { return Describe(entity); };
-    palette_ = new PalettePanel(side, [this](const std::vector<PropertyEdit>& edits) {
-        workspace_.SetProperties(entities_->Chosen(), edits);
+    palette_ = new PalettePanel(side, [this](int entity, const std::vector<PropertyEdit>& edits) {
+        workspace_.SetProperties(entity, edits);
     });
     entities_ = new EntityPanel(side, std::move(actions));
     cuts_ = new CutsPanel(side, [this](const std::string& label, const Drawing& drawing) {
@@ -268,7 +269,7 @@ void MainFrame::AddSection(Axis axis) {
 Overlay MainFrame::OverlayNow() const {
     Overlay overlay;
     control_.AddShapes(overlay.shapes);
-    overlay.unit = std::string("m");
+    overlay.unit = unitSymbol(workspace_.Shown().unit);
     for (const ShownEntity& entity : lastResult_.entities) {
         const Entity* drawn = workspace_.Shown().Find(entity.id);
         if (drawn == nullptr || !drawn->visible || entity.legendTitle.empty()) continue;
@@ -327,11 +328,12 @@ void MainFrame::ShowTitle() {
 void MainFrame::ShowProperties() {
     const int entity = entities_->Chosen();
     if (entity == 0) {
-        palette_->ShowProperties({});
+        palette_->ShowProperties(0, {});
         return;
     }
+    palette_->Await(entity);
     engine_.Properties(entity, [this, entity](const std::vector<Property>& properties) {
-        if (entities_->Chosen() == entity) palette_->ShowProperties(properties);
+        if (entities_->Chosen() == entity) palette_->ShowProperties(entity, properties);
     });
 }
 
@@ -392,10 +394,14 @@ void MainFrame::OnStyleChanged() {
 
 void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
     if (ofSession) return;
-    if (isFirst)
+    const bool isAlone = workspace_.Kept().entities.size() == 1;
+    // Not where the user has gone on from the first of several.
+    if (isAlone || (isFirst && control_.Camera() == fitted_)) {
         control_.BeginWithAll();
-    else
+        fitted_ = control_.Camera();
+    } else {
         status_->Say("Opened " + entity.name + "; Ctrl+0 shows everything.");
+    }
     preferences_.AddRecentFile(entity.file);
     recent_->Show(preferences_.RecentFiles());
 }

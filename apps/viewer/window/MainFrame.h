@@ -119,6 +119,8 @@ private:
     Commands commands_;
     std::unique_ptr<Report> report_;
     ViewResult lastResult_;
+    /// The view of all files that were opened first.
+    ViewCamera fitted_;
     std::string sessionFile_;
     bool hasEngine_ = true;
     std::unique_ptr<RecentFiles> recent_;

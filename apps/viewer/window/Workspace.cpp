@@ -10,13 +10,24 @@ namespace vpc::viewer {
 
 namespace {
 
-/// Puts the values that the palette edits in the place of others.
-void takeValues(Entity& entity, const Entity& from) {
-    entity.placement = from.placement;
-    entity.stylization = from.stylization;
-    entity.colourScheme = from.colourScheme;
-    entity.cropped = from.cropped;
-    entity.locked = from.locked;
+template <class Value>
+void takeChange(Value& value, const Value& before, const Value& after) {
+    if (after != before) value = after;
+}
+
+/// Makes the changes from one state of the entity to another. What else has changed since then
+/// stays.
+void takeChanges(Entity& entity, const Entity& before, const Entity& after) {
+    takeChange(entity.name, before.name, after.name);
+    for (int i = 0; i < 3; ++i)
+        takeChange(entity.placement.location[i], before.placement.location[i],
+                   after.placement.location[i]);
+    takeChange(entity.placement.rotation, before.placement.rotation, after.placement.rotation);
+    takeChange(entity.placement.scale, before.placement.scale, after.placement.scale);
+    takeChange(entity.stylization, before.stylization, after.stylization);
+    takeChange(entity.colourScheme, before.colourScheme, after.colourScheme);
+    takeChange(entity.cropped, before.cropped, after.cropped);
+    takeChange(entity.locked, before.locked, after.locked);
 }
 
 }  // namespace
@@ -53,29 +64,32 @@ void Workspace::OpenTree(const std::string& file) {
 void Workspace::Load(Entity entity, bool asGiven) {
     entity.id = ++lastId_;
     ++opening_;
-    engine_.Open(entity, asGiven,
-                 [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
+    engine_.Open(entity, asGiven, Kept().unit,
+                 [this, asGiven, isFirst = Kept().entities.empty(),
+                  drawing = drawing_](const Engine::Opened& opened) {
                      --opening_;
                      if (drawing == drawing_)
-                         OnLoaded(opened, asGiven);
+                         OnLoaded(opened, isFirst, asGiven);
                      else
                          engine_.Close(opened.entity.id);  // a session has come in its place
                  });
 }
 
-void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
+void Workspace::OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSession) {
     if (!opened.problem.empty()) {
         listener_.OnProblem(opened.problem);
         return;
     }
-    const bool isFirst = Kept().entities.empty();
     EntityFacts& facts = facts_[opened.entity.id];
     facts.box = opened.box;
     facts.points = opened.points;
     facts.unit = opened.unit;
     facts.shown.inAll = opened.points;
     preview_.reset();
-    undo_.Amend([&opened](Drawing& drawing) { drawing.entities.push_back(opened.entity); });
+    undo_.Amend([&opened](Drawing& drawing) {
+        drawing.entities.push_back(opened.entity);
+        drawing.unit = opened.drawingUnit;
+    });
     listener_.OnOpened(opened.entity, isFirst, ofSession);
     listener_.OnDrawingChanged();
 }
@@ -86,6 +100,7 @@ void Workspace::CloseEntity(int entity) {
     preview_.reset();
     undo_.Amend([entity](Drawing& drawing) {
         std::erase_if(drawing.entities, [entity](const Entity& one) { return one.id == entity; });
+        if (drawing.entities.empty()) drawing.unit.clear();
     });
     listener_.OnDrawingChanged();
 }
@@ -161,23 +176,25 @@ void Workspace::SetPointBudget(unsigned long long budget) {
     listener_.OnDrawingChanged();
 }
 
-void Workspace::SetProperties(int entity, const std::vector<PropertyEdit>& edits) {
-    for (std::size_t i = 0; i < edits.size(); ++i) {
-        const bool isLast = i + 1 == edits.size();
-        engine_.SetProperty(entity, edits[i].property.id, edits[i].value,
-                            [this, entity, isLast, name = edits[i].property.name](
-                                const Entity& changed, const Engine::Problem& problem) {
-                                if (!problem.empty()) listener_.OnProblem(problem);
-                                if (isLast) TakeProperties(entity, changed, "change " + name);
-                            });
-    }
+void Workspace::SetProperties(int id, const std::vector<PropertyEdit>& edits) {
+    const Entity* const entity = Kept().Find(id);
+    if (entity == nullptr || edits.empty()) return;
+    std::vector<PropertyValue> values;
+    for (const PropertyEdit& edit : edits) values.push_back({edit.property.id, edit.value});
+    engine_.SetProperties(*entity, values,
+                          [this, before = *entity, label = "change " + edits.back().property.name](
+                              const Entity& after, const Engine::Problem& problem) {
+                              if (!problem.empty()) listener_.OnProblem(problem);
+                              TakeProperties(before, after, label);
+                          });
 }
 
-void Workspace::TakeProperties(int id, const Entity& changed, const std::string& label) {
+void Workspace::TakeProperties(const Entity& before, const Entity& after,
+                               const std::string& label) {
     Drawing drawing = Kept();
-    Entity* entity = drawing.Find(id);
+    Entity* const entity = drawing.Find(before.id);
     if (entity == nullptr) return;  // closed meanwhile
-    takeValues(*entity, changed);
+    takeChanges(*entity, before, after);
     Change(label, drawing);
 }
 

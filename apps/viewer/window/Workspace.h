@@ -35,7 +35,8 @@ public:
     virtual void OnPreview() = 0;
     /// How points are drawn has changed, and not which ones.
     virtual void OnStyleChanged() = 0;
-    /// \param isFirst  whether nothing was open
+    /// \param isFirst  whether nothing was open when it was asked for: of files that are opened
+    ///                 together, all are the first
     /// \param ofSession whether a session brought it, and with that a view
     virtual void OnOpened(const Entity& entity, bool isFirst, bool ofSession) = 0;
     /// A session is being opened; its files follow.
@@ -77,7 +78,7 @@ public:
     void SetStyle(const ViewStyle& style);
     void SetPointBudget(unsigned long long budget);
     /// One step, whatever the number of edits; it is called after the last one.
-    void SetProperties(int entity, const std::vector<PropertyEdit>& edits);
+    void SetProperties(int id, const std::vector<PropertyEdit>& edits);
     void Undo();
     void Redo();
     std::string UndoLabel() const { return undo_.UndoLabel(); }
@@ -87,9 +88,9 @@ public:
     void TakeFacts(const ViewResult& result);
 
 private:
-    void TakeProperties(int id, const Entity& changed, const std::string& label);
+    void TakeProperties(const Entity& before, const Entity& after, const std::string& label);
     void Load(Entity entity, bool asGiven);
-    void OnLoaded(const Engine::Opened& opened, bool ofSession);
+    void OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSession);
     void CloseAll();
 
     Engine& engine_;

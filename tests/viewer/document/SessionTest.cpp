@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "viewer/document/SessionFile.h"
+#include "viewer/document/UnitSymbol.h"
 
 namespace vpc::viewer {
 namespace {
@@ -45,6 +46,7 @@ Session everything() {
                               false}};
     session.drawing.style = {
         PointSizing::ByDistance, 0.0123, false, false, {1, 2, 3}, false, false, false};
+    session.drawing.unit = "Millimeters";
     session.drawing.pointBudget = 123'456'789'012ULL;
     session.camera = {
         {5e6, 5e6, 1.0 / 7.0}, {5e6, 5e6 + 1.0, 1.0 / 7.0}, {0.0, 0.0, 1.0}, 0.7, false};
@@ -88,6 +90,11 @@ TEST_F(SessionTest, IsTheSameAfterSavingAndOpeningAndMovesWithItsFolder) {
     EXPECT_EQ(sessionFromText(replaced(text, "{", R"({"later": [{}], )"), "/data/site/a.vpcview"),
               session);
     EXPECT_EQ(sessionFromText(R"({"vpcview": 1})", "a"), Session{});
+}
+
+TEST(UnitSymbolTest, StandsBehindANumber) {
+    EXPECT_EQ(unitSymbol("Millimeters"), "mm");
+    EXPECT_EQ(unitSymbol("Undefined"), "");
 }
 
 TEST_F(SessionTest, ABadOneIsRefusedWithASentenceThatTellsWhere) {

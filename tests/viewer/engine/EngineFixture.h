@@ -79,11 +79,11 @@ protected:
         return folder.file(name + ".vpt");
     }
 
-    Engine::Opened Open(int id, const std::string& file) {
+    Engine::Opened Open(int id, const std::string& file, const std::string& unit = {}) {
         Entity entity;
         entity.id = id;
         entity.file = file;
-        return Ask<Engine::Opened>([&](auto done) { engine->Open(entity, false, done); });
+        return Ask<Engine::Opened>([&](auto done) { engine->Open(entity, false, unit, done); });
     }
     /// Opens a file, shows it in the drawing and looks at all of it, obliquely from above.
     Engine::Opened Show(const std::string& file) {
@@ -126,11 +126,12 @@ protected:
     std::string Set(int id, const std::string& name, const Property::Value& value) {
         const int property = PropertyOf(id, name).id;
         return Ask<std::string>([&](auto done) {
-            engine->SetProperty(id, property, value,
-                                [this, id, done](const Entity& entity, const std::string& problem) {
-                                    *request.drawing.Find(id) = entity;
-                                    done(problem);
-                                });
+            engine->SetProperties(
+                *request.drawing.Find(id), {{property, value}},
+                [this, id, done](const Entity& entity, const std::string& problem) {
+                    *request.drawing.Find(id) = entity;
+                    done(problem);
+                });
         });
     }
     /// Makes a request and returns the answer.
