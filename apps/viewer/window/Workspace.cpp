@@ -124,8 +124,20 @@ bool Workspace::SaveSession(const std::string& file, const ViewCamera& camera) {
     }
 }
 
+Drawing Workspace::WithCuts(const Drawing& drawing) const {
+    Drawing result = Kept();
+    result.sections = drawing.sections;
+    result.clips = drawing.clips;
+    return result;
+}
+
 void Workspace::Preview(const Drawing& drawing) {
-    preview_ = drawing;
+    const Drawing preview = WithCuts(drawing);
+    if (preview == Kept()) {
+        EndPreview();
+        return;
+    }
+    preview_ = preview;
     listener_.OnPreview();
 }
 
@@ -136,6 +148,10 @@ void Workspace::EndPreview() {
 }
 
 void Workspace::Change(const std::string& label, const Drawing& drawing) {
+    Do(label, WithCuts(drawing));
+}
+
+void Workspace::Do(const std::string& label, const Drawing& drawing) {
     preview_.reset();
     undo_.Do(label, drawing);
     listener_.OnDrawingChanged();
@@ -146,7 +162,7 @@ void Workspace::ShowEntity(int entity, bool isVisible) {
     Entity* found = drawing.Find(entity);
     if (found == nullptr) return;
     found->visible = isVisible;
-    Change((isVisible ? "show " : "hide ") + found->name, drawing);
+    Do((isVisible ? "show " : "hide ") + found->name, drawing);
 }
 
 void Workspace::SetStyle(const ViewStyle& style) {
@@ -178,7 +194,7 @@ void Workspace::TakeProperties(int id, const Entity& changed, const std::string&
     Entity* entity = drawing.Find(id);
     if (entity == nullptr) return;  // closed meanwhile
     takeValues(*entity, changed);
-    Change(label, drawing);
+    Do(label, drawing);
 }
 
 void Workspace::Undo() {

@@ -69,9 +69,12 @@ public:
     /// Whether files are being opened.
     bool IsOpening() const { return opening_ > 0; }
 
+    /// Shows other sections and clips, while a drag goes on. The rest of a drawing that is handed
+    /// over may be older than what is kept, and does not count.
     void Preview(const Drawing& drawing);
     void EndPreview();
-    /// A step that can be undone.
+    /// Changes sections and clips, as a step that can be undone; the rest does not count here,
+    /// either.
     void Change(const std::string& label, const Drawing& drawing);
     void ShowEntity(int entity, bool isVisible);
     void SetStyle(const ViewStyle& style);
@@ -87,6 +90,9 @@ public:
     void TakeFacts(const ViewResult& result);
 
 private:
+    /// What is kept, with the sections and clips of another drawing.
+    Drawing WithCuts(const Drawing& drawing) const;
+    void Do(const std::string& label, const Drawing& drawing);
     void TakeProperties(int id, const Entity& changed, const std::string& label);
     void Load(Entity entity, bool asGiven);
     void OnLoaded(const Engine::Opened& opened, bool ofSession);

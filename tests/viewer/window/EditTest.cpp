@@ -80,6 +80,29 @@ TEST_F(EditTest, SectionsAndClipsKeepThePointsThatTheyShould) {
     viewer.Close();
 }
 
+TEST_F(EditTest, CutsAndTheirUndoLeaveTheStyleAlone) {
+    ViewerRun viewer = start("t.vpt");
+    viewer.ClickControl("tool/section-x");
+    viewer.Report();
+    viewer.Key("Alt_L+v");
+    viewer.Key("r");
+    ASSERT_EQ(viewer.Report()["style"]["round"], false);
+    viewer.ClickControl("section/0/flip");
+    EXPECT_EQ(viewer.Report()["undo"], "flip section");
+    EXPECT_EQ(viewer.Last()["style"]["round"], false);
+    viewer.ClickControl("tool/undo");
+    EXPECT_EQ(viewer.Report()["style"]["round"], false);
+    // Two clicks on one button remove one section.
+    for (const std::string axis : {"y", "z"}) {
+        viewer.ClickControl("tool/section-" + axis);
+        viewer.Report();
+    }
+    viewer.ClickControl("section/2/remove");
+    viewer.ClickControl("section/2/remove");
+    EXPECT_EQ(viewer.Report()["sections"].size(), 2U);
+    viewer.Close();
+}
+
 TEST_F(EditTest, TheBudgetBoundsThePoints) {
     ViewerRun viewer = start("t.vpt --budget 50000");
     EXPECT_LE(viewer.Last()["shown"], 50'000);
