@@ -341,7 +341,7 @@ void MainFrame::ShowCursor() {
 
 wxString MainFrame::Describe(int entity) const {
     const EntityFacts* facts = workspace_.FactsOf(entity);
-    if (facts == nullptr) return {};
+    if (facts == nullptr) return "not open";
     const Entity* drawn = workspace_.Kept().Find(entity);
     if (drawn != nullptr && !drawn->visible) return "hidden, " + grouped(facts->points) + " points";
     return grouped(facts->shown.shown) + " of " + grouped(facts->points) + " points";
@@ -390,8 +390,7 @@ void MainFrame::OnStyleChanged() {
     ShowEmpty();
 }
 
-void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
-    if (ofSession) return;
+void MainFrame::OnOpened(const Entity& entity, bool isFirst) {
     if (isFirst)
         control_.BeginWithAll();
     else

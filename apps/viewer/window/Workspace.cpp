@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <utility>
 
 #include "viewer/document/SessionFile.h"
 
@@ -45,13 +44,13 @@ void Workspace::OpenTree(const std::string& file) {
     Entity entity;
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(file, error).lexically_normal();
+    entity.id = ++lastId_;
     entity.file = path.string();
     entity.name = path.stem().string();
-    Load(std::move(entity), false);
+    Load(entity, false);
 }
 
-void Workspace::Load(Entity entity, bool asGiven) {
-    entity.id = ++lastId_;
+void Workspace::Load(const Entity& entity, bool asGiven) {
     ++opening_;
     engine_.Open(entity, asGiven,
                  [this, asGiven, drawing = drawing_](const Engine::Opened& opened) {
@@ -68,15 +67,18 @@ void Workspace::OnLoaded(const Engine::Opened& opened, bool ofSession) {
         listener_.OnProblem(opened.problem);
         return;
     }
-    const bool isFirst = Kept().entities.empty();
+    if (ofSession && Kept().Find(opened.entity.id) == nullptr) return;  // closed meanwhile
+    const bool isFirst = facts_.empty();
     EntityFacts& facts = facts_[opened.entity.id];
     facts.box = opened.box;
     facts.points = opened.points;
     facts.unit = opened.unit;
     facts.shown.inAll = opened.points;
-    preview_.reset();
-    undo_.Amend([&opened](Drawing& drawing) { drawing.entities.push_back(opened.entity); });
-    listener_.OnOpened(opened.entity, isFirst, ofSession);
+    if (!ofSession) {
+        preview_.reset();
+        undo_.Amend([&opened](Drawing& drawing) { drawing.entities.push_back(opened.entity); });
+        listener_.OnOpened(opened.entity, isFirst);
+    }
     listener_.OnDrawingChanged();
 }
 
@@ -106,15 +108,20 @@ void Workspace::OpenSession(const std::string& file) {
         return;
     }
     CloseAll();
-    const std::vector<Entity> entities = std::exchange(session.drawing.entities, {});
+    // In the drawing at once, so that a file that cannot be opened today stays in the session.
+    for (Entity& entity : session.drawing.entities) entity.id = ++lastId_;
     undo_ = UndoStack(session.drawing);
+    for (const Entity& entity : session.drawing.entities) Load(entity, true);
     listener_.OnSessionOpened(session, file);
     listener_.OnStyleChanged();
     listener_.OnDrawingChanged();
-    for (const Entity& entity : entities) Load(entity, true);
 }
 
 bool Workspace::SaveSession(const std::string& file, const ViewCamera& camera) {
+    if (IsOpening()) {
+        listener_.OnProblem("Files are still being opened; save the session when that is done.");
+        return false;
+    }
     try {
         saveSession({Kept(), camera}, file);
         return true;
@@ -192,7 +199,7 @@ void Workspace::SetProperties(int entity, const std::vector<PropertyEdit>& edits
 void Workspace::TakeProperties(int id, const Entity& changed, const std::string& label) {
     Drawing drawing = Kept();
     Entity* entity = drawing.Find(id);
-    if (entity == nullptr) return;  // closed meanwhile
+    if (entity == nullptr || changed.id != id) return;  // closed meanwhile, or never open
     takeValues(*entity, changed);
     Do(label, drawing);
 }

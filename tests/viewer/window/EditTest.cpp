@@ -141,6 +141,16 @@ TEST_F(EditTest, MovesTwoFilesApartAndGoesOnFromASession) {
         EXPECT_EQ(saved["shown"], allPoints / 2);
         viewer.Close();
     }
+    // A file that is away for a time stays in the session.
+    std::filesystem::rename(folder.file("u.vpt"), folder.file("away.vpt"));
+    {
+        ViewerRun viewer = start("view.vpcview");
+        EXPECT_THAT(viewer.Last()["message"], HasSubstr("u.vpt"));
+        viewer.Key("Control_L+s");
+        viewer.Report();
+        viewer.Close();
+    }
+    std::filesystem::rename(folder.file("away.vpt"), folder.file("u.vpt"));
     ViewerRun viewer = start("view.vpcview");
     for (const std::string key : {"sections", "clips", "style", "budget", "shown", "message"})
         EXPECT_EQ(viewer.Last()[key], saved[key]) << key;
