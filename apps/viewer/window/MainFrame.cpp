@@ -96,7 +96,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
       commands_(*this) {
     BuildWindow();
     PlaceOnScreen();
-    updates_.OnRest([this] { control_.Rest(); });
+    updates_.OnRest([this] { control_.OnRest(); });
     view_->SetInput(&control_);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClosing, this);
     // Keys go nowhere once the control that had them is gone: a row that was removed.
