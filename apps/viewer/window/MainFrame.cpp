@@ -212,7 +212,8 @@ void MainFrame::OpenFiles(const std::vector<std::string>& files) {
         else
             scans.push_back(file);
     }
-    if (!scans.empty()) PrepareScans(scans);
+    // Later, since it brings a dialog: the program that dropped the files waits for an answer.
+    if (!scans.empty()) mailbox_.CallAfter([this, scans] { PrepareScans(scans); });
 }
 
 void MainFrame::PrepareScans(const std::vector<std::string>& scans) {
