@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <wx/app.h>
+#include <wx/display.h>
 #include <wx/dnd.h>
 #include <wx/msgdlg.h>
 #include <wx/splitter.h>
@@ -58,6 +59,12 @@ std::string absolutePath(const std::string& file) {
     return error ? file : path.lexically_normal().string();
 }
 
+/// Whether the place's title bar can be reached: a display may have gone since the last run.
+bool isOnDisplay(const wxRect& place) {
+    return wxDisplay::GetFromPoint(place.GetTopLeft() + wxPoint(place.width / 2, 16)) !=
+           wxNOT_FOUND;
+}
+
 bool hasExtension(const std::string& file, const char* extension) {
     return fromUtf8(file).Lower().EndsWith(extension);
 }
@@ -87,7 +94,8 @@ MainFrame::MainFrame(const CommandLine& commandLine)
           }),
       control_(workspace_, engine_, frames_, updates_, *view_,
                {[this](const std::string& sentence) { status_->Say(sentence); },
-                [this] { picture_.Redraw(); }, [this] { Refresh(); }, [this] { ShowCursor(); }}),
+                [this] { picture_.Redraw(); }, [this] { Refresh(); }, [this] { ShowCursor(); },
+                [this](const ViewStyle& style) { SetStyle(style); }}),
       picture_(
           *view_, [this] { return OverlayNow(); }, [this] { return workspace_.Shown().style; }),
       queue_(
@@ -166,7 +174,7 @@ void MainFrame::PlaceOnScreen() {
     const wxRect last = preferences_.WindowPlace();
     if (commandLine_.windowSize)
         SetSize(0, 0, commandLine_.windowSize->width, commandLine_.windowSize->height);
-    else if (last.width > 0 && last.height > 0)
+    else if (last.width > 0 && last.height > 0 && isOnDisplay(last))
         SetSize(last);
     else
         SetSize(FromDIP(wxSize(1280, 800)));
@@ -252,8 +260,8 @@ void MainFrame::Tell(const std::string& sentence) {
 }
 
 void MainFrame::SetStyle(const ViewStyle& style) {
+    preferences_.SetStyle(workspace_.Kept().style, style);
     workspace_.SetStyle(style);
-    preferences_.SetStyle(style);
 }
 
 void MainFrame::AddSection(Axis axis) {

@@ -392,7 +392,7 @@ void ViewControl::ChangePointSize(double steps) {
     style.pointSize *= std::pow(pointSizeStep, steps);
     if (style.sizing == PointSizing::Fixed)
         style.pointSize = std::clamp(style.pointSize, 1.0, largest);
-    workspace_.SetStyle(style);
+    window_.chooseStyle(style);
 }
 
 }  // namespace vpc::viewer

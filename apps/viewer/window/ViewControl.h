@@ -29,6 +29,8 @@ public:
         /// The tool, the place under the cursor, or what can be gone back to.
         std::function<void()> stateChanged;
         std::function<void()> cursorMoved;
+        /// Draws points in another way, which the user wants to have from now on.
+        std::function<void(const ViewStyle&)> chooseStyle;
     };
 
     ViewControl(Workspace& workspace, Engine& engine, FrameLoop& frames, UpdateLoop& updates,
