@@ -374,6 +374,7 @@ bool ViewControl::WalkByKey(const wxKeyEvent& event) {
 void ViewControl::OnLeave() {
     cursor_.reset();
     cursorPlace_.reset();
+    router_.Leave();
     window_.cursorMoved();
 }
 
