@@ -30,7 +30,7 @@ struct Closing {
 bool writeWhole(const std::string& file, const std::string& text) {
     std::unique_ptr<std::FILE, Closing> stream(std::fopen(file.c_str(), "wxbe"));
     if (!stream || std::fwrite(text.data(), 1, text.size(), stream.get()) != text.size() ||
-        std::fflush(stream.get()) != 0 || fsync(fileno(stream.get())) != 0)
+        std::fflush(stream.get()) != 0)
         return false;
     return std::fclose(stream.release()) == 0;
 }

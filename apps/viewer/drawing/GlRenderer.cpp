@@ -160,6 +160,8 @@ private:
         const std::size_t begin = first * sizeof(PointVertex);
         const auto stride = static_cast<GLsizei>(step * sizeof(PointVertex));
         const auto at = [begin](std::size_t offset) {
+            // OpenGL takes places in a buffer for pointers.
+            // NOLINTNEXTLINE(performance-no-int-to-ptr)
             return reinterpret_cast<const void*>(begin + offset);
         };
         glEnableVertexAttribArray(0);

@@ -31,47 +31,46 @@ void CutsPanel::ShowCuts(const Drawing& drawing) {
     ShowRows();
 }
 
+template <class Cut>
+auto CutsPanel::ChangeOf(std::vector<Cut> Drawing::*cuts, std::size_t index) {
+    return [this, cuts, index, name = (drawing_.*cuts)[index].name](const std::string& label,
+                                                                    const auto& edit) {
+        Drawing changed = drawing_;
+        std::vector<Cut>& all = changed.*cuts;
+        // Rows may be older than the drawing for a moment, so that another cut has the index.
+        if (index >= all.size() || all[index].name != name) return;
+        edit(all, all.begin() + static_cast<std::ptrdiff_t>(index));
+        change_(label, changed);
+    };
+}
+
 void CutsPanel::AddSection(std::size_t index) {
     const Section& section = drawing_.sections[index];
+    const auto change = ChangeOf(&Drawing::sections, index);
     AddRow(
         wxString::Format("section/%zu", index), section.name, section.enabled,
-        [this, index](bool isEnabled) {
-            Drawing changed = drawing_;
-            changed.sections[index].enabled = isEnabled;
-            change_(isEnabled ? "switch section on" : "switch section off", changed);
+        [change](bool isEnabled) {
+            change(isEnabled ? "switch section on" : "switch section off",
+                   [isEnabled](auto&, auto one) { one->enabled = isEnabled; });
         },
-        [this, index] {
-            Drawing changed = drawing_;
-            changed.sections[index] = flipped(changed.sections[index]);
-            change_("flip section", changed);
-        },
-        [this, index] {
-            Drawing changed = drawing_;
-            changed.sections.erase(changed.sections.begin() + static_cast<std::ptrdiff_t>(index));
-            change_("remove section", changed);
-        });
+        [change] { change("flip section", [](auto&, auto one) { *one = flipped(*one); }); },
+        [change] { change("remove section", [](auto& all, auto one) { all.erase(one); }); });
 }
 
 void CutsPanel::AddClip(std::size_t index) {
     const Clip& clip = drawing_.clips[index];
+    const auto change = ChangeOf(&Drawing::clips, index);
     AddRow(
         wxString::Format("clip/%zu", index),
         clip.name + (clip.keepsInside ? " (inside)" : " (outside)"), clip.enabled,
-        [this, index](bool isEnabled) {
-            Drawing changed = drawing_;
-            changed.clips[index].enabled = isEnabled;
-            change_(isEnabled ? "switch clip on" : "switch clip off", changed);
+        [change](bool isEnabled) {
+            change(isEnabled ? "switch clip on" : "switch clip off",
+                   [isEnabled](auto&, auto one) { one->enabled = isEnabled; });
         },
-        [this, index] {
-            Drawing changed = drawing_;
-            changed.clips[index].keepsInside = !changed.clips[index].keepsInside;
-            change_("flip clip", changed);
+        [change] {
+            change("flip clip", [](auto&, auto one) { one->keepsInside = !one->keepsInside; });
         },
-        [this, index] {
-            Drawing changed = drawing_;
-            changed.clips.erase(changed.clips.begin() + static_cast<std::ptrdiff_t>(index));
-            change_("remove clip", changed);
-        });
+        [change] { change("remove clip", [](auto& all, auto one) { all.erase(one); }); });
 }
 
 void CutsPanel::AddRow(const wxString& name, const std::string& text, bool isEnabled,

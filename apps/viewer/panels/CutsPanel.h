@@ -21,6 +21,9 @@ public:
     void ShowCuts(const Drawing& drawing);
 
 private:
+    /// A function that edits one cut and hands the changed drawing on.
+    template <class Cut>
+    auto ChangeOf(std::vector<Cut> Drawing::*cuts, std::size_t index);
     void AddSection(std::size_t index);
     void AddClip(std::size_t index);
     /// Adds a row, and gives its parts what they do.

@@ -75,13 +75,16 @@ bool NavigationTool::OnKey(ToolKey key) {
 void NavigationTool::AddShapes(Shapes& shapes) const {
     if (held_) shapes.marks.push_back({*held_, heldColour});
     const bool isHeld = motion_ == Motion::Turn && held_;
-    if ((motion_ == Motion::Turn || motion_ == Motion::Zoom) && !isHeld)
+    if (motion_ != Motion::None && !isHeld)
         shapes.marks.push_back({grabbed_, turnColour});
+    else if (motion_ == Motion::None && zoomedTo_)
+        shapes.marks.push_back({*zoomedTo_, turnColour});
 }
 
 void NavigationTool::Zoom(const glm::ivec2& place, double steps) {
     if (motion_ != Motion::None) return;  // the wheel turns easily while its button is down
-    Show(zoom(host_.Camera(), PivotAt(place), steps, LeastStep()));
+    zoomedTo_ = PivotAt(place);
+    Show(zoom(host_.Camera(), *zoomedTo_, steps, LeastStep()));
     moved_ = true;
 }
 
@@ -96,7 +99,9 @@ void NavigationTool::SlideBy(const glm::ivec2& pixels) {
 void NavigationTool::Rest() {
     if (!moved_ || motion_ != Motion::None) return;
     moved_ = false;
+    zoomedTo_.reset();
     host_.KeepView();
+    host_.RedrawShapes();
 }
 
 void NavigationTool::SetHorizon(Horizon horizon) {
@@ -109,6 +114,7 @@ void NavigationTool::SetHorizon(Horizon horizon) {
 void NavigationTool::Forget() {
     pivot_.Forget();
     held_.reset();
+    zoomedTo_.reset();
 }
 
 ViewCamera NavigationTool::MovedTo(const glm::ivec2& place) const {
@@ -152,6 +158,7 @@ void NavigationTool::MoveBy(Motion motion, const glm::ivec2& pixels) {
 void NavigationTool::Begin(Motion motion, const glm::ivec2& place) {
     motion_ = motion;
     dragged_ = false;
+    zoomedTo_.reset();
     press_ = place;
     grabbed_ = motion == Motion::Turn && held_ ? *held_ : PivotAt(place);
     // Scales and parallel views hold for what one works at.

@@ -62,6 +62,7 @@ private:
     glm::ivec2 press_{0, 0};
     bool dragged_ = false;
     ViewCamera start_;  // the camera at the press: every drag is computed from there
+    std::optional<glm::dvec3> zoomedTo_;  // by the wheel, until the view is kept
     glm::dvec3 grabbed_{0.0, 0.0, 0.0};
     bool moved_ = false;  // zoomed or moved by keys since the view was kept
 };

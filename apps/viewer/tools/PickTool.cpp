@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include <glm/geometric.hpp>
 
@@ -13,6 +14,7 @@ namespace vpc::viewer {
 namespace {
 
 constexpr draw::Colour pickColour{255, 220, 60};
+constexpr draw::Colour snapColour{90, 235, 255};
 
 std::string hexText(const draw::Colour& colour) {
     char text[8];
@@ -36,6 +38,7 @@ PickTool::PickTool(ToolHost& host) : host_(host) {
 }
 
 bool PickTool::OnPress(const MouseInput& input) {
+    DropSnap();
     if (input.button != MouseButton::Left || input.shift) return false;
     press_ = input;
     return true;
@@ -54,6 +57,16 @@ bool PickTool::OnRelease(const MouseInput&) {
     };
     host_.PickAt(press_.place, answers_.Expect<std::optional<Pick>>(add));
     return true;
+}
+
+bool PickTool::OnMove(const MouseInput& input) {
+    snapPixel_ = input.place;
+    AskSnap();
+    return false;
+}
+
+void PickTool::OnLeave() {
+    DropSnap();
 }
 
 bool PickTool::OnKey(ToolKey key) {
@@ -86,6 +99,7 @@ bool PickTool::OnKey(ToolKey key) {
 }
 
 void PickTool::AddShapes(Shapes& shapes) const {
+    if (snap_ && snapCamera_ == host_.Camera()) shapes.marks.push_back({*snap_, snapColour});
     const double extent = host_.ShownBox().Diagonal();
     for (const Pick& pick : picks_) {
         shapes.marks.push_back({pick.place, pickColour});
@@ -123,6 +137,29 @@ void PickTool::Clear() {
     picks_.clear();
     SayPicks();
     host_.RedrawShapes();
+}
+
+void PickTool::AskSnap() {
+    if (isSnapAsked_ || !snapPixel_) return;
+    isSnapAsked_ = true;
+    const glm::ivec2 pixel = *std::exchange(snapPixel_, std::nullopt);
+    const auto show = [this, camera = host_.Camera()](const std::optional<Pick>& pick) {
+        isSnapAsked_ = false;
+        const auto place = pick ? std::optional(pick->place) : std::nullopt;
+        const bool isNew = place != snap_ || !(camera == snapCamera_);
+        snap_ = place;
+        snapCamera_ = camera;
+        if (isNew) host_.RedrawShapes();
+        AskSnap();
+    };
+    host_.PickAt(pixel, snapAnswers_.Expect<std::optional<Pick>>(show));
+}
+
+void PickTool::DropSnap() {
+    snapAnswers_.Drop();
+    isSnapAsked_ = false;
+    snapPixel_.reset();
+    if (std::exchange(snap_, std::nullopt)) host_.RedrawShapes();
 }
 
 void PickTool::Add(const Pick& pick, bool isDouble) {

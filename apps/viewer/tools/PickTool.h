@@ -9,7 +9,8 @@
 
 namespace vpc::viewer {
 
-/// Tells where a point lies, and how far it is from a second one.
+/// Tells where a point lies, and how far it is from a second one. The point that a click would take
+/// is marked.
 class PickTool : public Tool {
 public:
     /// From the first to the second pick.
@@ -23,6 +24,8 @@ public:
     bool OnPress(const MouseInput& input) override;
     bool OnDrag(const MouseInput& input) override;
     bool OnRelease(const MouseInput& input) override;
+    bool OnMove(const MouseInput& input) override;
+    void OnLeave() override;
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;
 
@@ -36,6 +39,9 @@ public:
 
 private:
     void Clear();
+    /// Asks for the point at the newest place of the mouse, one question at a time.
+    void AskSnap();
+    void DropSnap();
     void Add(const Pick& pick, bool isDouble);
     void SayPicks();
     std::string FileOf(const Pick& pick) const;
@@ -45,6 +51,13 @@ private:
     MouseInput press_;
     std::vector<Pick> picks_;
     Answers answers_;
+    /// What a click would take, in the view of snapCamera_.
+    std::optional<glm::dvec3> snap_;
+    ViewCamera snapCamera_;
+    /// Where to ask next.
+    std::optional<glm::ivec2> snapPixel_;
+    bool isSnapAsked_ = false;
+    Answers snapAnswers_;
 };
 
 }  // namespace vpc::viewer

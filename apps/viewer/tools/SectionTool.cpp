@@ -73,6 +73,7 @@ SectionTool::SectionTool(ToolHost& host, Mode mode) : host_(host), mode_(mode) {
 bool SectionTool::OnPress(const MouseInput& input) {
     if (input.button != MouseButton::Left || input.shift) return false;
     press_ = input.place;
+    cursor_ = input.place;
     if (mode_ == Mode::ThreePicks) return true;
     dragged_ = SectionAt(input.place);
     if (!dragged_) return false;
@@ -114,6 +115,7 @@ bool SectionTool::OnRelease(const MouseInput& input) {
         return true;
     }
     dragged_.reset();
+    cursor_ = input.place;
     host_.Change("move section", drawing);
     host_.RedrawShapes();
     return true;
@@ -122,15 +124,22 @@ bool SectionTool::OnRelease(const MouseInput& input) {
 void SectionTool::OnCancel() {
     if (!dragged_) return;
     dragged_.reset();
-    if (!(preview_ == start_)) host_.Preview(start_);
+    if (!(preview_ == start_)) host_.Preview(host_.GetDrawing());
     host_.RedrawShapes();
 }
 
 bool SectionTool::OnMove(const MouseInput& input) {
     const auto before = hovered_;
+    cursor_ = input.place;
     hovered_ = mode_ == Mode::Move ? SectionAt(input.place) : std::nullopt;
     if (hovered_ != before) host_.RedrawShapes();
     return hovered_.has_value();
+}
+
+void SectionTool::OnLeave() {
+    cursor_.reset();
+    hovered_.reset();
+    host_.RedrawShapes();
 }
 
 bool SectionTool::OnKey(ToolKey key) {
@@ -155,8 +164,10 @@ bool SectionTool::OnKey(ToolKey key) {
             host_.RedrawShapes();
             return true;
         case ToolKey::Delete:
-            if (dragged_ || !hovered_ || *hovered_ >= host_.GetDrawing().sections.size())
-                return false;
+            if (dragged_) return false;
+            // Sections and view may have changed since the mouse moved.
+            hovered_ = cursor_ && mode_ == Mode::Move ? SectionAt(*cursor_) : std::nullopt;
+            if (!hovered_) return false;
             Remove(*hovered_);
             return true;
         case ToolKey::Enter:

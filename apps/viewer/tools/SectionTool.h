@@ -22,6 +22,7 @@ public:
     bool OnRelease(const MouseInput& input) override;
     void OnCancel() override;
     bool OnMove(const MouseInput& input) override;
+    void OnLeave() override;
     bool OnKey(ToolKey key) override;
     void AddShapes(Shapes& shapes) const override;
 
@@ -44,6 +45,7 @@ private:
     ToolHost& host_;
     Mode mode_;
     glm::ivec2 press_{0, 0};
+    std::optional<glm::ivec2> cursor_;
     std::optional<std::size_t> hovered_;
     std::optional<std::size_t> dragged_;
     Drawing start_;  // at the press

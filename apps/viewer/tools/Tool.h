@@ -46,6 +46,7 @@ public:
     virtual std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const = 0;
     /// The box around everything that is shown.
     virtual Box ShownBox() const = 0;
+    /// Without what a drag previews.
     virtual const Drawing& GetDrawing() const = 0;
     /// Shows another state of the drawing, while a drag goes on; nothing to be undone yet.
     virtual void Preview(const Drawing& drawing) = 0;
@@ -81,6 +82,8 @@ public:
     virtual void OnCancel() {}
     /// The mouse moved without a button.
     virtual bool OnMove(const MouseInput&) { return false; }
+    /// The mouse has left the view.
+    virtual void OnLeave() {}
     virtual bool OnKey(ToolKey) { return false; }
     /// Adds what the tool shows over the points.
     virtual void AddShapes(Shapes&) const {}

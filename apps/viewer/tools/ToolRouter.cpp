@@ -43,6 +43,10 @@ void ToolRouter::Cancel() {
     if (Tool* holder = std::exchange(holder_, nullptr)) holder->OnCancel();
 }
 
+void ToolRouter::Leave() {
+    if (tool_ != nullptr && holder_ == nullptr) tool_->OnLeave();
+}
+
 bool ToolRouter::Key(ToolKey key) {
     return (tool_ != nullptr && tool_->OnKey(key)) || navigation_.OnKey(key);
 }

@@ -24,6 +24,8 @@ public:
     void Release(const MouseInput& input);
     /// The window lost the mouse.
     void Cancel();
+    /// The mouse has left the view.
+    void Leave();
     bool Key(ToolKey key);
     void AddShapes(Shapes& shapes) const;
     /// Whether a button is down.

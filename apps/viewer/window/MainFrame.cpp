@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <wx/app.h>
+#include <wx/display.h>
 #include <wx/dnd.h>
 #include <wx/msgdlg.h>
 #include <wx/splitter.h>
@@ -59,6 +60,12 @@ std::string absolutePath(const std::string& file) {
     return error ? file : path.lexically_normal().string();
 }
 
+/// Whether the place's title bar can be reached: a display may have gone since the last run.
+bool isOnDisplay(const wxRect& place) {
+    return wxDisplay::GetFromPoint(place.GetTopLeft() + wxPoint(place.width / 2, 16)) !=
+           wxNOT_FOUND;
+}
+
 bool hasExtension(const std::string& file, const char* extension) {
     return fromUtf8(file).Lower().EndsWith(extension);
 }
@@ -88,7 +95,8 @@ MainFrame::MainFrame(const CommandLine& commandLine)
           }),
       control_(workspace_, engine_, frames_, updates_, *view_,
                {[this](const std::string& sentence) { status_->Say(sentence); },
-                [this] { picture_.Redraw(); }, [this] { Refresh(); }, [this] { ShowCursor(); }}),
+                [this] { picture_.Redraw(); }, [this] { Refresh(); }, [this] { ShowCursor(); },
+                [this](const ViewStyle& style) { SetStyle(style); }}),
       picture_(
           *view_, [this] { return OverlayNow(); }, [this] { return workspace_.Shown().style; }),
       queue_(
@@ -97,7 +105,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
       commands_(*this) {
     BuildWindow();
     PlaceOnScreen();
-    updates_.OnRest([this] { control_.Rest(); });
+    updates_.OnRest([this] { control_.OnRest(); });
     view_->SetInput(&control_);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClosing, this);
     // Keys go nowhere once the control that had them is gone: a row that was removed.
@@ -167,7 +175,7 @@ void MainFrame::PlaceOnScreen() {
     const wxRect last = preferences_.WindowPlace();
     if (commandLine_.windowSize)
         SetSize(0, 0, commandLine_.windowSize->width, commandLine_.windowSize->height);
-    else if (last.width > 0 && last.height > 0)
+    else if (last.width > 0 && last.height > 0 && isOnDisplay(last))
         SetSize(last);
     else
         SetSize(FromDIP(wxSize(1280, 800)));
@@ -213,7 +221,8 @@ void MainFrame::OpenFiles(const std::vector<std::string>& files) {
         else
             scans.push_back(file);
     }
-    if (!scans.empty()) PrepareScans(scans);
+    // Later, since it brings a dialog: the program that dropped the files waits for an answer.
+    if (!scans.empty()) mailbox_.CallAfter([this, scans] { PrepareScans(scans); });
 }
 
 void MainFrame::PrepareScans(const std::vector<std::string>& scans) {
@@ -252,8 +261,8 @@ void MainFrame::Tell(const std::string& sentence) {
 }
 
 void MainFrame::SetStyle(const ViewStyle& style) {
+    preferences_.SetStyle(workspace_.Kept().style, style);
     workspace_.SetStyle(style);
-    preferences_.SetStyle(style);
 }
 
 void MainFrame::AddSection(Axis axis) {
@@ -343,7 +352,7 @@ void MainFrame::ShowCursor() {
 
 wxString MainFrame::Describe(int entity) const {
     const EntityFacts* facts = workspace_.FactsOf(entity);
-    if (facts == nullptr) return {};
+    if (facts == nullptr) return "not open";
     const Entity* drawn = workspace_.Kept().Find(entity);
     if (drawn != nullptr && !drawn->visible) return "hidden, " + grouped(facts->points) + " points";
     return grouped(facts->shown.shown) + " of " + grouped(facts->points) + " points";
@@ -392,8 +401,7 @@ void MainFrame::OnStyleChanged() {
     ShowEmpty();
 }
 
-void MainFrame::OnOpened(const Entity& entity, bool isFirst, bool ofSession) {
-    if (ofSession) return;
+void MainFrame::OnOpened(const Entity& entity, bool isFirst) {
     const bool isAlone = workspace_.Kept().entities.size() == 1;
     // Not where the user has gone on from the first of several.
     if (isAlone || (isFirst && control_.Camera() == fitted_)) {

@@ -85,7 +85,7 @@ private:
     void OnDrawingChanged() override;
     void OnPreview() override;
     void OnStyleChanged() override;
-    void OnOpened(const Entity& entity, bool isFirst, bool ofSession) override;
+    void OnOpened(const Entity& entity, bool isFirst) override;
     void OnSessionOpened(const Session& session, const std::string& file) override;
     void OnProblem(const std::string& sentence) override;
 

@@ -65,15 +65,21 @@ ViewStyle Preferences::Style() const {
     return style;
 }
 
-void Preferences::SetStyle(const ViewStyle& style) {
-    config_->Write("/style/sizing", static_cast<long>(style.sizing));
-    config_->Write("/style/pointSize", style.pointSize);
-    config_->Write("/style/round", style.roundPoints);
-    config_->Write("/style/shaded", style.shaded);
-    config_->Write("/style/background", packed(style.background));
-    config_->Write("/style/axes", style.axes);
-    config_->Write("/style/scaleBar", style.scaleBar);
-    config_->Write("/style/legend", style.legend);
+void Preferences::SetStyle(const ViewStyle& from, const ViewStyle& to) {
+    const auto write = [this](const char* key, auto before, auto after) {
+        if (before != after) config_->Write(wxString("/style/") + key, after);
+    };
+    // A size means something together with its kind only.
+    if (from.sizing != to.sizing || from.pointSize != to.pointSize) {
+        config_->Write("/style/sizing", static_cast<long>(to.sizing));
+        config_->Write("/style/pointSize", to.pointSize);
+    }
+    write("round", from.roundPoints, to.roundPoints);
+    write("shaded", from.shaded, to.shaded);
+    write("background", packed(from.background), packed(to.background));
+    write("axes", from.axes, to.axes);
+    write("scaleBar", from.scaleBar, to.scaleBar);
+    write("legend", from.legend, to.legend);
     Flush();
 }
 
@@ -83,15 +89,6 @@ bool Preferences::LevelHorizon() const {
 
 void Preferences::SetLevelHorizon(bool level) {
     config_->Write("/view/levelHorizon", level);
-    Flush();
-}
-
-bool Preferences::ListsAtLeft() const {
-    return config_->ReadBool("/window/listsAtLeft", false);
-}
-
-void Preferences::SetListsAtLeft(bool atLeft) {
-    config_->Write("/window/listsAtLeft", atLeft);
     Flush();
 }
 

@@ -19,11 +19,10 @@ public:
     ~Preferences();
 
     ViewStyle Style() const;
-    void SetStyle(const ViewStyle& style);
+    /// Remembers what the user has changed; the rest may come from a session.
+    void SetStyle(const ViewStyle& from, const ViewStyle& to);
     bool LevelHorizon() const;
     void SetLevelHorizon(bool level);
-    bool ListsAtLeft() const;
-    void SetListsAtLeft(bool atLeft);
     /// Empty where the window has never been closed.
     wxRect WindowPlace() const;
     void SetWindowPlace(const wxRect& place);

@@ -70,6 +70,7 @@ ViewControl::ViewControl(Workspace& workspace, Engine& engine, FrameLoop& frames
 }
 
 void ViewControl::UseTool(ToolKind kind) {
+    Rest();
     router_.Use(nullptr);
     workspace_.EndPreview();
     picking_ = nullptr;
@@ -125,35 +126,37 @@ void ViewControl::Copy() {
 }
 
 void ViewControl::Fit() {
-    SetCamera(fit(camera_, ShownBox(), PictureSize()));
-    KeepView();
+    Go(fit(camera_, ShownBox(), PictureSize()));
 }
 
 void ViewControl::ShowFrom(StandardView view) {
-    SetCamera(standardView(view, ShownBox(), PictureSize(), camera_.perspective));
-    KeepView();
+    Go(standardView(view, ShownBox(), PictureSize(), camera_.perspective));
 }
 
 void ViewControl::SetPerspective(bool perspective) {
-    SetCamera(withPerspective(camera_, perspective));
+    Go(clearOf(withPerspective(camera_, perspective), ShownBox()));
+}
+
+void ViewControl::Go(const ViewCamera& camera) {
+    Rest();
+    SetCamera(camera);
     KeepView();
 }
 
 void ViewControl::SetHorizon(Horizon horizon) {
+    Rest();
     navigation_.SetHorizon(horizon);
-    if (horizon == Horizon::Level) {
-        SetCamera(levelled(camera_));
-        KeepView();
-    }
     window_.stateChanged();
 }
 
 void ViewControl::GoBack() {
+    Rest();
     if (const std::optional<ViewCamera> camera = history_.Back()) SetCamera(*camera);
     window_.stateChanged();
 }
 
 void ViewControl::GoForward() {
+    Rest();
     if (const std::optional<ViewCamera> camera = history_.Forward()) SetCamera(*camera);
     window_.stateChanged();
 }
@@ -177,6 +180,15 @@ void ViewControl::LookUnderCursor() {
     if (!cursor_) return;
     cursorPlace_ = frames_.PlaceAt(*cursor_);
     window_.cursorMoved();
+}
+
+void ViewControl::OnRest() {
+    Rest();
+    if (!cursor_ || router_.IsPressed()) return;
+    // Another view lies under the cursor.
+    MouseInput input;
+    input.place = *cursor_;
+    router_.Move(input);
 }
 
 void ViewControl::Rest() {
@@ -362,6 +374,7 @@ bool ViewControl::WalkByKey(const wxKeyEvent& event) {
 void ViewControl::OnLeave() {
     cursor_.reset();
     cursorPlace_.reset();
+    router_.Leave();
     window_.cursorMoved();
 }
 
@@ -380,7 +393,7 @@ void ViewControl::ChangePointSize(double steps) {
     style.pointSize *= std::pow(pointSizeStep, steps);
     if (style.sizing == PointSizing::Fixed)
         style.pointSize = std::clamp(style.pointSize, 1.0, largest);
-    workspace_.SetStyle(style);
+    window_.chooseStyle(style);
 }
 
 }  // namespace vpc::viewer

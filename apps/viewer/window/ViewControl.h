@@ -29,6 +29,8 @@ public:
         /// The tool, the place under the cursor, or what can be gone back to.
         std::function<void()> stateChanged;
         std::function<void()> cursorMoved;
+        /// Draws points in another way, which the user wants to have from now on.
+        std::function<void(const ViewStyle&)> chooseStyle;
     };
 
     ViewControl(Workspace& workspace, Engine& engine, FrameLoop& frames, UpdateLoop& updates,
@@ -62,7 +64,7 @@ public:
     /// Looks again what is under the cursor: there is another picture.
     void LookUnderCursor();
     /// The camera has come to rest.
-    void Rest();
+    void OnRest();
 
     const ViewCamera& Camera() const override { return camera_; }
     void SetCamera(const ViewCamera& camera) override;
@@ -91,6 +93,10 @@ public:
     void OnResized(const draw::ImageSize& size) override;
 
 private:
+    /// Keeps the view that wheel and keys led to.
+    void Rest();
+    /// Shows a view, as a step that the user can go back over.
+    void Go(const ViewCamera& camera);
     std::unique_ptr<viewer::Tool> MakeTool(ToolKind kind);
     bool ToolTakesKey(int key);
     bool MoveByKey(const wxKeyEvent& event);

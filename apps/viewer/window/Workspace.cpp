@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <utility>
 
 #include "viewer/document/SessionFile.h"
 
@@ -56,13 +55,13 @@ void Workspace::OpenTree(const std::string& file) {
     Entity entity;
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(file, error).lexically_normal();
+    entity.id = ++lastId_;
     entity.file = path.string();
     entity.name = path.stem().string();
-    Load(std::move(entity), false);
+    Load(entity, false);
 }
 
-void Workspace::Load(Entity entity, bool asGiven) {
-    entity.id = ++lastId_;
+void Workspace::Load(const Entity& entity, bool asGiven) {
     ++opening_;
     engine_.Open(entity, asGiven, Kept().unit,
                  [this, asGiven, isFirst = Kept().entities.empty(),
@@ -80,17 +79,20 @@ void Workspace::OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSess
         listener_.OnProblem(opened.problem);
         return;
     }
+    if (ofSession && Kept().Find(opened.entity.id) == nullptr) return;  // closed meanwhile
     EntityFacts& facts = facts_[opened.entity.id];
     facts.box = opened.box;
     facts.points = opened.points;
     facts.unit = opened.unit;
     facts.shown.inAll = opened.points;
-    preview_.reset();
-    undo_.Amend([&opened](Drawing& drawing) {
-        drawing.entities.push_back(opened.entity);
+    undo_.Amend([&opened, ofSession](Drawing& drawing) {
+        if (!ofSession) drawing.entities.push_back(opened.entity);
         drawing.unit = opened.drawingUnit;
     });
-    listener_.OnOpened(opened.entity, isFirst, ofSession);
+    if (!ofSession) {
+        preview_.reset();
+        listener_.OnOpened(opened.entity, isFirst);
+    }
     listener_.OnDrawingChanged();
 }
 
@@ -121,15 +123,20 @@ void Workspace::OpenSession(const std::string& file) {
         return;
     }
     CloseAll();
-    const std::vector<Entity> entities = std::exchange(session.drawing.entities, {});
+    // In the drawing at once, so that a file that cannot be opened today stays in the session.
+    for (Entity& entity : session.drawing.entities) entity.id = ++lastId_;
     undo_ = UndoStack(session.drawing);
+    for (const Entity& entity : session.drawing.entities) Load(entity, true);
     listener_.OnSessionOpened(session, file);
     listener_.OnStyleChanged();
     listener_.OnDrawingChanged();
-    for (const Entity& entity : entities) Load(entity, true);
 }
 
 bool Workspace::SaveSession(const std::string& file, const ViewCamera& camera) {
+    if (IsOpening()) {
+        listener_.OnProblem("Files are still being opened; save the session when that is done.");
+        return false;
+    }
     try {
         saveSession({Kept(), camera}, file);
         return true;
@@ -139,8 +146,20 @@ bool Workspace::SaveSession(const std::string& file, const ViewCamera& camera) {
     }
 }
 
+Drawing Workspace::WithCuts(const Drawing& drawing) const {
+    Drawing result = Kept();
+    result.sections = drawing.sections;
+    result.clips = drawing.clips;
+    return result;
+}
+
 void Workspace::Preview(const Drawing& drawing) {
-    preview_ = drawing;
+    const Drawing preview = WithCuts(drawing);
+    if (preview == Kept()) {
+        EndPreview();
+        return;
+    }
+    preview_ = preview;
     listener_.OnPreview();
 }
 
@@ -151,6 +170,10 @@ void Workspace::EndPreview() {
 }
 
 void Workspace::Change(const std::string& label, const Drawing& drawing) {
+    Do(label, WithCuts(drawing));
+}
+
+void Workspace::Do(const std::string& label, const Drawing& drawing) {
     preview_.reset();
     undo_.Do(label, drawing);
     listener_.OnDrawingChanged();
@@ -161,7 +184,7 @@ void Workspace::ShowEntity(int entity, bool isVisible) {
     Entity* found = drawing.Find(entity);
     if (found == nullptr) return;
     found->visible = isVisible;
-    Change((isVisible ? "show " : "hide ") + found->name, drawing);
+    Do((isVisible ? "show " : "hide ") + found->name, drawing);
 }
 
 void Workspace::SetStyle(const ViewStyle& style) {
@@ -195,7 +218,7 @@ void Workspace::TakeProperties(const Entity& before, const Entity& after,
     Entity* const entity = drawing.Find(before.id);
     if (entity == nullptr) return;  // closed meanwhile
     takeChanges(*entity, before, after);
-    Change(label, drawing);
+    Do(label, drawing);
 }
 
 void Workspace::Undo() {

@@ -35,11 +35,11 @@ public:
     virtual void OnPreview() = 0;
     /// How points are drawn has changed, and not which ones.
     virtual void OnStyleChanged() = 0;
-    /// \param isFirst  whether nothing was open when it was asked for: of files that are opened
-    ///                 together, all are the first
-    /// \param ofSession whether a session brought it, and with that a view
-    virtual void OnOpened(const Entity& entity, bool isFirst, bool ofSession) = 0;
-    /// A session is being opened; its files follow.
+    /// A file that no session brought.
+    /// \param isFirst whether nothing was open when it was asked for: of files that are opened
+    ///                together, all are the first
+    virtual void OnOpened(const Entity& entity, bool isFirst) = 0;
+    /// The drawing is a session's, whose files are being opened.
     virtual void OnSessionOpened(const Session& session, const std::string& file) = 0;
     /// A sentence for the user.
     virtual void OnProblem(const std::string& sentence) = 0;
@@ -56,7 +56,7 @@ public:
     const Drawing& Shown() const { return preview_ ? *preview_ : undo_.Current(); }
     /// Without the drag that goes on.
     const Drawing& Kept() const { return undo_.Current(); }
-    /// Null where the entity is gone.
+    /// Null where the entity's file is not open, yet or at all.
     const EntityFacts* FactsOf(int entity) const;
     /// Around all visible entities.
     Box ShownBox() const;
@@ -65,14 +65,17 @@ public:
     void CloseEntity(int entity);
     /// Puts a session in the place of all that is open.
     void OpenSession(const std::string& file);
-    /// \return whether it could be saved
+    /// Not while files are being opened, which would be missing. \return whether it was saved
     bool SaveSession(const std::string& file, const ViewCamera& camera);
     /// Whether files are being opened.
     bool IsOpening() const { return opening_ > 0; }
 
+    /// Shows other sections and clips, while a drag goes on. The rest of a drawing that is handed
+    /// over may be older than what is kept, and does not count.
     void Preview(const Drawing& drawing);
     void EndPreview();
-    /// A step that can be undone.
+    /// Changes sections and clips, as a step that can be undone; the rest does not count here,
+    /// either.
     void Change(const std::string& label, const Drawing& drawing);
     void ShowEntity(int entity, bool isVisible);
     void SetStyle(const ViewStyle& style);
@@ -88,8 +91,11 @@ public:
     void TakeFacts(const ViewResult& result);
 
 private:
+    /// What is kept, with the sections and clips of another drawing.
+    Drawing WithCuts(const Drawing& drawing) const;
+    void Do(const std::string& label, const Drawing& drawing);
     void TakeProperties(const Entity& before, const Entity& after, const std::string& label);
-    void Load(Entity entity, bool asGiven);
+    void Load(const Entity& entity, bool asGiven);
     void OnLoaded(const Engine::Opened& opened, bool isFirst, bool ofSession);
     void CloseAll();
 

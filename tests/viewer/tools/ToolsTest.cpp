@@ -35,7 +35,7 @@ public:
         return std::nullopt;
     }
     Box ShownBox() const override { return box; }
-    const Drawing& GetDrawing() const override { return preview ? *preview : undo.Current(); }
+    const Drawing& GetDrawing() const override { return undo.Current(); }
     void Preview(const Drawing& drawing) override { preview = drawing; }
     void Change(const std::string& label, const Drawing& drawing) override {
         preview.reset();
@@ -142,8 +142,10 @@ TEST_F(ToolsTest, TheWheelIsOneStepBackAndADoubleClickHoldsThePivot) {
     const ViewCamera start = host.camera;
     const glm::dvec3 corner = host.box.max;
     for (int i = 0; i < 5; ++i) navigation.Zoom(host.PixelOf(corner), 1.0);
+    EXPECT_EQ(Shown().marks.at(0).place, corner);
     navigation.Rest();
     navigation.Rest();
+    EXPECT_TRUE(Shown().marks.empty());
     EXPECT_LT(glm::distance(host.camera.eye, corner), 0.34 * glm::distance(start.eye, corner));
     EXPECT_EQ(host.history.Back(), start);
     host.camera = start;
@@ -221,6 +223,28 @@ TEST_F(ToolsTest, PicksAreToldMeasuredCopiedAndCleared) {
     Drag({500, 400}, {600, 400});
     EXPECT_FALSE(host.asked);
     EXPECT_GT(glm::distance(host.camera.eye, before.eye), 1.0);
+    // What a click would take is marked; the newest place counts, and one question is on its way.
+    const auto snaps = [&] { return Shown().marks.size() - pick->Picks().size(); };
+    const auto answer = [&] { std::exchange(host.asked, nullptr)(); };
+    const auto moveTo = [&](const glm::ivec2& to) { router.Move(At(to, MouseButton::None)); };
+    moveTo({2, 2});
+    const auto first = std::exchange(host.asked, nullptr);
+    moveTo({3, 3});
+    moveTo(host.PixelOf(host.box.max));
+    EXPECT_FALSE(host.asked);
+    first();
+    EXPECT_EQ(snaps(), 0U);
+    answer();
+    EXPECT_EQ(snaps(), 1U);
+    EXPECT_EQ(Shown().marks.at(0).place, host.box.max);
+    EXPECT_FALSE(host.asked);
+    router.Leave();
+    EXPECT_EQ(snaps(), 0U);
+    moveTo(host.PixelOf(host.box.max));
+    router.Press(At({500, 400}));
+    answer();
+    EXPECT_EQ(snaps(), 0U);
+    router.Cancel();
     // Answers that come too late do nothing.
     Click({500, 400});
     router.Key(ToolKey::Escape);
@@ -257,6 +281,7 @@ TEST_F(ToolsTest, ASectionIsDraggedAlongItsNormalAsOneStep) {
         router.Move(At(to, MouseButton::None));
         router.Key(ToolKey::Escape);
         router.Release(At(to));
+        EXPECT_EQ(host.preview, host.undo.Current());
         EXPECT_EQ(host.GetDrawing().sections[0], before);
         Click(host.PixelOf(handle));
         EXPECT_EQ(host.undo.UndoLabel(), "add");
@@ -274,6 +299,9 @@ TEST_F(ToolsTest, ASectionIsDraggedAlongItsNormalAsOneStep) {
     Drag(middle, {500, 300});
     EXPECT_GT(host.GetDrawing().sections[0].point.x, host.box.Centre().x + 1.0);
     EXPECT_LT(host.GetDrawing().sections[0].point.x, host.box.max.x + 100.0);
+    router.Move(At({500, 400}, MouseButton::None));
+    router.Leave();
+    EXPECT_FALSE(router.Key(ToolKey::Delete));
     router.Move(At({500, 400}, MouseButton::None));
     router.Key(ToolKey::Delete);
     EXPECT_TRUE(host.GetDrawing().sections.empty());

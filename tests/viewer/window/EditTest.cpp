@@ -80,6 +80,29 @@ TEST_F(EditTest, SectionsAndClipsKeepThePointsThatTheyShould) {
     viewer.Close();
 }
 
+TEST_F(EditTest, CutsAndTheirUndoLeaveTheStyleAlone) {
+    ViewerRun viewer = start("t.vpt");
+    viewer.ClickControl("tool/section-x");
+    viewer.Report();
+    viewer.Key("Alt_L+v");
+    viewer.Key("r");
+    ASSERT_EQ(viewer.Report()["style"]["round"], false);
+    viewer.ClickControl("section/0/flip");
+    EXPECT_EQ(viewer.Report()["undo"], "flip section");
+    EXPECT_EQ(viewer.Last()["style"]["round"], false);
+    viewer.ClickControl("tool/undo");
+    EXPECT_EQ(viewer.Report()["style"]["round"], false);
+    // Two clicks on one button remove one section.
+    for (const std::string axis : {"y", "z"}) {
+        viewer.ClickControl("tool/section-" + axis);
+        viewer.Report();
+    }
+    viewer.ClickControl("section/2/remove");
+    viewer.ClickControl("section/2/remove");
+    EXPECT_EQ(viewer.Report()["sections"].size(), 2U);
+    viewer.Close();
+}
+
 TEST_F(EditTest, TheBudgetBoundsThePoints) {
     ViewerRun viewer = start("t.vpt --budget 50000");
     EXPECT_LE(viewer.Last()["shown"], 50'000);
@@ -118,6 +141,16 @@ TEST_F(EditTest, MovesTwoFilesApartAndGoesOnFromASession) {
         EXPECT_EQ(saved["shown"], allPoints / 2);
         viewer.Close();
     }
+    // A file that is away for a time stays in the session.
+    std::filesystem::rename(folder.file("u.vpt"), folder.file("away.vpt"));
+    {
+        ViewerRun viewer = start("view.vpcview");
+        EXPECT_THAT(viewer.Last()["message"], HasSubstr("u.vpt"));
+        viewer.Key("Control_L+s");
+        viewer.Report();
+        viewer.Close();
+    }
+    std::filesystem::rename(folder.file("away.vpt"), folder.file("u.vpt"));
     ViewerRun viewer = start("view.vpcview");
     for (const std::string key : {"sections", "clips", "style", "budget", "shown", "message"})
         EXPECT_EQ(viewer.Last()[key], saved[key]) << key;

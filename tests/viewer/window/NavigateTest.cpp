@@ -40,6 +40,15 @@ TEST_F(NavigateTest, TurnsSlidesAndZoomsAtTheCursorAndComesBack) {
     viewer.Report();
     EXPECT_EQ(viewer.Camera(), camera);
     EXPECT_TRUE(comesToShow(viewer, before));
+    // A view that was left before it came to rest can be gone back to as well.
+    viewer.Wheel(pixel, 3);
+    viewer.Key("Control_L+1");
+    viewer.Report();
+    for (const bool isStart : {false, true}) {
+        viewer.Key("Alt_L+Left");
+        viewer.Report();
+        EXPECT_EQ(viewer.Camera() == camera, isStart);
+    }
     viewer.Close();
 }
 
