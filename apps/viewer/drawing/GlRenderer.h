@@ -11,7 +11,7 @@ namespace vpc::viewer {
 /// context the calling thread's, which it stays until Release; whoever uses another one there makes
 /// that current again.
 ///
-/// No call fails where the driver does: pictures are empty then, and no memory is given.
+/// No call fails where the driver is lost: pictures are empty then, and no memory is given.
 class GlRenderer : public PointRenderer {
 public:
     /// Null where there is no OpenGL 3.3.

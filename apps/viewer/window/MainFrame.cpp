@@ -249,10 +249,8 @@ void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& s
         OverlayNow()};
     status_->Say("Drawing " + file);
     shot.Take(updates_, [this, file](const std::string& problem) {
-        if (problem.empty())
-            status_->Say("Saved " + file);
-        else
-            Tell(problem);
+        status_->Say(problem.empty() ? "Saved " + file : "");
+        if (!problem.empty()) Tell(problem);
     });
 }
 

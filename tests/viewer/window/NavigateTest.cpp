@@ -90,6 +90,7 @@ TEST_F(NavigateTest, SaysThatNoPictureIsSavedWithoutAnEngine) {
         viewer.CloseDialog("dialog/Save");
         viewer.AcceptSystemDialog();
         EXPECT_THAT(viewer.Report()["message"], HasSubstr("view.png could not be saved"));
+        EXPECT_EQ(viewer.Last()["status"][0], "");
     }
     viewer.Close();
 }
