@@ -96,19 +96,15 @@ PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_
 }
 
 void PalettePanel::Await(int entity) {
-    if (entity == entity_) {
-        grid_->Enable();
-        return;
-    }
+    if (entity == entity_) return;
     grid_->CommitChangesFromEditor();
-    grid_->ClearSelection();
-    grid_->Disable();
+    properties_.clear();
+    Rebuild();
 }
 
 void PalettePanel::ShowProperties(int entity, const std::vector<Property>& properties) {
     Await(entity);
     entity_ = entity;
-    grid_->Enable();
     const bool isAnew = !std::equal(properties_.begin(), properties_.end(), properties.begin(),
                                     properties.end(), isAlike);
     properties_ = properties;

@@ -26,8 +26,8 @@ public:
 
     PalettePanel(wxWindow* parent, Edit edit);
 
-    /// Ends what is being edited, where that is another entity, and takes no edits until its
-    /// properties are shown.
+    /// Ends what is being edited, where that is another entity, and is empty until the properties
+    /// are shown.
     void Await(int entity);
     /// Empty where there is nothing to show.
     void ShowProperties(int entity, const std::vector<Property>& properties);

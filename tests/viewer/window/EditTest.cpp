@@ -124,12 +124,16 @@ TEST_F(EditTest, MovesTwoFilesApartAndGoesOnFromASession) {
         EXPECT_EQ(viewer.Last()["shown"], 2 * allPoints);
         viewer.ClickControl("entity/2/name");
         viewer.Report();
-        viewer.Enter("palette/Insertion X", "100");
+        viewer.Enter("palette/Name", "moved");
+        EXPECT_EQ(viewer.Report()["entities"][1]["name"], "moved");
+        // What is being edited is kept when another file is chosen.
+        viewer.Enter("palette/Insertion X", "100", "0");
+        viewer.ClickControl("entity/1/name");
         viewer.Report();
         viewer.ClickControl("tool/fit");
         const auto& entities = viewer.Report()["entities"];
         EXPECT_EQ(entities[0]["location"], nlohmann::json({0.0, 0.0, 0.0}));
-        EXPECT_EQ(entities[1]["location"], nlohmann::json({100.0, 0.0, 0.0}));
+        EXPECT_EQ(entities[1]["location"], nlohmann::json({1000.0, 0.0, 0.0}));
         EXPECT_TRUE(comesToShowSquares(viewer));
         viewer.ClickControl("tool/section-y");
         viewer.Report();
@@ -156,7 +160,8 @@ TEST_F(EditTest, MovesTwoFilesApartAndGoesOnFromASession) {
         EXPECT_EQ(viewer.Last()[key], saved[key]) << key;
     EXPECT_LT(glm::length(viewer.Camera().eye - vectorOf(saved["camera"]["eye"])), 1e-6);
     for (const std::size_t i : {0U, 1U})
-        for (const std::string key : {"file", "visible", "location", "stylization", "shown"})
+        for (const std::string key :
+             {"file", "name", "visible", "location", "stylization", "shown"})
             EXPECT_EQ(viewer.Last()["entities"][i][key], saved["entities"][i][key]) << key;
     viewer.Close();
 }
