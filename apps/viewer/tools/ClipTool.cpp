@@ -122,6 +122,7 @@ std::vector<glm::dvec3> ClipTool::Corners() const {
     if (cursor_ && shape_ == Shape::Box) corners = rectangleBetween(corners_.front(), *cursor_);
     if (cursor_ && shape_ == Shape::Polygon) corners.push_back(*cursor_);
     std::vector<glm::dvec3> places;
+    places.reserve(corners.size());
     for (const glm::dvec2& corner : corners) places.push_back(plane_.Place(corner));
     return places;
 }
