@@ -14,8 +14,9 @@ namespace {
 /// middle where their number is even.
 struct SquareReach {
     explicit SquareReach(float radius)
-        : before((static_cast<int>(2.0F * radius + 0.5F) - 1) / 2),
-          after(static_cast<int>(2.0F * radius + 0.5F) - 1 - before) {}
+        : before((Side(radius) - 1) / 2), after(Side(radius) - 1 - before) {}
+    /// For radii of at most DepthBuffer::margin.
+    static int Side(float radius) { return static_cast<int>(std::lround(2.0F * radius)); }
 
     int before;
     int after;

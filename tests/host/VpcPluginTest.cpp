@@ -31,7 +31,7 @@ const Pose farAway{{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, {0, 300, 10}};
 class VpcPluginTest : public ViewTest {
 protected:
     template <class Function>
-    Function* find(Function*, const char* name) const {
+    Function* find(const char* name) const {
         void* const found = dlsym(plugin_.get(), name);
         EXPECT_NE(found, nullptr) << dlerror();
         return reinterpret_cast<Function*>(found);
@@ -52,7 +52,8 @@ private:
                                                         dlclose};
 
 protected:
-#define FIND(function) find(&function, #function)
+// The functions are looked for, not linked.
+#define FIND(function) find<decltype(function)>(#function)
     decltype(&vpcPreparePointDataObserved) prepareObserved = FIND(vpcPreparePointDataObserved);
     decltype(&vpcLoadPointSet) loadPointSet = FIND(vpcLoadPointSet);
     decltype(&vpcGetViewFacts) getViewFacts = FIND(vpcGetViewFacts);

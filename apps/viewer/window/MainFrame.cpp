@@ -85,7 +85,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
               }),
       engine_(
           commandLine.pluginFile.empty() ? findPlugin() : commandLine.pluginFile,
-          [this](std::function<void()> call) { mailbox_.CallAfter(std::move(call)); },
+          [this](const std::function<void()>& call) { mailbox_.CallAfter(call); },
           [this](const Engine::Problem& problem) { OnEngineFailed(problem); }),
       workspace_(engine_, *this),
       updates_(
@@ -95,7 +95,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
           }),
       control_(workspace_, engine_, frames_, updates_, *view_,
                {[this](const std::string& sentence) { status_->Say(sentence); },
-                [this] { picture_.Redraw(); }, [this] { Refresh(); }, [this] { ShowCursor(); },
+                [this] { picture_.Redraw(); }, [this] { ShowState(); }, [this] { ShowCursor(); },
                 [this](const ViewStyle& style) { SetStyle(style); }}),
       picture_(
           *view_, [this] { return OverlayNow(); }, [this] { return workspace_.Shown().style; }),
@@ -356,9 +356,9 @@ wxString MainFrame::Describe(int entity) const {
     return grouped(facts->shown.shown) + " of " + grouped(facts->points) + " points";
 }
 
-void MainFrame::Refresh() {
+void MainFrame::ShowState() {
     commands_.Refresh();
-    tools_->Refresh();
+    tools_->ShowState();
 }
 
 void MainFrame::OnClosing(wxCloseEvent& event) {
@@ -385,7 +385,7 @@ void MainFrame::OnDrawingChanged() {
     updates_.Ask();
     ShowTitle();
     ShowEmpty();
-    Refresh();
+    ShowState();
 }
 
 void MainFrame::OnPreview() {
@@ -395,7 +395,7 @@ void MainFrame::OnPreview() {
 
 void MainFrame::OnStyleChanged() {
     control_.Redraw();
-    Refresh();
+    ShowState();
     ShowEmpty();
 }
 

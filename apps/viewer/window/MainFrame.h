@@ -78,8 +78,7 @@ private:
     void ShowProperties();
     void ShowCursor();
     wxString Describe(int entity) const;
-    void Refresh();
-    using wxFrame::Refresh;
+    void ShowState();
     void OnClosing(wxCloseEvent& event);
 
     void OnDrawingChanged() override;

@@ -43,6 +43,7 @@ void StatusLine::ShowFrameTime(double milliseconds) {
 
 std::vector<std::string> StatusLine::Texts() const {
     std::vector<std::string> texts;
+    texts.reserve(fields);
     for (int field = 0; field < fields; ++field) texts.push_back(toUtf8(GetStatusText(field)));
     return texts;
 }

@@ -29,7 +29,7 @@ ToolStrip::ToolStrip(wxWindow* parent, const Commands& commands,
         row->Add(button, wxSizerFlags().Border(wxTOP | wxBOTTOM, 2));
     }
     SetSizer(row);
-    Refresh();
+    ShowState();
 }
 
 wxAnyButton* ToolStrip::MakeButton(const Command& command) {
@@ -46,7 +46,7 @@ wxAnyButton* ToolStrip::MakeButton(const Command& command) {
                                     wxDefaultValidator, name);
     const auto run = [this, &command](wxCommandEvent&) {
         command.run();
-        Refresh();
+        ShowState();
     };
     if (command.isOn)
         button->Bind(wxEVT_TOGGLEBUTTON, run);
@@ -59,7 +59,7 @@ wxAnyButton* ToolStrip::MakeButton(const Command& command) {
     return button;
 }
 
-void ToolStrip::Refresh() {
+void ToolStrip::ShowState() {
     for (const Button& entry : buttons_) {
         if (entry.command->isOn)
             static_cast<wxBitmapToggleButton*>(entry.button)->SetValue(entry.command->isOn());

@@ -18,8 +18,7 @@ public:
     ToolStrip(wxWindow* parent, const Commands& commands, const std::vector<std::string>& names);
 
     /// Shows which are on and which can be used.
-    void Refresh();
-    using wxPanel::Refresh;
+    void ShowState();
 
 private:
     struct Button {

@@ -203,6 +203,7 @@ void Workspace::SetProperties(int id, const std::vector<PropertyEdit>& edits) {
     const Entity* const entity = Kept().Find(id);
     if (entity == nullptr || edits.empty()) return;
     std::vector<PropertyValue> values;
+    values.reserve(edits.size());
     for (const PropertyEdit& edit : edits) values.push_back({edit.property.id, edit.value});
     engine_.SetProperties(*entity, values,
                           [this, before = *entity, label = "change " + edits.back().property.name](
