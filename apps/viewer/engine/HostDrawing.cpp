@@ -10,9 +10,9 @@
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
-#include "core/util/DrawingUnits.h"
 #include "platform/OdDbUnits.h"
 #include "platform/OdError.h"
+#include "viewer/document/Units.h"
 #include "viewer/engine/HostText.h"
 
 namespace vpc::viewer {
@@ -36,7 +36,7 @@ std::string problemOf(const Call& call) {
 
 /// As the palette names it.
 std::string nameOf(OdDb::UnitsValue unit) {
-    return DrawingUnits::Name(static_cast<unsigned long long>(unit));
+    return Units::Name(unit);
 }
 
 /// Around the points, placed in the drawing.
@@ -101,7 +101,7 @@ Entity HostDrawing::Placed(const Entity& entity, const PointCloud& cloud) const 
 }
 
 void HostDrawing::UseUnit(const std::string& unit) {
-    if (const auto code = DrawingUnits::Parse(unit))
+    if (const auto code = Units::Code(unit))
         drawing_.setINSUNITS(static_cast<OdDb::UnitsValue>(*code));
 }
 

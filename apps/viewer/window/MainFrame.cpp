@@ -10,7 +10,7 @@
 #include <wx/msgdlg.h>
 #include <wx/splitter.h>
 
-#include "viewer/document/UnitSymbol.h"
+#include "viewer/document/Units.h"
 #include "viewer/panels/BudgetPanel.h"
 #include "viewer/panels/CutsPanel.h"
 #include "viewer/panels/EntityPanel.h"
@@ -276,7 +276,7 @@ void MainFrame::AddSection(Axis axis) {
 Overlay MainFrame::OverlayNow() const {
     Overlay overlay;
     control_.AddShapes(overlay.shapes);
-    overlay.unit = unitSymbol(workspace_.Shown().unit);
+    overlay.unit = Units::Symbol(workspace_.Shown().unit);
     for (const ShownEntity& entity : lastResult_.entities) {
         const Entity* drawn = workspace_.Shown().Find(entity.id);
         if (drawn == nullptr || !drawn->visible || entity.legendTitle.empty()) continue;

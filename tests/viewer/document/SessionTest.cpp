@@ -10,7 +10,7 @@
 #include <unistd.h>
 
 #include "viewer/document/SessionFile.h"
-#include "viewer/document/UnitSymbol.h"
+#include "viewer/document/Units.h"
 
 namespace vpc::viewer {
 namespace {
@@ -92,9 +92,9 @@ TEST_F(SessionTest, IsTheSameAfterSavingAndOpeningAndMovesWithItsFolder) {
     EXPECT_EQ(sessionFromText(R"({"vpcview": 1})", "a"), Session{});
 }
 
-TEST(UnitSymbolTest, StandsBehindANumber) {
-    EXPECT_EQ(unitSymbol("Millimeters"), "mm");
-    EXPECT_EQ(unitSymbol("Undefined"), "");
+TEST(UnitsTest, StandsBehindANumber) {
+    EXPECT_EQ(Units::Symbol("Millimeters"), "mm");
+    EXPECT_EQ(Units::Symbol("Undefined"), "");
 }
 
 TEST_F(SessionTest, ABadOneIsRefusedWithASentenceThatTellsWhere) {
