@@ -128,7 +128,7 @@ TEST_F(VpcPluginTest, TellsWhatAnUpdateDidAndWhatItCouldNotDo) {
     EXPECT_EQ(all, 3000U);
     told = facts();
     EXPECT_EQ(told.level + 1, told.levels);
-    const auto& deepest = folder.tree().levels.back();
+    const auto deepest = folder.tree().levels.back();
     EXPECT_EQ(told.nodes, static_cast<Word>(std::count_if(
                               deepest.begin(), deepest.end(),
                               [](const TreeNode& node) { return node.pointCount > 0; })));
