@@ -9,12 +9,14 @@
 #include <nlohmann/json.hpp>
 
 #include "viewer/camera/CameraGuard.h"
+#include "viewer/document/DrawingJson.h"
 
 namespace vpc::viewer {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = OrderedJson;
+using viewer::toJson;
 
 constexpr int sessionVersion = 1;
 constexpr int deepest = 32;
@@ -28,18 +30,11 @@ std::filesystem::path folderOf(const std::string& sessionFile) {
 
 // Writing
 
-double finite(double number) {
-    if (!std::isfinite(number))
+void requireFinite(const Json& json) {
+    if (json.is_number_float() && !std::isfinite(json.get<double>()))
         throw SessionError("The session cannot be saved, since one of its numbers is not finite.");
-    return number;
-}
-
-Json toJson(const glm::dvec3& v) {
-    return {finite(v.x), finite(v.y), finite(v.z)};
-}
-
-Json toJson(const draw::Colour& colour) {
-    return {colour.red, colour.green, colour.blue};
+    if (json.is_structured())
+        for (const Json& part : json) requireFinite(part);
 }
 
 std::string portableName(const std::string& file, const std::filesystem::path& folder) {
@@ -55,53 +50,25 @@ Json toJson(const Entity& entity, const std::filesystem::path& folder) {
             {"name", entity.name},
             {"visible", entity.visible},
             {"location", toJson(placement.location)},
-            {"rotation", finite(placement.rotation)},
-            {"scale", finite(placement.scale)},
+            {"rotation", placement.rotation},
+            {"scale", placement.scale},
             {"stylization", entity.stylization},
             {"colourScheme", entity.colourScheme},
             {"cropped", entity.cropped},
             {"locked", entity.locked}};
 }
 
-Json toJson(const Section& section) {
-    return {{"name", section.name},
-            {"point", toJson(section.point)},
-            {"normal", toJson(section.normal)},
-            {"enabled", section.enabled}};
-}
-
-Json toJson(const Clip& clip) {
-    Json corners = Json::array();
-    for (const glm::dvec2& corner : clip.corners)
-        corners.push_back(Json::array({finite(corner.x), finite(corner.y)}));
-    return {{"name", clip.name},
-            {"origin", toJson(clip.origin)},
-            {"xAxis", toJson(clip.xAxis)},
-            {"yAxis", toJson(clip.yAxis)},
-            {"corners", std::move(corners)},
-            {"keepsInside", clip.keepsInside},
-            {"enabled", clip.enabled}};
-}
-
 constexpr const char* sizingNames[] = {"automatic", "fixed", "by distance"};
 
 Json toJson(const ViewStyle& style) {
     return {{"sizing", sizingNames[static_cast<std::size_t>(style.sizing)]},
-            {"pointSize", finite(style.pointSize)},
+            {"pointSize", style.pointSize},
             {"roundPoints", style.roundPoints},
             {"shaded", style.shaded},
             {"background", toJson(style.background)},
             {"axes", style.axes},
             {"scaleBar", style.scaleBar},
             {"legend", style.legend}};
-}
-
-Json toJson(const ViewCamera& camera) {
-    return {{"eye", toJson(camera.eye)},
-            {"target", toJson(camera.target)},
-            {"up", toJson(camera.up)},
-            {"fieldHeight", finite(camera.fieldHeight)},
-            {"perspective", camera.perspective}};
 }
 
 template <class Item, class... More>
@@ -340,6 +307,7 @@ std::string sessionText(const Session& session, const std::string& sessionFile) 
                        {"unit", drawing.unit},
                        {"pointBudget", drawing.pointBudget},
                        {"camera", toJson(session.camera)}};
+    requireFinite(json);
     try {
         return json.dump(2) + "\n";
     } catch (const Json::type_error&) {

@@ -9,6 +9,7 @@
 #include <wx/dialog.h>
 #include <nlohmann/json.hpp>
 
+#include "viewer/document/DrawingJson.h"
 #include "viewer/panels/PalettePanel.h"
 #include "viewer/panels/Text.h"
 #include "viewer/window/MainFrame.h"
@@ -20,41 +21,10 @@ namespace vpc::viewer {
 namespace {
 
 using nlohmann::json;
-
-json toJson(const glm::dvec3& place) {
-    return {place.x, place.y, place.z};
-}
-
-json toJson(const draw::Colour& colour) {
-    return {colour.red, colour.green, colour.blue};
-}
+using viewer::toJson;
 
 json toJson(const wxRect& place) {
     return {{"x", place.x}, {"y", place.y}, {"width", place.width}, {"height", place.height}};
-}
-
-json toJson(const ViewCamera& camera) {
-    return {{"eye", toJson(camera.eye)},
-            {"target", toJson(camera.target)},
-            {"up", toJson(camera.up)},
-            {"fieldHeight", camera.fieldHeight},
-            {"perspective", camera.perspective}};
-}
-
-json toJson(const Section& section) {
-    return {{"name", section.name},
-            {"point", toJson(section.point)},
-            {"normal", toJson(section.normal)},
-            {"enabled", section.enabled}};
-}
-
-json toJson(const Clip& clip) {
-    json corners = json::array();
-    for (const glm::dvec2& corner : clip.corners) corners.push_back({corner.x, corner.y});
-    return {{"name", clip.name},           {"origin", toJson(clip.origin)},
-            {"xAxis", toJson(clip.xAxis)}, {"yAxis", toJson(clip.yAxis)},
-            {"corners", corners},          {"keepsInside", clip.keepsInside},
-            {"enabled", clip.enabled}};
 }
 
 const char* nameOf(PointSizing sizing) {
@@ -83,7 +53,7 @@ json toJson(const ViewStyle& style) {
 template <class Values>
 json list(const Values& values) {
     json all = json::array();
-    for (const auto& value : values) all.push_back(toJson(value));
+    for (const auto& value : values) all.push_back(json(toJson(value)));
     return all;
 }
 
@@ -183,7 +153,7 @@ json Report::State() {
     state["tool"] = nameOf(frame_.control_.Tool());
     state.update(Measured());
     const std::optional<glm::dvec3>& cursor = frame_.control_.CursorPlace();
-    state["cursor"] = cursor ? toJson(*cursor) : json();
+    state["cursor"] = cursor ? json(toJson(*cursor)) : json();
     state["status"] = frame_.status_->Texts();
     state["message"] = frame_.messages_->Shown();
     state["dialog"] = openDialog();

@@ -1,1 +1,0 @@
-#include "viewer/drawing/PointRenderer.h"
