@@ -2,15 +2,8 @@
 
 #include <glm/geometric.hpp>
 
+#include "viewer/camera/DrawPoint.h"
 namespace vpc::viewer {
-
-namespace {
-
-glm::dvec3 toVector(const draw::Point3& p) {
-    return {p.x, p.y, p.z};
-}
-
-}  // namespace
 
 glm::dvec3 Ray::AtDepth(const ViewCamera& camera, double depth) const {
     const glm::dvec3 ahead = camera.Ahead();

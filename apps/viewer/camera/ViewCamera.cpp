@@ -2,15 +2,8 @@
 
 #include <glm/geometric.hpp>
 
+#include "viewer/camera/DrawPoint.h"
 namespace vpc::viewer {
-
-namespace {
-
-draw::Point3 toPoint(const glm::dvec3& v) {
-    return {v.x, v.y, v.z};
-}
-
-}  // namespace
 
 glm::dvec3 ViewCamera::Ahead() const {
     return glm::normalize(target - eye);

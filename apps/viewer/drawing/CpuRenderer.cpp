@@ -12,6 +12,7 @@
 #include "draw/Paint.h"
 #include "draw/Surface.h"
 #include "viewer/camera/Box.h"
+#include "viewer/camera/DrawPoint.h"
 #include "viewer/drawing/NearestCovered.h"
 #include "viewer/drawing/Sizing.h"
 
@@ -21,10 +22,6 @@ namespace {
 
 /// No drawing is as large.
 constexpr float beyondAll = 1e30F;
-
-draw::Point3 toPoint(const glm::dvec3& v) {
-    return {v.x, v.y, v.z};
-}
 
 draw::Colour colourOf(std::uint32_t bits) {
     return {static_cast<std::uint8_t>(bits >> 16U), static_cast<std::uint8_t>(bits >> 8U),
