@@ -80,7 +80,8 @@ bool BoundingBoxPass::Read(const wxString& file) {
     unsigned long long delivered = 0;
     bool goesOn = CountIsPossible(file);
     while (goesOn && reader_.pointsRemaining != 0) {
-        const unsigned long long n = reader_.nextPointBatch();
+        const auto records = reader_.nextRecordBatch();
+        const unsigned long long n = records ? records->count : reader_.nextPointBatch();
         delivered += n;
         points_ += n;
         goesOn = CountIsPossible(file) && ReportProgress();

@@ -25,7 +25,6 @@ FileParentIO::FileParentIO(unsigned long long capacity)
     : batchCapacity(capacity), points_(capacity) {
     pointBuffer = points_.data();
     EmptyExtent();
-    grid.reset();
 }
 
 void FileParentIO::EmptyExtent() {
@@ -36,7 +35,6 @@ void FileParentIO::EmptyExtent() {
 
 void FileParentIO::InitializeExtent(double x, double y, double z) {
     EmptyExtent();
-    grid.reset();
     if (VpcNumMathTools::AreCoordinates(x, y, z)) extentMin = extentMax = {x, y, z};
 }
 

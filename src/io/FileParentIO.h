@@ -10,6 +10,7 @@
 #include "core/geometry/VpcNumMathTools.h"
 #include "core/geometry/VpcPoint3D.h"
 #include "io/ScanAccount.h"
+#include "io/ScanRecords.h"
 
 /// A reader of scan files: hands out a file's points in batches and keeps the extent and the
 /// largest colour and intensity values of what it has read.
@@ -21,6 +22,9 @@
 ///         const auto n = reader.nextPointBatch();  // the first n elements of pointBuffer
 ///     }
 ///     reader.closeRead();
+///
+/// Where nextRecordBatch gives a batch of a file, it may be asked for all of them in place of
+/// nextPointBatch.
 ///
 /// One reader may read several files in turn. Extent, message and the counts of irregular points
 /// are those of the current file; the colour and intensity maxima go over all files, unless a
@@ -48,6 +52,10 @@ public:
     [[nodiscard]] virtual bool readHeader(wxString path, bool closeAfterHeader) = 0;
     /// Fills pointBuffer from its start; returns the number of points filled.
     virtual unsigned long long nextPointBatch() = 0;
+    /// The next batch without a point being made: the records as they are in the file. None where
+    /// the file has no records of that kind; the batch is then still to come. Everything that
+    /// nextPointBatch counts is counted, and pointBuffer keeps one point of the file.
+    virtual std::optional<vpc::ScanRecords> nextRecordBatch() { return std::nullopt; }
     /// Closes the file; returns true.
     virtual bool closeRead() = 0;
 

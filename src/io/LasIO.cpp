@@ -252,6 +252,27 @@ unsigned long long LasIO::EndOfTrailer(const Trailer& trailer, unsigned long lon
 }
 
 unsigned long long LasIO::nextPointBatch() {
+    const unsigned long long first = batchIndex == 0 ? 1 : 0;
+    const unsigned long long n = BeginBatch();
+    if (first < n) ReadPoints(first, n);
+    return n;
+}
+
+std::optional<vpc::ScanRecords> LasIO::nextRecordBatch() {
+    if (!RecordsAreRegular()) return std::nullopt;
+    const unsigned long long n = BeginBatch();
+    if (n != 0) colorOffset != 0 ? SurveyRecords<true>(n) : SurveyRecords<false>(n);
+    return vpc::ScanRecords{stream.bufferStart,
+                            n,
+                            pointDataRecordLength,
+                            static_cast<unsigned>(colorOffset),
+                            {{scale.x, scale.y, scale.z}, {offset.x, offset.y, offset.z}},
+                            pointBuffer[0]};
+}
+
+/// Reads the next block and counts its points, of which the file's first one is decoded; returns
+/// how many there are.
+unsigned long long LasIO::BeginBatch() {
     const unsigned long long recordsInBlock = ReadBlock();
     const unsigned long long expected = std::min(pointsRemaining, batchCapacity);
     const unsigned long long n = std::min(expected, recordsInBlock);
@@ -263,7 +284,6 @@ unsigned long long LasIO::nextPointBatch() {
         if (n == 0) nonFinitePoints = 0;
     }
     const unsigned long long first = batchIndex == 0 ? std::min(n, 1ULL) : 0;
-    ReadPoints(first, n);
     if (pointDataRecordLength < NeededRecordLength()) account_.pointsCutShort += n;
     pointsRead += n - first;
     pointsRemaining -= n;
@@ -302,10 +322,14 @@ bool LasIO::CoordinatesAreInReach() const {
     return reaches(largest) && reaches(-largest);
 }
 
+/// True if every field that is read lies within its record and gives a value that is in range.
+bool LasIO::RecordsAreRegular() const {
+    return pointDataRecordLength >= NeededRecordLength() && CoordinatesAreInReach();
+}
+
 /// Reads the whole records `first` to `last` - 1 of the block.
 void LasIO::ReadPoints(unsigned long long first, unsigned long long last) {
-    const bool regular = pointDataRecordLength >= NeededRecordLength() && CoordinatesAreInReach();
-    if (!regular) {
+    if (!RecordsAreRegular()) {
         for (unsigned long long i = first; i < last; ++i) ReadPoint(i, pointBuffer[i]);
     } else if (colorOffset != 0) {
         DecodePoints<true>(first, last);
@@ -345,6 +369,44 @@ void LasIO::DecodePoints(unsigned long long first, unsigned long long last) {
     UpdateExtent(low.x, low.y, low.z);
     UpdateExtent(high.x, high.y, high.z);
     UpdateColorIntensityRanges(red, green, blue, intensity);
+}
+
+/// Widens extent and maxima by the block's records, which are regular, and decodes none of them but
+/// those at the extremes: a coordinate grows with its integer, or falls where the scale is
+/// negative.
+template <bool hasColour>
+void LasIO::SurveyRecords(unsigned long long count) {
+    using Wholes = std::array<std::int32_t, 3>;
+    using Channels = std::array<std::uint16_t, 3>;
+    const std::size_t step = pointDataRecordLength;
+    const int colour = colorOffset;
+    const char* bytes = stream.bufferStart;
+    auto low = valueAt<Wholes>(bytes);
+    auto high = low;
+    Channels channels{};
+    int intensity = std::numeric_limits<std::int16_t>::min();
+    std::uint16_t grey = 0;
+    for (const char* const end = bytes + count * step; bytes != end; bytes += step) {
+        const auto record = valueAt<Wholes>(bytes);
+        for (std::size_t axis = 0; axis < record.size(); ++axis) {
+            low[axis] = std::min(low[axis], record[axis]);
+            high[axis] = std::max(high[axis], record[axis]);
+        }
+        intensity =
+            std::max<int>(intensity, valueAt<std::int16_t>(bytes + vpc::ScanRecords::intensityAt));
+        if (hasColour) {
+            const auto its = valueAt<Channels>(bytes + colour);
+            for (std::size_t i = 0; i < its.size(); ++i)
+                channels[i] = std::max(channels[i], its[i]);
+        } else {
+            grey = std::max(grey, valueAt<std::uint16_t>(bytes + vpc::ScanRecords::intensityAt));
+        }
+    }
+    for (const Wholes& corner : {low, high})
+        UpdateExtent(corner[0] * scale.x + offset.x, corner[1] * scale.y + offset.y,
+                     corner[2] * scale.z + offset.z);
+    if (!hasColour) channels = {grey, grey, grey};
+    UpdateColorIntensityRanges(channels[0], channels[1], channels[2], intensity);
 }
 
 void LasIO::ReadPoint(unsigned long long indexInBatch, VpcPoint3D& point) {

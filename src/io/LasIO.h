@@ -15,6 +15,7 @@ public:
     /// Reads and checks the header. On failure errorMessage says what is wrong with it.
     [[nodiscard]] bool readHeader(wxString path, bool closeAfterHeader) override;
     unsigned long long nextPointBatch() override;
+    std::optional<vpc::ScanRecords> nextRecordBatch() override;
     bool closeRead() override;
     /// Decodes record `indexInBatch` of the current block. Fields that do not lie wholly within the
     /// record and within what the file holds are 0.
@@ -62,9 +63,13 @@ private:
     unsigned long long UnexplainedBytes(unsigned long long fileBytes);
     unsigned long long EndOfTrailer(const Trailer& trailer, unsigned long long fileBytes);
     unsigned long long ReadBlock();
+    unsigned long long BeginBatch();
     void ReadPoints(unsigned long long first, unsigned long long last);
     template <bool hasColour>
     void DecodePoints(unsigned long long first, unsigned long long last);
+    template <bool hasColour>
+    void SurveyRecords(unsigned long long count);
+    bool RecordsAreRegular() const;
     unsigned long long NeededRecordLength() const;
     bool CoordinatesAreInReach() const;
     void ReportMissingRecords(unsigned long long missing);

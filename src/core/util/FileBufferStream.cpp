@@ -75,6 +75,10 @@ void FileBufferStream::StreamStartWriteBack() {
     if (file_ != nullptr) vpc::startWriteBack(file_);
 }
 
+void FileBufferStream::StreamPreallocate(unsigned long long size) {
+    if (file_ != nullptr) vpc::preallocate(file_, size);
+}
+
 unsigned long long FileBufferStream::StreamPosition() {
     if (file_ == nullptr) return std::numeric_limits<unsigned long long>::max();
     return static_cast<unsigned long long>(ftello(file_));

@@ -68,6 +68,8 @@ public:
     void StreamClearState() { failed_ = false; }
     /// Asks the system to begin writing to the disk what it has got of the file, and does not wait.
     void StreamStartWriteBack();
+    /// Has the system set room for the first `size` bytes of a new file aside, where it can.
+    void StreamPreallocate(unsigned long long size);
     /// The current position in the file; all ones when the system cannot tell it.
     unsigned long long StreamPosition();
     /// Moves the file position to `offset` bytes from the start.

@@ -1,5 +1,7 @@
 #include "core/util/FileHandle.h"
 
+#include <limits>
+
 #include <fcntl.h>
 
 namespace vpc {
@@ -10,6 +12,17 @@ void startWriteBack(std::FILE* file) {
     sync_file_range(fileno(file), 0, 0, SYNC_FILE_RANGE_WRITE);
 #else
     static_cast<void>(file);
+#endif
+}
+
+void preallocate(std::FILE* file, unsigned long long size) {
+#ifdef FALLOC_FL_KEEP_SIZE
+    // Without it the system sets room aside as the file is written, so a failure changes nothing.
+    if (size != 0 && size <= static_cast<unsigned long long>(std::numeric_limits<off_t>::max()))
+        static_cast<void>(fallocate(fileno(file), 0, 0, static_cast<off_t>(size)));
+#else
+    static_cast<void>(file);
+    static_cast<void>(size);
 #endif
 }
 

@@ -22,6 +22,10 @@ using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 /// it. A file that is written with this now and then is synced in a short time at its end.
 void startWriteBack(std::FILE* file);
 
+/// Makes a new file `size` bytes long and has the system set room for them aside, where it can and
+/// has as much. What is then written there, in any order, costs the system much less work.
+void preallocate(std::FILE* file, unsigned long long size);
+
 /// Reads up to the next line feed, which is not part of `line`, or up to the file's end. Takes no
 /// file as one without lines. Returns false where there was nothing left to read.
 bool readLine(std::FILE* file, std::string& line);

@@ -44,7 +44,7 @@ bool NodePointStore::IsThinlySpread(const NodePoints& node) const {
     constexpr unsigned long long tooFew = 2;
     if (!WritesBehind()) return false;
     if (node.Resting() != 0) return holders_ * blocksWorthWriting > blockLimit_;
-    return scatter_ > mostScatter / 2 && holders_ * tooFew > blockLimit_;
+    return IsScattered() && holders_ * tooFew > blockLimit_;
 }
 
 RecordBlock* NodePointStore::Acquire(NodePoints& user) {

@@ -48,6 +48,8 @@ public:
     void NoteOrder(bool isScattered) {
         scatter_ = isScattered ? std::min(scatter_ + 1, mostScatter) : std::max(scatter_ - 1, 0);
     }
+    /// Whether the last points mostly were.
+    bool IsScattered() const { return scatter_ > mostScatter / 2; }
     /// The most points, in blocks, that may be read back into memory at once, where they take
     /// several times the space.
     unsigned long long BlocksToLoad() const { return blockLimit_ / 8; }
@@ -64,6 +66,7 @@ public:
 
     /// The file for all nodes; only with a budget.
     SpillFile& Spill() { return *spill_; }
+    const SpillFile& Spill() const { return *spill_; }
     PointPacker& Packer() { return packer_; }
     const PointPacker& Packer() const { return packer_; }
 

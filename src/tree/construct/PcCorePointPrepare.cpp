@@ -52,6 +52,8 @@ private:
     /// Reads all scans into the tree.
     void AddScans(VpcConstructTree& tree);
     void AddScan(FileParentIO& reader, std::size_t index, VpcConstructTree& tree);
+    /// Adds the reader's next points, and returns how many it has read.
+    unsigned long long AddBatch(FileParentIO& reader, VpcConstructTree& tree);
     /// Adds the points of a batch without those whose coordinates are not finite or out of bounds.
     void AddFinitePoints(const VpcPoint3D* points, unsigned long long count,
                          VpcConstructTree& tree);
@@ -168,12 +170,7 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
     if (reader.initializeRead(inputFiles_[index]) == nullptr) AddNote(reader.errorMessage);
     tree.BeginScan(reader.grid);
     while (reader.pointsRemaining != 0) {
-        const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
-        const unsigned long long count = reader.nextPointBatch();
-        if (reader.nonFinitePoints == nonFiniteBefore)
-            tree.AddPoints(reader.pointBuffer, count);
-        else
-            AddFinitePoints(reader.pointBuffer, count, tree);
+        const unsigned long long count = AddBatch(reader, tree);
         tree.FlushBuffersToDisk(flushThreshold);
         pointsRead_ += count;
         Report(PrepareStage::AddPoints, pointsRead_, summary_.points);
@@ -184,6 +181,20 @@ void PrepareRun::AddScan(FileParentIO& reader, std::size_t index, VpcConstructTr
     tree.maxGreen = std::max<unsigned short>(tree.maxGreen, reader.maxGreen);
     tree.maxBlue = std::max<unsigned short>(tree.maxBlue, reader.maxBlue);
     tree.maxIntensity = std::max(tree.maxIntensity, reader.maxIntensity);
+}
+
+unsigned long long PrepareRun::AddBatch(FileParentIO& reader, VpcConstructTree& tree) {
+    if (const auto records = reader.nextRecordBatch()) {
+        tree.AddRecords(*records);
+        return records->count;
+    }
+    const unsigned long long nonFiniteBefore = reader.nonFinitePoints;
+    const unsigned long long count = reader.nextPointBatch();
+    if (reader.nonFinitePoints == nonFiniteBefore)
+        tree.AddPoints(reader.pointBuffer, count);
+    else
+        AddFinitePoints(reader.pointBuffer, count, tree);
+    return count;
 }
 
 void PrepareRun::AddFinitePoints(const VpcPoint3D* points, unsigned long long count,

@@ -34,11 +34,6 @@ std::int32_t nearest(double value) {
         static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value + unitSteps)));
 }
 
-bool isGreyOfIntensity(const VpcPoint3D& point) {
-    const auto grey = static_cast<std::uint16_t>(nearest(point.intensity));
-    return point.red == grey && point.green == grey && point.blue == grey;
-}
-
 }  // namespace
 
 PointFormat::PointFormat(const VpcPoint3D& first, const std::optional<CoordinateGrid>& grid)
@@ -68,7 +63,7 @@ bool PointFormat::PackOrWiden(const VpcPoint3D* points, unsigned long long count
     const Misfits misfits =
         onGrid_ ? Pack<true>(points, count, records) : Pack<false>(points, count, records);
     if (misfits.coordinates) onGrid_ = false;
-    if (misfits.colour) colour_ = static_cast<Colour>(static_cast<unsigned>(colour_) + 1);
+    if (misfits.colour) WidenColour();
     if (misfits.intensity) intensityIsShort_ = false;
     if (misfits.distance) storesDistance_ = true;
     if (misfits.origin) storesOrigin_ = true;
@@ -91,13 +86,42 @@ PointFormat::Misfits PointFormat::Pack(const VpcPoint3D* points, unsigned long l
             misfits.coordinates |= !format.PackOnGrid(*point, steps, record);
         else
             store(record, Coordinates{point->x, point->y, point->z});
-        misfits.colour |= !format.PackColour(*point, record + format.colourAt_);
+        misfits.colour |= !format.PackColour({point->red, point->green, point->blue},
+                                             static_cast<std::uint16_t>(nearest(point->intensity)),
+                                             record + format.colourAt_);
         misfits.intensity |= !format.PackIntensity(*point, record + format.intensityAt_);
         misfits.distance |= !format.PackDistance(*point, record + format.distanceAt_);
         misfits.origin |= !format.PackOrigin(*point, record + format.originAt_);
         record += format.recordSize_;
     }
     return misfits;
+}
+
+bool PointFormat::PackOrWiden(const ScanRecords& points, char* records) {
+    if (points.colourAt != 0 ? PackRecords<true>(points, records)
+                             : PackRecords<false>(points, records))
+        return true;
+    WidenColour();
+    PlaceFields();
+    return false;
+}
+
+template <bool hasColour>
+bool PointFormat::PackRecords(const ScanRecords& points, char* record) const {
+    const PointFormat format = *this;  // as above
+    const char* from = points.first;
+    bool fits = true;
+    for (unsigned long long left = points.count; left != 0; --left) {
+        const auto intensity = load<std::uint16_t>(from + ScanRecords::intensityAt);
+        const Channels channels = hasColour ? load<Channels>(from + points.colourAt)
+                                            : Channels{intensity, intensity, intensity};
+        std::memcpy(record, from, ScanRecords::coordinatesSize);
+        fits &= format.PackColour(channels, intensity, record + format.colourAt_);
+        store(record + format.intensityAt_, intensity);
+        from += points.stride;
+        record += format.recordSize_;
+    }
+    return fits;
 }
 
 inline bool PointFormat::PackOnGrid(const VpcPoint3D& point, const Coordinates& steps,
@@ -112,20 +136,21 @@ inline bool PointFormat::PackOnGrid(const VpcPoint3D& point, const Coordinates& 
     return fits;
 }
 
-inline bool PointFormat::PackColour(const VpcPoint3D& point, char* place) const {
+inline bool PointFormat::PackColour(const Channels& channels, std::uint16_t grey,
+                                    char* place) const {
+    const auto& [red, green, blue] = channels;
     switch (colour_) {
         case Colour::Constant:
-            return point.red == constant_.red && point.green == constant_.green &&
-                   point.blue == constant_.blue;
+            return red == constant_.red && green == constant_.green && blue == constant_.blue;
         case Colour::Grey:
-            return isGreyOfIntensity(point);
+            return red == grey && green == grey && blue == grey;
         case Colour::Bytes:
-            store(place, std::array{static_cast<std::uint8_t>(point.red),
-                                    static_cast<std::uint8_t>(point.green),
-                                    static_cast<std::uint8_t>(point.blue)});
-            return (point.red | point.green | point.blue) <= 0xff;
+            store(place,
+                  std::array{static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
+                             static_cast<std::uint8_t>(blue)});
+            return (red | green | blue) <= 0xff;
         case Colour::Words:
-            store(place, std::array{point.red, point.green, point.blue});
+            store(place, channels);
             return true;
     }
     return false;
@@ -154,6 +179,20 @@ inline bool PointFormat::PackOrigin(const VpcPoint3D& point, char* place) const 
     return true;
 }
 
+void PointFormat::CoordinatesOf(const char* packed, unsigned stride, unsigned count,
+                                Coordinates* values) const {
+    const PointFormat format = *this;  // as above
+    if (!format.onGrid_) {
+        for (unsigned i = 0; i < count; ++i, packed += stride)
+            std::memcpy(values + i, packed, sizeof *values);
+        return;
+    }
+    for (unsigned i = 0; i < count; ++i, packed += stride)
+        for (unsigned axis = 0; axis < 3; ++axis)
+            values[i][axis] =
+                format.OnGrid(load<std::int32_t>(packed + axis * sizeof(std::int32_t)), axis);
+}
+
 void PointFormat::Unpack(const char* packed, unsigned stride, unsigned long long count,
                          char* records) const {
     constexpr unsigned size = VpcPoint3D::recordSize;
@@ -177,7 +216,6 @@ void PointFormat::Unpack(const char* packed, unsigned stride, unsigned long long
 }
 
 inline void PointFormat::UnpackColour(const char* packed, char* record) const {
-    using Channels = std::array<std::uint16_t, 3>;
     switch (colour_) {
         case Colour::Constant:
             return;

@@ -7,6 +7,7 @@
 
 #include "core/geometry/CoordinateGrid.h"
 #include "core/geometry/VpcPoint3D.h"
+#include "io/ScanRecords.h"
 
 namespace vpc {
 
@@ -34,6 +35,9 @@ public:
     /// fit, it makes the format wider and returns false, and the records mean nothing.
     [[nodiscard]] bool PackOrWiden(const VpcPoint3D* points, unsigned long long count,
                                    char* records);
+    /// The same for the records of a scan, in a format that was made for that scan. Of their values
+    /// only colours can be too wide.
+    [[nodiscard]] bool PackOrWiden(const ScanRecords& points, char* records);
     /// Turns packed points, `stride` bytes apart, into records of the tree file.
     void Unpack(const char* packed, unsigned stride, unsigned long long count, char* records) const;
     /// The coordinates of a packed point.
@@ -49,16 +53,22 @@ public:
         return values;
     }
 
+    /// Those of packed points, `stride` bytes apart.
+    void CoordinatesOf(const char* packed, unsigned stride, unsigned count,
+                       Coordinates* values) const;
+
 private:
     /// In the order in which a colour that does not fit is widened: that of the first point, grey
     /// of the intensity's low 16 bits, channels of 8 bits, channels of 16 bits.
     enum class Colour : std::uint8_t { Constant, Grey, Bytes, Words };
+    using Channels = std::array<std::uint16_t, 3>;
 
     double OnGrid(std::int32_t whole, unsigned axis) const {
         return whole * grid_.scale[axis] + grid_.offset[axis];
     }
     /// Sets the size and the places of the fields from what is stored.
     void PlaceFields();
+    void WidenColour() { colour_ = static_cast<Colour>(static_cast<unsigned>(colour_) + 1); }
     /// Which fields of some point could not be packed.
     struct Misfits {
         bool coordinates = false, colour = false, intensity = false, distance = false,
@@ -70,10 +80,12 @@ private:
     // Each of these packs one field of a point, and returns whether its value fits.
     [[nodiscard]] bool PackOnGrid(const VpcPoint3D& point, const Coordinates& steps,
                                   char* place) const;
-    [[nodiscard]] bool PackColour(const VpcPoint3D& point, char* place) const;
+    [[nodiscard]] bool PackColour(const Channels& channels, std::uint16_t grey, char* place) const;
     [[nodiscard]] bool PackIntensity(const VpcPoint3D& point, char* place) const;
     [[nodiscard]] bool PackDistance(const VpcPoint3D& point, char* place) const;
     [[nodiscard]] bool PackOrigin(const VpcPoint3D& point, char* place) const;
+    template <bool hasColour>
+    [[nodiscard]] bool PackRecords(const ScanRecords& points, char* record) const;
     void UnpackColour(const char* packed, char* record) const;
 
     bool onGrid_ = false;

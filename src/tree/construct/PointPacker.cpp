@@ -9,11 +9,25 @@ void PointPacker::BeginScan(const std::optional<CoordinateGrid>& grid) {
 
 PackedRun PointPacker::Pack(const VpcPoint3D* points, unsigned long long count) {
     if (!scanHasFormat_) formats_.emplace_back(*points, grid_);
+    return PackedBy(
+        [&](PointFormat& format) { return format.PackOrWiden(points, count, records_.data()); },
+        count);
+}
+
+PackedRun PointPacker::Pack(const ScanRecords& records) {
+    if (!scanHasFormat_) formats_.emplace_back(records.example, records.grid);
+    return PackedBy(
+        [&](PointFormat& format) { return format.PackOrWiden(records, records_.data()); },
+        records.count);
+}
+
+template <class Packing>
+PackedRun PointPacker::PackedBy(const Packing& pack, unsigned long long count) {
     scanHasFormat_ = true;
-    if (PointFormat same = formats_.back(); !same.PackOrWiden(points, count, records_.data())) {
+    if (PointFormat same = formats_.back(); !pack(same)) {
         // Earlier points stay packed as they are, so the wider format is one more.
         formats_.push_back(same);
-        while (!formats_.back().PackOrWiden(points, count, records_.data())) {
+        while (!pack(formats_.back())) {
         }
     }
     return {records_.data(),

@@ -46,6 +46,8 @@ public:
     void BeginScan(const std::optional<CoordinateGrid>& grid);
     /// Packs at most `most` points, and at least one. The result holds until the next call.
     [[nodiscard]] PackedRun Pack(const VpcPoint3D* points, unsigned long long count);
+    /// The same for records of a scan of which no point is packed otherwise.
+    [[nodiscard]] PackedRun Pack(const ScanRecords& records);
     /// The points of a block without the first `skipped`.
     [[nodiscard]] PackedRun RunOf(const RecordBlock& block, unsigned skipped = 0) const;
 
@@ -54,6 +56,10 @@ public:
     const PointFormat& Format(unsigned number) const { return formats_[number]; }
 
 private:
+    /// `pack` packs `count` points in a format, or makes it wider and returns false.
+    template <class Packing>
+    [[nodiscard]] PackedRun PackedBy(const Packing& pack, unsigned long long count);
+
     std::deque<PointFormat> formats_;
     std::optional<CoordinateGrid> grid_;
     bool scanHasFormat_ = false;

@@ -51,6 +51,10 @@ void PointTreeFileWriter::Write(const wxString& fileName,
     stream_.StreamOpen(file.TemporaryName(), FileModeWrite);
     RequireGoodStream();
     PlacePositions();
+    // The temporary file shrinks while this one grows: together they take the room of the whole
+    // result and no more.
+    const unsigned long long temporary = tree_.TemporaryBytes();
+    if (fileSize_ > temporary) stream_.StreamPreallocate(fileSize_ - temporary);
     WriteHeader();
     WriteNodeRecords();
     WritePointBlocks();
@@ -81,6 +85,7 @@ void PointTreeFileWriter::PlacePositions() {
             position += pointBlockHeaderSize + node->PointsOnDisk() * vpc::recordSize;
         }
     }
+    fileSize_ = position;
 }
 
 unsigned long long PointTreeFileWriter::SourceNameBytes() const {

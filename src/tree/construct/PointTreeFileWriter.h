@@ -48,6 +48,7 @@ private:
     unsigned long long hostValue_;
     unsigned long long firstRecord_ = 0;
     unsigned long long pointData_ = 0;
+    unsigned long long fileSize_ = 0;
     unsigned long long pointsDone_ = 0;
     unsigned long long nextWriteBack_ = 0;
     VpcConstructTree::Progress progress_;

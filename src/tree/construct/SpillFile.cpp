@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -79,6 +80,7 @@ unsigned long long SpillFile::Reserve(unsigned long long size, unsigned zone) {
     }
     stretch.begin += whole;
     reservedBytes_ += whole;
+    bytesOnDisk_ += whole;
     return stretch.begin - whole;
 }
 
@@ -117,7 +119,7 @@ void SpillFile::GiveBack() {
                                static_cast<off_t>(range.end - range.begin)) == 0;
     }
     freed_.clear();
-    freedBytes_ = 0;
+    bytesOnDisk_ -= std::exchange(freedBytes_, 0);
 }
 
 void SpillFile::FailDamaged() const {

@@ -47,6 +47,8 @@ public:
     /// Gives the room of `size` bytes from `position` back, together with others. Where the file
     /// system cannot do that, the file keeps its size until it is closed.
     void Free(unsigned long long position, unsigned long long size);
+    /// The room that the file takes on the disk.
+    unsigned long long BytesOnDisk() const { return bytesOnDisk_; }
     /// Throws vpc::IoError for what the file gives back and nobody wrote.
     [[noreturn]] void FailDamaged() const;
 
@@ -69,6 +71,7 @@ private:
     /// What is freed and still takes room.
     std::vector<Range> freed_;
     unsigned long long freedBytes_ = 0;
+    unsigned long long bytesOnDisk_ = 0;
 };
 
 }  // namespace vpc

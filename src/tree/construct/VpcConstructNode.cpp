@@ -84,6 +84,11 @@ unsigned long long VpcConstructNode::ComputeNodeIndex(unsigned long long ix, uns
 
 unsigned VpcConstructNode::FindLeaves(const Coordinates* points, unsigned count,
                                       VpcConstructNode** leaves) {
+    if (tree_->store_.IsScattered()) {
+        FindLeavesAtOnce(points, count, leaves);
+        tree_->store_.NoteOrder(count < shortRun || leaves[0] != leaves[shortRun - 1]);
+        return 0;
+    }
     for (unsigned done = 0; done < count;) {
         const unsigned first = done;
         VpcConstructNode* leaf = FindLeaf(points[first][0], points[first][1], points[first][2]);
@@ -114,22 +119,27 @@ void VpcConstructNode::FindLeavesByHints(const Coordinates* points, unsigned cou
                                          VpcConstructNode** leaves) {
     vpc::LeafHints& hints = tree_->leafHints_;
     if (hints.IsEmpty()) hints.Make(cells_, *this);
-    std::array<VpcConstructNode**, pointsAtOnce> places;
+    std::array<std::size_t, pointsAtOnce> cells;
+    std::array<VpcConstructNode*, pointsAtOnce> hinted;
     for (unsigned i = 0; i < count; ++i) {
-        places[i] = &hints.At(points[i]);
-        leaves[i] = *places[i];
-        __builtin_prefetch(leaves[i]);
-        __builtin_prefetch(&leaves[i]->cells_.Maximum());
+        cells[i] = hints.CellOf(points[i]);
+        hints.Prefetch(cells[i]);
     }
     for (unsigned i = 0; i < count; ++i) {
         const auto& [x, y, z] = points[i];
-        VpcConstructNode* node = leaves[i];
-        while (node != nullptr && !node->Contains(x, y, z)) node = node->parent_;
-        leaves[i] = node;
+        if (cells[i] != vpc::LeafHints::noCell)
+            hinted[i] = hints.At(cells[i]);
+        else
+            hinted[i] = Contains(x, y, z) ? this : nullptr;
+        leaves[i] = hinted[i];
+        __builtin_prefetch(leaves[i]);
+        // Mostly that is the leaf.
+        __builtin_prefetch(&leaves[i]->points_, 1);
     }
     DescendAll(points, count, leaves);
     for (unsigned i = 0; i < count; ++i)
-        if (leaves[i] != nullptr) *places[i] = leaves[i];
+        if (leaves[i] != hinted[i] && cells[i] != vpc::LeafHints::noCell)
+            hints.Improve(cells[i], *leaves[i]);
 }
 
 void VpcConstructNode::DescendAll(const Coordinates* points, unsigned count,
@@ -154,8 +164,7 @@ void VpcConstructNode::Place(const vpc::PackedRun& run) {
     std::array<VpcConstructNode*, pointsAtOnce> leaves;
     for (unsigned done = 0; done < run.count; done += pointsAtOnce) {
         const unsigned count = std::min(run.count - done, pointsAtOnce);
-        for (unsigned i = 0; i < count; ++i)
-            points[i] = run.format->CoordinatesOf(run.Record(done + i));
+        run.format->CoordinatesOf(run.Record(done), run.stride, count, points.data());
         const unsigned inRuns = FindLeaves(points.data(), count, leaves.data());
         for (unsigned i = inRuns; i < count; ++i)
             if (leaves[i] != nullptr) leaves[i]->points_.PrefetchForAppend();

@@ -59,14 +59,26 @@ void VpcConstructTree::InitializeDimensionRatios(double dx, double dy, double dz
 }
 
 void VpcConstructTree::AddPoints(const VpcPoint3D* points, unsigned long long count) {
+    AddPacked(count, [&](unsigned long long first, unsigned long long some) {
+        return store_.Packer().Pack(points + first, some);
+    });
+}
+
+void VpcConstructTree::AddRecords(const vpc::ScanRecords& records) {
+    AddPacked(records.count, [&](unsigned long long first, unsigned long long some) {
+        return store_.Packer().Pack(records.Part(first, some));
+    });
+}
+
+template <class Packing>
+void VpcConstructTree::AddPacked(unsigned long long count, const Packing& pack) {
     pointsAdded_ += count;
     if (root_ == nullptr || !BeginChange()) {
         untakenPoints_ += count;
         return;
     }
     for (unsigned long long done = 0; done < count; done += vpc::PointPacker::most)
-        root_->Place(
-            store_.Packer().Pack(points + done, std::min(count - done, vpc::PointPacker::most)));
+        root_->Place(pack(done, std::min(count - done, vpc::PointPacker::most)));
 }
 
 void VpcConstructTree::BeginScan(const std::optional<vpc::CoordinateGrid>& grid) {
@@ -224,6 +236,10 @@ unsigned long long VpcConstructTree::actualMaxPointsPerNode() const {
         for (const VpcConstructNode* node : levels_.back())
             largest = std::max(largest, node->PointsOnDisk());
     return largest;
+}
+
+unsigned long long VpcConstructTree::TemporaryBytes() const {
+    return store_.WritesBehind() ? store_.Spill().BytesOnDisk() : pointsAdded_ * vpc::recordSize;
 }
 
 double VpcConstructTree::KeepFraction() const {

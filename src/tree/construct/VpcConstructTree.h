@@ -59,6 +59,8 @@ public:
     /// Adds `count` points; UntakenPoints counts those that find no node. Before the tree has a
     /// root and once it is finished, none does.
     void AddPoints(const VpcPoint3D* points, unsigned long long count);
+    /// Adds the points of a scan's records, and makes none of them: that is faster.
+    void AddRecords(const vpc::ScanRecords& records);
     /// Writes all buffers of more than `threshold` points, as far as they can be written; returns
     /// true. Does nothing with point memory, which is written when it is full.
     bool FlushBuffersToDisk(unsigned long long threshold);
@@ -111,6 +113,8 @@ public:
     const VpcTriplet<unsigned long long>& DimensionRatios() const { return dimensionRatios_; }
     const std::vector<wxString>& SourceNames() const { return sourceNames_; }
     double MinimumPointDistance() const { return minimumPointDistance_; }
+    /// What a finished tree's points take in temporary files.
+    unsigned long long TemporaryBytes() const;
     unsigned long long PointsAdded() const { return pointsAdded_; }
     /// Points that were given to the tree and are in none of its nodes.
     unsigned long long UntakenPoints() const { return untakenPoints_; }
@@ -143,6 +147,9 @@ private:
 
     enum class Stage { Adding, EndNodesListed, Finished, Written };
 
+    /// Adds `count` points, which `pack` packs: called with the first of them and how many.
+    template <class Packing>
+    void AddPacked(unsigned long long count, const Packing& pack);
     /// Call this before a point or a node is added to the tree; false when none may be added any
     /// more.
     [[nodiscard]] bool BeginChange();
