@@ -29,7 +29,7 @@ TEST_F(EditTest, RecoloursByThePaletteAndUndoes) {
     };
     EXPECT_EQ(choose("palette/Stylization", 2)["stylization"], 4);
     const auto entity = choose("palette/Color scheme", 1);
-    EXPECT_NE(entity["scheme"], "");
+    EXPECT_NE(entity["colourScheme"], "");
     const auto isOther = [&](const auto& picture) { return difference(picture, before) > 0.1; };
     EXPECT_TRUE(isOther(viewer.PictureWhen(isOther)));
     const draw::Image after = viewer.Picture();
@@ -86,12 +86,12 @@ TEST_F(EditTest, CutsAndTheirUndoLeaveTheStyleAlone) {
     viewer.Report();
     viewer.Key("Alt_L+v");
     viewer.Key("r");
-    ASSERT_EQ(viewer.Report()["style"]["round"], false);
+    ASSERT_EQ(viewer.Report()["style"]["roundPoints"], false);
     viewer.ClickControl("section/0/flip");
     EXPECT_EQ(viewer.Report()["undo"], "flip section");
-    EXPECT_EQ(viewer.Last()["style"]["round"], false);
+    EXPECT_EQ(viewer.Last()["style"]["roundPoints"], false);
     viewer.ClickControl("tool/undo");
-    EXPECT_EQ(viewer.Report()["style"]["round"], false);
+    EXPECT_EQ(viewer.Report()["style"]["roundPoints"], false);
     // Two clicks on one button remove one section.
     for (const std::string axis : {"y", "z"}) {
         viewer.ClickControl("tool/section-" + axis);
