@@ -93,6 +93,11 @@ PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_
     column->Add(grid_, wxSizerFlags(1).Expand());
     SetSizer(column);
     grid_->Bind(wxEVT_PG_CHANGED, &PalettePanel::OnChanged, this);
+    // By itself the grid ends an edit at Enter, and when another line or window gets the keys.
+    grid_->Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_TAB) grid_->CommitChangesFromEditor();
+        event.Skip();
+    });
 }
 
 void PalettePanel::Await(int entity) {

@@ -124,7 +124,7 @@ TEST_F(EditTest, MovesTwoFilesApartAndGoesOnFromASession) {
         EXPECT_EQ(viewer.Last()["shown"], 2 * allPoints);
         viewer.ClickControl("entity/2/name");
         viewer.Report();
-        viewer.Enter("palette/Name", "moved");
+        viewer.Enter("palette/Name", "moved", "Tab");
         EXPECT_EQ(viewer.Report()["entities"][1]["name"], "moved");
         // What is being edited is kept when another file is chosen.
         viewer.Enter("palette/Insertion X", "100", "0");
