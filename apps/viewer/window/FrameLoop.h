@@ -47,8 +47,8 @@ public:
 
     /// Nothing while the renderer is lent, or has a picture of another view.
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const;
-    /// How wide and how high a picture may be, in pixels.
-    int LargestSide() const { return renderer_->LargestSide(); }
+    /// For somebody who asks what pictures it can draw, also while it is lent.
+    const PointRenderer& Renderer() const { return *renderer_; }
     /// Called when the graphics card has given up and the processor draws in its place, from then
     /// on. It has no points yet.
     void OnReplaced(std::function<void()> replaced) { replaced_ = std::move(replaced); }

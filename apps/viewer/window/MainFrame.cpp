@@ -248,7 +248,7 @@ void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& s
         file,        size, view_->PictureSize(), control_.Camera(), workspace_.Shown().style,
         OverlayNow()};
     status_->Say("Drawing " + file);
-    shot.Take(updates_, [this, file](const std::string& problem) {
+    shot.Take(frames_.Renderer(), updates_, [this, file](const std::string& problem) {
         status_->Say(problem.empty() ? "Saved " + file : "");
         if (!problem.empty()) Tell(problem);
     });
