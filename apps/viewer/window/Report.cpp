@@ -88,6 +88,7 @@ void Report::OnIdle(wxIdleEvent& event) {
     event.Skip();
     if (!isAsked_ || !frame_.IsIdle()) return;
     isAsked_ = false;
+    frame_.view_->Update();  // who has read the report may look at the screen
     Write();
 }
 
