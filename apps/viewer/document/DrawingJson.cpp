@@ -18,6 +18,20 @@ OrderedJson toJson(const ViewCamera& camera) {
             {"perspective", camera.perspective}};
 }
 
+OrderedJson toJson(const Entity& entity) {
+    const Placement& placement = entity.placement;
+    return {{"file", entity.file},
+            {"name", entity.name},
+            {"visible", entity.visible},
+            {"location", toJson(placement.location)},
+            {"rotation", placement.rotation},
+            {"scale", placement.scale},
+            {"stylization", entity.stylization},
+            {"colourScheme", entity.colourScheme},
+            {"cropped", entity.cropped},
+            {"locked", entity.locked}};
+}
+
 OrderedJson toJson(const Section& section) {
     return {{"name", section.name},
             {"point", toJson(section.point)},
@@ -36,6 +50,17 @@ OrderedJson toJson(const Clip& clip) {
             {"corners", std::move(corners)},
             {"keepsInside", clip.keepsInside},
             {"enabled", clip.enabled}};
+}
+
+OrderedJson toJson(const ViewStyle& style) {
+    return {{"sizing", sizingNames[static_cast<std::size_t>(style.sizing)]},
+            {"pointSize", style.pointSize},
+            {"roundPoints", style.roundPoints},
+            {"shaded", style.shaded},
+            {"background", toJson(style.background)},
+            {"axes", style.axes},
+            {"scaleBar", style.scaleBar},
+            {"legend", style.legend}};
 }
 
 }  // namespace vpc::viewer

@@ -6,6 +6,10 @@
 
 namespace vpc::viewer {
 
+/// What the points' colours tell, as the host's entity counts. It takes other numbers, too: they
+/// show the scan's colours.
+enum HostStylization : int { Host_ScanColours = 1, Host_Elevation = 4, Host_Intensity = 5 };
+
 /// A point tree file in the drawing. Texts are UTF-8.
 struct Entity {
     /// Names the entity as long as the program runs; 1 and up, never used twice.
@@ -16,8 +20,8 @@ struct Entity {
     std::string name;
     bool visible = true;
     Placement placement;
-    /// As the host's entity counts: 1 the scan's colours, 4 elevation, 5 intensity.
-    int stylization = 1;
+    /// A HostStylization.
+    int stylization = Host_ScanColours;
     /// The colour scheme's GUID, as the host's entity holds it; empty for the scan's colours.
     std::string colourScheme;
     bool cropped = true;

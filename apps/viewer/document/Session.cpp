@@ -1,5 +1,6 @@
 #include "viewer/document/Session.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
@@ -16,7 +17,6 @@ namespace vpc::viewer {
 namespace {
 
 using Json = OrderedJson;
-using viewer::toJson;
 
 constexpr int sessionVersion = 1;
 constexpr int deepest = 32;
@@ -44,38 +44,16 @@ std::string portableName(const std::string& file, const std::filesystem::path& f
     return isBelow ? relative.generic_string() : file;
 }
 
-Json toJson(const Entity& entity, const std::filesystem::path& folder) {
-    const Placement& placement = entity.placement;
-    return {{"file", portableName(entity.file, folder)},
-            {"name", entity.name},
-            {"visible", entity.visible},
-            {"location", toJson(placement.location)},
-            {"rotation", placement.rotation},
-            {"scale", placement.scale},
-            {"stylization", entity.stylization},
-            {"colourScheme", entity.colourScheme},
-            {"cropped", entity.cropped},
-            {"locked", entity.locked}};
-}
-
-constexpr const char* sizingNames[] = {"automatic", "fixed", "by distance"};
-
-Json toJson(const ViewStyle& style) {
-    return {{"sizing", sizingNames[static_cast<std::size_t>(style.sizing)]},
-            {"pointSize", style.pointSize},
-            {"roundPoints", style.roundPoints},
-            {"shaded", style.shaded},
-            {"background", toJson(style.background)},
-            {"axes", style.axes},
-            {"scaleBar", style.scaleBar},
-            {"legend", style.legend}};
-}
-
-template <class Item, class... More>
-Json toArray(const std::vector<Item>& items, const More&... more) {
+template <class Item>
+Json toArray(const std::vector<Item>& items) {
     Json array = Json::array();
-    for (const Item& item : items) array.push_back(toJson(item, more...));
+    for (const Item& item : items) array.push_back(toJson(item));
     return array;
+}
+
+Json toArray(std::vector<Entity> entities, const std::filesystem::path& folder) {
+    for (Entity& entity : entities) entity.file = portableName(entity.file, folder);
+    return toArray(entities);
 }
 
 // Reading
@@ -227,9 +205,9 @@ ViewStyle styleFrom(const Part& part) {
     ViewStyle style;
     std::string sizing = sizingNames[0];
     part.Read("sizing", sizing);
-    const auto name = std::find(std::begin(sizingNames), std::end(sizingNames), sizing);
-    part.Require(name != std::end(sizingNames), "sizing", "is unknown");
-    style.sizing = static_cast<PointSizing>(name - std::begin(sizingNames));
+    const auto name = std::find(sizingNames.begin(), sizingNames.end(), sizing);
+    part.Require(name != sizingNames.end(), "sizing", "is unknown");
+    style.sizing = static_cast<PointSizing>(name - sizingNames.begin());
     part.Read("pointSize", style.pointSize);
     part.Require(style.pointSize > 0.0, "pointSize", "is not above 0");
     part.Read("roundPoints", style.roundPoints);

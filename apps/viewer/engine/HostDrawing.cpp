@@ -114,7 +114,34 @@ void HostDrawing::Close(int id) {
 ViewResult HostDrawing::Update(const ViewRequest& request) {
     request_ = request;
     UseUnit(request.drawing.unit);
-    return Show(request_);
+    const auto start = std::chrono::steady_clock::now();
+    const std::vector<std::string> problems = Show(request);
+    ViewResult result;
+    result.milliseconds =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    Box box;
+    double area = 0.0;
+    for (std::size_t i = 0; i < problems.size(); ++i) {
+        const Entity& entity = request.drawing.entities[i];
+        const ShownEntity& shown = result.entities.emplace_back(FactsOf(entity, problems[i]));
+        const PointCloud* const cloud = Find(entity.id);
+        if (cloud == nullptr || !entity.visible) continue;
+        result.shown += shown.shown;
+        result.inAll += shown.inAll;
+        area += cloud->ShownArea();
+        box.Add(placedBox(*cloud));
+    }
+    result.origin = originFor(request.camera, box);
+    if (result.shown > 0) result.spacing = std::sqrt(area / static_cast<double>(result.shown));
+    return result;
+}
+
+ShownEntity HostDrawing::FactsOf(const Entity& entity, std::string problem) {
+    ShownEntity facts;
+    if (problem.empty()) problem = problemOf([&] { facts = Find(entity.id)->Facts(); });
+    facts.id = entity.id;
+    if (!problem.empty()) facts.problem = problem;
+    return facts;
 }
 
 std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
@@ -142,51 +169,28 @@ std::map<int, unsigned long long> HostDrawing::Shares(const Drawing& drawing) {
     return shares;
 }
 
-ViewResult HostDrawing::Show(const ViewRequest& request) {
-    const auto start = std::chrono::steady_clock::now();
+std::vector<std::string> HostDrawing::Show(const ViewRequest& request) {
     for (const auto& [id, cloud] : clouds_)
         if (request.drawing.Find(id) == nullptr) cloud->Hide();
-    const auto shares = Shares(request.drawing);
-    ViewResult result;
-    Box box;
-    double area = 0.0;
-    for (const Entity& entity : request.drawing.entities) {
-        const auto share = shares.find(entity.id);
-        result.entities.push_back(
-            ShowOne(request, entity, share == shares.end() ? 0 : share->second));
-        const PointCloud* const cloud = Find(entity.id);
-        if (cloud == nullptr || !entity.visible) continue;
-        result.shown += result.entities.back().shown;
-        result.inAll += result.entities.back().inAll;
-        area += cloud->ShownArea();
-        box.Add(placedBox(*cloud));
-    }
-    result.origin = originFor(request.camera, box);
-    if (result.shown > 0) result.spacing = std::sqrt(area / static_cast<double>(result.shown));
-    result.milliseconds =
-        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-    return result;
+    auto shares = Shares(request.drawing);
+    std::vector<std::string> problems;
+    problems.reserve(request.drawing.entities.size());
+    for (const Entity& entity : request.drawing.entities)
+        problems.push_back(ShowOne(request, entity, shares[entity.id]));
+    return problems;
 }
 
-ShownEntity HostDrawing::ShowOne(const ViewRequest& request, const Entity& entity,
+std::string HostDrawing::ShowOne(const ViewRequest& request, const Entity& entity,
                                  unsigned long long budget) {
-    ShownEntity shown;
-    shown.id = entity.id;
     PointCloud* const cloud = Find(entity.id);
-    if (cloud == nullptr) {
-        shown.problem = quoted(entity.file) + " is not open.";
-        return shown;
-    }
-    const std::string problem = problemOf([&] {
+    if (cloud == nullptr) return quoted(entity.file) + " is not open.";
+    return problemOf([&] {
         cloud->SetState(entity);
         if (entity.visible)
             cloud->Show(request, budget);
         else
             cloud->Hide();
-        shown = cloud->Facts();
     });
-    if (!problem.empty()) shown.problem = problem;
-    return shown;
 }
 
 std::size_t HostDrawing::Fetch(std::span<PointVertex> memory, const glm::dvec3& origin) {

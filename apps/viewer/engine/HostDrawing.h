@@ -40,10 +40,13 @@ private:
     void UseUnit(const std::string& unit);
     /// How many points each of the visible clouds may show.
     std::map<int, unsigned long long> Shares(const Drawing& drawing);
-    /// Brings all clouds to the request, those that are not at it yet.
-    ViewResult Show(const ViewRequest& request);
-    ShownEntity ShowOne(const ViewRequest& request, const Entity& entity,
+    /// Brings all clouds to the request, those that are not at it yet. Returns a sentence for each
+    /// of its entities, empty where that is shown as it should.
+    std::vector<std::string> Show(const ViewRequest& request);
+    std::string ShowOne(const ViewRequest& request, const Entity& entity,
                         unsigned long long budget);
+    /// What an entity shows. \param problem what Show has returned for it
+    ShownEntity FactsOf(const Entity& entity, std::string problem);
 
     Plugin plugin_;
     Palette palette_;

@@ -12,6 +12,7 @@
 #include "platform/OdSystemVariables.h"
 #include "viewer/engine/HostEntity.h"
 #include "viewer/engine/HostText.h"
+#include "viewer/engine/Property.h"
 
 namespace vpc::viewer {
 
@@ -35,15 +36,11 @@ std::pair<dev_t, ino_t> identityOf(const std::string& file) {
 /// Point sets take no budget below.
 constexpr unsigned long long fewestSlots = 51;
 
-/// The host's numbers of stylizations.
-constexpr int elevation = 4;
-constexpr int intensity = 5;
-
 GiPcStylizationType stylizationOf(const PcDbPointCloud& entity) {
     switch (entity.stylizationType()) {
-        case elevation:
+        case Host_Elevation:
             return GiPc_Stylization_ELEVATION;
-        case intensity:
+        case Host_Intensity:
             return GiPc_Stylization_INTENSITY;
         default:
             return GiPc_Stylization_SCANCOLORS;
@@ -122,11 +119,10 @@ Box PointCloud::Bounds() const {
 // --- Showing -------------------------------------------------------------------------------------
 
 PointCloud::Style PointCloud::ShownStyle() const {
-    constexpr int colourScheme = 4;  // the palette's number of this property
     Style style{stylizationOf(entity_), GiPc_ColorScheme_ScanColors};
     OPMVariant scheme;
     // The plug-in knows which scheme a GUID means.
-    if (plugin_.Palette().getPropertyValue(&entity_, colourScheme, {}, scheme) &&
+    if (plugin_.Palette().getPropertyValue(&entity_, Property::colourScheme, {}, scheme) &&
         scheme.varType() == OPMVariant::kInt)
         style.scheme = static_cast<GiPcColorScheme>(scheme.getInt());
     return style;

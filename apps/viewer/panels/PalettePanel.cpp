@@ -93,6 +93,11 @@ PalettePanel::PalettePanel(wxWindow* parent, Edit edit) : wxPanel(parent), edit_
     column->Add(grid_, wxSizerFlags(1).Expand());
     SetSizer(column);
     grid_->Bind(wxEVT_PG_CHANGED, &PalettePanel::OnChanged, this);
+    // By itself the grid ends an edit at Enter, and when another line or window gets the keys.
+    grid_->Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_TAB) grid_->CommitChangesFromEditor();
+        event.Skip();
+    });
 }
 
 void PalettePanel::Await(int entity) {
@@ -135,10 +140,9 @@ void PalettePanel::ShowValues() {
     grid_->Refresh();
 }
 
-const Property* PalettePanel::Find(const std::string& name) const {
-    const auto found =
-        std::find_if(properties_.begin(), properties_.end(),
-                     [&name](const Property& property) { return property.name == name; });
+const Property* PalettePanel::Find(int id) const {
+    const auto found = std::find_if(properties_.begin(), properties_.end(),
+                                    [id](const Property& property) { return property.id == id; });
     return found == properties_.end() ? nullptr : &*found;
 }
 
@@ -150,9 +154,9 @@ void PalettePanel::OnChanged(wxPropertyGridEvent& event) {
         std::vector<PropertyEdit> edits;
         // The scan's colours are the first choice of both. Elevations without a scheme would look
         // the same as before.
-        const Property* scheme = Find("Color scheme");
-        if (property.name == "Stylization" && edit.value != firstChoice && scheme != nullptr &&
-            scheme->value == firstChoice && scheme->choices.size() > 1)
+        const Property* scheme = Find(Property::colourScheme);
+        if (property.id == Property::stylization && edit.value != firstChoice &&
+            scheme != nullptr && scheme->value == firstChoice && scheme->choices.size() > 1)
             edits.push_back({*scheme, 1LL});
         edits.push_back(edit);
         edit_(entity_, edits);

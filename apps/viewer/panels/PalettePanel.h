@@ -38,7 +38,7 @@ private:
     void Rebuild();
     void ShowValues();
     /// Null where the palette has none.
-    const Property* Find(const std::string& name) const;
+    const Property* Find(int id) const;
     void OnChanged(wxPropertyGridEvent& event);
 
     Edit edit_;

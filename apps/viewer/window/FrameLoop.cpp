@@ -75,10 +75,15 @@ void FrameLoop::OnIdle(wxIdleEvent& event) {
     event.Skip();
     if (isLent_) return;
     if (renderer_->IsLost()) Replace();
-    if (isWanted_)
-        Begin();
-    else if (nextSlice_ < slices_)
-        DrawSlice();
+    try {
+        if (isWanted_)
+            Begin();
+        else if (nextSlice_ < slices_)
+            DrawSlice();
+    } catch (const std::bad_alloc&) {
+        Stop();
+        if (lacking_) lacking_();
+    }
     if (nextSlice_ < slices_) event.RequestMore();
 }
 
@@ -88,7 +93,8 @@ void FrameLoop::Begin() {
     try {
         renderer_->Begin(camera_, size_, style_);
     } catch (const std::bad_alloc&) {
-        if (isReplaced_) throw;
+        // Where a card lacks memory, the computer may have some.
+        if (dynamic_cast<const CpuRenderer*>(renderer_.get()) != nullptr) throw;
         Replace();
         return;
     }
@@ -100,12 +106,16 @@ void FrameLoop::Begin() {
     if (!isShown_ && !isRepeated_) ShowPicture();
 }
 
-void FrameLoop::Replace() {
-    isReplaced_ = true;
-    renderer_ = std::make_unique<CpuRenderer>();
-    rendererName_ = renderer_->Name();
+void FrameLoop::Stop() {
     isWanted_ = false;
     slices_ = nextSlice_ = 0;
+    isForeign_ = true;
+}
+
+void FrameLoop::Replace() {
+    Stop();
+    renderer_ = std::make_unique<CpuRenderer>();
+    rendererName_ = renderer_->Name();
     if (replaced_) replaced_();
 }
 

@@ -47,11 +47,13 @@ public:
 
     /// Nothing while the renderer is lent, or has a picture of another view.
     std::optional<glm::dvec3> PlaceAt(const glm::ivec2& pixel) const;
-    /// How wide and how high a picture may be, in pixels.
-    int LargestSide() const { return renderer_->LargestSide(); }
+    /// For somebody who asks what pictures it can draw, also while it is lent.
+    const PointRenderer& Renderer() const { return *renderer_; }
     /// Called when the graphics card has given up and the processor draws in its place, from then
     /// on. It has no points yet.
     void OnReplaced(std::function<void()> replaced) { replaced_ = std::move(replaced); }
+    /// Called when there is not enough memory for a picture. The last one stays.
+    void OnLackOfMemory(std::function<void()> lacking) { lacking_ = std::move(lacking); }
     std::string RendererName() const { return rendererName_; }
     /// From the beginning of a picture until it could be shown for the first time.
     double FrameMilliseconds() const { return frameMs_; }
@@ -68,6 +70,8 @@ private:
     void WarmUp();
     void OnIdle(wxIdleEvent& event);
     void Begin();
+    /// What has been begun is not drawn on, nor is anything looked up in it.
+    void Stop();
     /// The last picture stays until there are points.
     void Replace();
     void DrawSlice();
@@ -76,14 +80,14 @@ private:
     std::unique_ptr<PointRenderer> renderer_;
     Show show_;
     std::string rendererName_;
-    bool isReplaced_ = false;
     std::function<void()> replaced_;
+    std::function<void()> lacking_;
     FrameBudget budget_;
     ViewCamera camera_;
     draw::ImageSize size_;
     ViewStyle style_;
     bool isLent_ = false;
-    /// The renderer's last picture is of another view.
+    /// The renderer's last picture is of another view, or none at all.
     bool isForeign_ = false;
     /// A picture is to be begun.
     bool isWanted_ = false;

@@ -38,6 +38,10 @@ constexpr const char* emptyText =
     "or press Ctrl+O to open a tree file,\nCtrl+P to prepare scans.\n\n"
     "F1 tells what mouse, touchpad and keys do.";
 
+constexpr const char* noMemory =
+    "There is not enough memory to draw this view; lower the point budget or make the window "
+    "smaller.";
+
 class FileDrop : public wxFileDropTarget {
 public:
     explicit FileDrop(std::function<void(const std::vector<std::string>&)> open)
@@ -105,6 +109,7 @@ MainFrame::MainFrame(const CommandLine& commandLine)
       commands_(*this) {
     BuildWindow();
     PlaceOnScreen();
+    frames_.OnLackOfMemory([this] { Tell(noMemory); });
     updates_.OnRest([this] { control_.OnRest(); });
     view_->SetInput(&control_);
     Bind(wxEVT_CLOSE_WINDOW, &MainFrame::OnClosing, this);
@@ -248,7 +253,7 @@ void MainFrame::TakeScreenshot(const std::string& file, const draw::ImageSize& s
         file,        size, view_->PictureSize(), control_.Camera(), workspace_.Shown().style,
         OverlayNow()};
     status_->Say("Drawing " + file);
-    shot.Take(updates_, [this, file](const std::string& problem) {
+    shot.Take(frames_.Renderer(), updates_, [this, file](const std::string& problem) {
         status_->Say(problem.empty() ? "Saved " + file : "");
         if (!problem.empty()) Tell(problem);
     });

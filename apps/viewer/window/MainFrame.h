@@ -51,7 +51,7 @@ public:
     void Tell(const std::string& sentence);
     void UseTool(ToolKind kind) { control_.UseTool(kind); }
     void SetStyle(const ViewStyle& style);
-    int LargestPictureSide() const { return frames_.LargestSide(); }
+    int LargestPictureSide() const { return frames_.Renderer().LargestSide(); }
     draw::ImageSize PictureSize() const { return view_->PictureSize(); }
     /// Adds a plane across an axis and goes on with moving it.
     void AddSection(Axis axis);

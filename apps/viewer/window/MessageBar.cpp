@@ -48,6 +48,8 @@ MessageBar::MessageBar(wxWindow* parent)
 
 void MessageBar::Tell(const std::string& sentence) {
     const std::string whole = withPoint(sentence);
+    // The bar's new place would bring another picture, and where that fails this sentence again.
+    if (!told_.empty() && told_.back() == whole) return;
     std::erase(told_, whole);
     told_.push_back(whole);
     if (told_.size() > mostSentences) told_.erase(told_.begin());

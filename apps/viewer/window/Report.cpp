@@ -27,29 +27,6 @@ json toJson(const wxRect& place) {
     return {{"x", place.x}, {"y", place.y}, {"width", place.width}, {"height", place.height}};
 }
 
-const char* nameOf(PointSizing sizing) {
-    switch (sizing) {
-        case PointSizing::Automatic:
-            return "automatic";
-        case PointSizing::Fixed:
-            return "fixed";
-        case PointSizing::ByDistance:
-            return "by distance";
-    }
-    return "";
-}
-
-json toJson(const ViewStyle& style) {
-    return {{"sizing", nameOf(style.sizing)},
-            {"pointSize", style.pointSize},
-            {"round", style.roundPoints},
-            {"shaded", style.shaded},
-            {"background", toJson(style.background)},
-            {"axes", style.axes},
-            {"scaleBar", style.scaleBar},
-            {"legend", style.legend}};
-}
-
 template <class Values>
 json list(const Values& values) {
     json all = json::array();
@@ -111,6 +88,7 @@ void Report::OnIdle(wxIdleEvent& event) {
     event.Skip();
     if (!isAsked_ || !frame_.IsIdle()) return;
     isAsked_ = false;
+    frame_.view_->Update();  // who has read the report may look at the screen
     Write();
 }
 
@@ -169,17 +147,8 @@ json Report::Entities() const {
     json all = json::array();
     for (const Entity& entity : frame_.workspace_.Shown().entities) {
         const EntityFacts* facts = frame_.workspace_.FactsOf(entity.id);
-        json one{{"id", entity.id},
-                 {"name", entity.name},
-                 {"file", entity.file},
-                 {"visible", entity.visible},
-                 {"location", toJson(entity.placement.location)},
-                 {"rotation", entity.placement.rotation},
-                 {"scale", entity.placement.scale},
-                 {"stylization", entity.stylization},
-                 {"scheme", entity.colourScheme},
-                 {"cropped", entity.cropped},
-                 {"locked", entity.locked}};
+        json one = toJson(entity);
+        one["id"] = entity.id;
         if (facts != nullptr) {
             one["shown"] = entity.visible ? facts->shown.shown : 0;
             one["total"] = facts->points;

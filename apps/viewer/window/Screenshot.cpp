@@ -65,6 +65,7 @@ std::string whyTooLarge(const draw::ImageSize& size, const PointRenderer& render
 }
 
 std::string drawAndSave(const Screenshot& shot, PointRenderer& renderer) {
+    // Once more, as the points may have taken the memory.
     std::string reason = whyTooLarge(shot.size, renderer);
     if (!reason.empty()) return reason;
     try {
@@ -81,14 +82,16 @@ std::string drawAndSave(const Screenshot& shot, PointRenderer& renderer) {
 
 }  // namespace
 
-void Screenshot::Take(UpdateLoop& updates,
+void Screenshot::Take(const PointRenderer& renderer, UpdateLoop& updates,
                       std::function<void(const std::string& problem)> done) const {
+    const auto end = [name = file, done = std::move(done)](const std::string& reason) {
+        done(reason.empty() ? "" : "The picture " + name + " could not be saved: " + reason + ".");
+    };
+    // Before its points are fetched, which takes a while and puts the window's away.
+    const std::string reason = whyTooLarge(size, renderer);
+    if (!reason.empty()) return end(reason);
     updates.AskPicture(
-        size, [shot = *this](PointRenderer& renderer) { return drawAndSave(shot, renderer); },
-        [name = file, done = std::move(done)](const std::string& reason) {
-            done(reason.empty() ? ""
-                                : "The picture " + name + " could not be saved: " + reason + ".");
-        });
+        size, [shot = *this](PointRenderer& drawing) { return drawAndSave(shot, drawing); }, end);
 }
 
 }  // namespace vpc::viewer

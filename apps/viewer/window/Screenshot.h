@@ -20,8 +20,10 @@ struct Screenshot {
     Overlay overlay;
 
     /// Has the picture drawn and saved, beside the window's thread.
-    /// \param done gets a sentence where that failed, an empty text otherwise
-    void Take(UpdateLoop& updates, std::function<void(const std::string& problem)> done) const;
+    /// \param renderer what is going to draw it
+    /// \param done     gets a sentence where that failed, an empty text otherwise
+    void Take(const PointRenderer& renderer, UpdateLoop& updates,
+              std::function<void(const std::string& problem)> done) const;
 };
 
 }  // namespace vpc::viewer

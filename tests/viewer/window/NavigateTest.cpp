@@ -40,8 +40,8 @@ TEST_F(NavigateTest, TurnsSlidesAndZoomsAtTheCursorAndComesBack) {
     viewer.Report();
     EXPECT_EQ(viewer.Camera(), camera);
     EXPECT_TRUE(comesToShow(viewer, before));
-    // A view that was left before it came to rest can be gone back to as well. One step of the wheel,
-    // since a slow machine may find a rest between two.
+    // A view that was left before it came to rest can be gone back to as well. One step of the
+    // wheel, since a slow machine may find a rest between two.
     viewer.Wheel(pixel, 1);
     viewer.Key("Control_L+1");
     viewer.Report();

@@ -1,3 +1,4 @@
+#include "support/LasBuilder.h"
 #include "viewer/window/WindowTest.h"
 
 namespace vpc::test {
@@ -6,16 +7,25 @@ namespace {
 class PrepareTest : public WindowTest {
 protected:
     PrepareTest() { std::filesystem::remove(folder.file("t.vpt")); }
-    /// Starts a preparation and stops its process, so that it cannot be done before `meanwhile`.
-    template <class Meanwhile>
-    void meetInTheMiddle(ViewerRun& viewer, const Meanwhile& meanwhile) const {
+    /// Makes the scan so large that its preparation goes on until it is ended.
+    void makeEndless() const {
+        LasBuilder scan;
+        scan.format = 0;
+        scan.legacyCount = 200'000'000;
+        write("t.las", scan.bytes());
+        // The points are a hole, which takes no room.
+        const std::filesystem::path file = folder.file("t.las");
+        std::filesystem::resize_file(file,
+                                     std::filesystem::file_size(file) + *scan.legacyCount * 20ULL);
+    }
+    /// The process of a preparation that begins.
+    static pid_t begin(ViewerRun& viewer) {
         viewer.CloseDialog("dialog/Prepare");
-        ASSERT_TRUE(ProgramRun::waitUntil([&] { return !viewer.Children().empty(); }));
-        const pid_t child = viewer.Children().front();
-        kill(child, SIGSTOP);
-        meanwhile();
-        kill(child, SIGCONT);
-        EXPECT_TRUE(ProgramRun::waitUntil([&] { return kill(child, 0) != 0; }));
+        ProgramRun::waitUntil([&] { return !viewer.Children().empty(); });
+        return viewer.Children().at(0);
+    }
+    void expectNothingLeftBy(pid_t process) const {
+        EXPECT_TRUE(ProgramRun::waitUntil([&] { return kill(process, 0) != 0; }));
         std::set<std::string> names = folder.names();
         std::erase_if(names, [](const auto& name) { return name.find("home") == 0; });
         names.erase("report.json");
@@ -35,11 +45,12 @@ TEST_F(PrepareTest, PreparesAScanAndOpensIt) {
 }
 
 TEST_F(PrepareTest, ACancelledPreparationLeavesNothing) {
+    makeEndless();
     ViewerRun viewer = start("t.las");
-    meetInTheMiddle(viewer, [&] {
-        EXPECT_EQ(viewer.Report()["preparing"][0]["state"], "running");
-        viewer.ClickControl("preparing/0/cancel");
-    });
+    const pid_t process = begin(viewer);
+    EXPECT_EQ(viewer.Report()["preparing"][0]["state"], "running");
+    viewer.ClickControl("preparing/0/cancel");
+    expectNothingLeftBy(process);
     viewer.ReportWhen([](const auto& report) {
         return report["preparing"].empty() || report["preparing"][0]["state"] == "cancelled";
     });
@@ -48,11 +59,12 @@ TEST_F(PrepareTest, ACancelledPreparationLeavesNothing) {
 }
 
 TEST_F(PrepareTest, ClosingEndsAPreparation) {
+    makeEndless();
     ViewerRun viewer = start("t.las");
-    meetInTheMiddle(viewer, [&] {
-        viewer.CloseTop();
-        viewer.AcceptSystemDialog();
-    });
+    const pid_t process = begin(viewer);
+    viewer.CloseTop();
+    viewer.AcceptSystemDialog();
+    expectNothingLeftBy(process);
     viewer.WaitForEnd();
 }
 
