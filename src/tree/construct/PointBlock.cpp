@@ -1,6 +1,7 @@
 #include "tree/construct/PointBlock.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "tree/file/PointTreeLayout.h"
@@ -14,25 +15,32 @@ constexpr unsigned long long collectionCapacity = 4096;
 
 }  // namespace
 
-PointBlock::PointBlock(FileBufferStream& stream, const VpcConstructNode& node, PointBlock* parent,
-                       SamplePattern* pattern)
-    : stream_(stream), node_(node), parent_(parent), pattern_(pattern) {
+PointBlock::PointBlock(FileBufferStream& stream, DirectWriter* direct, const VpcConstructNode& node,
+                       PointBlock* parent, SamplePattern* pattern)
+    : stream_(stream),
+      node_(node),
+      parent_(parent),
+      pattern_(pattern),
+      position_(node.blockPosition) {
+    if (direct != nullptr) direct_.emplace(*direct, stream, position_);
 }
 
-void PointBlock::GoOn() {
-    if (written_ != 0) {
-        stream_.StreamSeek(node_.blockPosition + PointTreeLayout::pointBlockHeaderSize +
-                           written_ * recordSize);
-        return;
-    }
-    stream_.StreamSeek(node_.blockPosition);
-    stream_.StreamWriteUint64(node_.Level());
-    stream_.StreamWriteUint64(node_.PointsOnDisk());
+void PointBlock::WriteHeader() {
+    const std::array<unsigned long long, 2> words{node_.Level(), node_.PointsOnDisk()};
+    static_assert(sizeof words == PointTreeLayout::pointBlockHeaderSize);
+    WriteBytes(reinterpret_cast<const char*>(words.data()), sizeof words);
+}
+
+void PointBlock::WriteBytes(const char* bytes, unsigned long long size) {
+    if (direct_) return direct_->Append(bytes, size);
+    stream_.StreamSeek(position_);
+    stream_.WriteCharArray2File(bytes, size);
+    position_ += size;
 }
 
 void PointBlock::Write(const char* records, unsigned long long count) {
-    GoOn();
-    stream_.WriteCharArray2File(records, count * recordSize);
+    if (written_ == 0) WriteHeader();
+    WriteBytes(records, count * recordSize);
     const unsigned long long begin = written_;
     written_ += count;
     if (parent_ == nullptr) return;
@@ -58,7 +66,8 @@ void PointBlock::WriteCollected() {
 
 void PointBlock::Finish() {
     WriteCollected();
-    if (written_ == 0) GoOn();
+    if (written_ == 0) WriteHeader();
+    if (direct_) direct_->Finish();
 }
 
 }  // namespace vpc

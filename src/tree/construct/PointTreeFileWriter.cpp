@@ -51,16 +51,24 @@ void PointTreeFileWriter::Write(const wxString& fileName,
     stream_.StreamOpen(file.TemporaryName(), FileModeWrite);
     RequireGoodStream();
     PlacePositions();
+    SetRoomAside(file.TemporaryName());
+    WriteHeader();
+    WriteNodeRecords();
+    WritePointBlocks();
+    if (direct_) direct_->Finish();
+    direct_.reset();
+    stream_.StreamClose();
+    RequireGoodStream();
+    file.Commit();
+}
+
+void PointTreeFileWriter::SetRoomAside(const wxString& temporaryName) {
     // The temporary file shrinks while this one grows: together they take the room of the whole
     // result and no more.
     const unsigned long long temporary = tree_.TemporaryBytes();
     if (fileSize_ > temporary) stream_.StreamPreallocate(fileSize_ - temporary);
-    WriteHeader();
-    WriteNodeRecords();
-    WritePointBlocks();
-    stream_.StreamClose();
-    RequireGoodStream();
-    file.Commit();
+    if (fileSize_ >= tree_.LargeFile())
+        direct_ = DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
 }
 
 void PointTreeFileWriter::RequireGoodStream() const {
@@ -181,14 +189,14 @@ void PointTreeFileWriter::WritePointBlocks() {
     }
     for (const auto& level : tree_.Levels()) {
         for (VpcConstructNode* node : level) {
-            PointBlock block(stream_, *node, nullptr, nullptr);
+            PointBlock block(stream_, direct_.get(), *node, nullptr, nullptr);
             WriteOwnPoints(*node, block);
         }
     }
 }
 
 void PointTreeFileWriter::WriteSubtree(VpcConstructNode& node, PointBlock* parent) {
-    PointBlock block(stream_, node, parent, &tree_.SamplePatternOfTree());
+    PointBlock block(stream_, direct_.get(), node, parent, &tree_.SamplePatternOfTree());
     if (node.Children().empty()) {
         WriteOwnPoints(node, block);
         return;
@@ -214,7 +222,7 @@ void PointTreeFileWriter::WriteOwnPoints(VpcConstructNode& node, PointBlock& blo
 void PointTreeFileWriter::ReportNode(const VpcConstructNode& node) {
     pointsDone_ += node.PointsOnDisk();
     // Early, so that little is left to wait for.
-    if (pointsDone_ >= nextWriteBack_) {
+    if (pointsDone_ >= nextWriteBack_ && direct_ == nullptr) {
         stream_.StreamStartWriteBack();
         nextWriteBack_ = pointsDone_ + pointsPerWriteBack;
     }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <memory>
+
 #include <wx/string.h>
 
+#include "core/util/DirectWriter.h"
 #include "core/util/FileBufferStream.h"
 #include "tree/construct/VpcConstructTree.h"
 
@@ -23,6 +26,7 @@ public:
     void Write(const wxString& fileName, const VpcConstructTree::Progress& progress);
 
 private:
+    void SetRoomAside(const wxString& temporaryName);
     /// Gives every node its place in the file.
     void PlacePositions();
     void WriteHeader();
@@ -54,6 +58,8 @@ private:
     VpcConstructTree::Progress progress_;
     wxString fileName_;
     FileBufferStream stream_;
+    /// Null where the system's cache does as well or better.
+    std::unique_ptr<DirectWriter> direct_;
 };
 
 }  // namespace vpc

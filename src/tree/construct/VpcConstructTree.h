@@ -113,6 +113,10 @@ public:
     const VpcTriplet<unsigned long long>& DimensionRatios() const { return dimensionRatios_; }
     const std::vector<wxString>& SourceNames() const { return sourceNames_; }
     double MinimumPointDistance() const { return minimumPointDistance_; }
+    /// From this size in bytes on the tree file is written past the system's cache, where that is
+    /// possible. A smaller one is left to the cache, which takes it faster than a slow disk would.
+    void SetLargeFile(unsigned long long bytes) { largeFile_ = bytes; }
+    unsigned long long LargeFile() const { return largeFile_; }
     /// What a finished tree's points take in temporary files.
     unsigned long long TemporaryBytes() const;
     unsigned long long PointsAdded() const { return pointsAdded_; }
@@ -212,4 +216,5 @@ private:
     vpc::NodePointStore store_;
     std::unique_ptr<VpcConstructNode> root_;
     vpc::LeafHints leafHints_;
+    unsigned long long largeFile_ = 1ULL << 30;
 };

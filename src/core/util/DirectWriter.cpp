@@ -1,0 +1,145 @@
+#include "core/util/DirectWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <utility>
+
+#include <fcntl.h>
+#include <linux/aio_abi.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <wx/translation.h>
+
+#include "core/util/IoError.h"
+
+namespace vpc {
+
+namespace {
+
+/// The most parts that are written at a time.
+constexpr unsigned mostBusy = 8;
+
+}  // namespace
+
+DirectWriter::Part::Part()
+    : bytes(static_cast<char*>(std::aligned_alloc(DirectWriter::pageSize, partSize))) {
+    if (bytes == nullptr) throw std::bad_alloc();
+}
+
+DirectWriter::Descriptor::Descriptor(const std::string& path, int flags)
+    : number_(open(path.c_str(), flags | O_CLOEXEC)) {
+}
+
+DirectWriter::Descriptor::~Descriptor() {
+    if (number_ >= 0) close(number_);
+}
+
+std::unique_ptr<DirectWriter> DirectWriter::Open(const std::string& path, unsigned long long size,
+                                                 const wxString& name) {
+    std::unique_ptr<DirectWriter> writer(new DirectWriter(path, name));
+    if (!writer->Begin(size)) writer.reset();
+    return writer;
+}
+
+DirectWriter::DirectWriter(const std::string& path, const wxString& name)
+    : name_(name), direct_(path, O_WRONLY | O_DIRECT), cached_(path, O_WRONLY) {
+}
+
+bool DirectWriter::Begin(unsigned long long size) {
+    return direct_.Number() >= 0 && cached_.Number() >= 0 &&
+           size <= static_cast<unsigned long long>(std::numeric_limits<off_t>::max()) &&
+           ftruncate(direct_.Number(), static_cast<off_t>(size)) == 0 &&
+           syscall(SYS_io_setup, mostBusy, &queue_) == 0;
+}
+
+DirectWriter::~DirectWriter() {
+    while (!busy_.empty()) Collect(1);
+    if (queue_ != 0) syscall(SYS_io_destroy, queue_);
+}
+
+DirectWriter::PartHandle DirectWriter::Take() {
+    if (free_.empty()) return std::make_unique<Part>();
+    PartHandle part = std::move(free_.back());
+    free_.pop_back();
+    return part;
+}
+
+void DirectWriter::Write(PartHandle part) {
+    if (!HasTurn(part->size)) {
+        WriteThroughCache(*part, 0);
+        PutBack(std::move(part));
+        return RequireAllWritten();
+    }
+    iocb request{};
+    request.aio_data = reinterpret_cast<std::uintptr_t>(part.get());
+    request.aio_lio_opcode = IOCB_CMD_PWRITE;
+    request.aio_fildes = static_cast<std::uint32_t>(direct_.Number());
+    request.aio_buf = reinterpret_cast<std::uintptr_t>(part->bytes.get() + part->begin);
+    request.aio_nbytes = part->size;
+    request.aio_offset = static_cast<std::int64_t>(part->position);
+    busy_.push_back(std::move(part));
+    std::array<iocb*, 1> requests{&request};
+    if (syscall(SYS_io_submit, queue_, 1L, requests.data()) != 1) Complete(*busy_.back(), 0);
+    RequireAllWritten();
+}
+
+bool DirectWriter::HasTurn(std::size_t size) {
+    if (busy_.size() >= mostBusy) Collect(0);
+    if (busy_.size() < mostBusy) return true;
+    if (size <= cacheLeft_) {
+        cacheLeft_ -= size;
+        return false;
+    }
+    Collect(1);
+    return true;
+}
+
+void DirectWriter::Finish() {
+    while (!busy_.empty()) Collect(1);
+    RequireAllWritten();
+}
+
+void DirectWriter::RequireAllWritten() const {
+    if (failure_ != 0) throw IoError(name_, wxGetTranslation("cannot be written"), failure_);
+}
+
+void DirectWriter::Collect(long atLeast) {
+    std::array<io_event, mostBusy> events{};
+    long count = -1;
+    while (count < 0)  // a signal may interrupt it
+        count = syscall(SYS_io_getevents, queue_, atLeast, static_cast<long>(events.size()),
+                        events.data(), nullptr);
+    for (long i = 0; i < count; ++i) {
+        const io_event& event = events[static_cast<std::size_t>(i)];
+        Complete(*reinterpret_cast<Part*>(event.data), event.res);
+    }
+}
+
+void DirectWriter::Complete(Part& part, long long written) {
+    const auto done = static_cast<std::size_t>(std::max(written, 0LL));
+    // What the system does not take in this way it may take in the other, and else it says why.
+    if (done < part.size) WriteThroughCache(part, done);
+    const auto place = std::find_if(busy_.begin(), busy_.end(),
+                                    [&](const PartHandle& busy) { return busy.get() == &part; });
+    free_.push_back(std::move(*place));
+    busy_.erase(place);
+}
+
+void DirectWriter::WriteThroughCache(const Part& part, std::size_t done) {
+    while (done < part.size) {
+        const ssize_t written = pwrite(cached_.Number(), part.bytes.get() + part.begin + done,
+                                       part.size - done, static_cast<off_t>(part.position + done));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) {
+            failure_ = written < 0 ? errno : ENOSPC;
+            return;
+        }
+        done += static_cast<std::size_t>(written);
+    }
+}
+
+}  // namespace vpc
