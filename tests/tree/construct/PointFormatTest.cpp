@@ -10,6 +10,11 @@
 
 #include <gtest/gtest.h>
 
+#include "io/LasIO.h"
+#include "support/LasBuilder.h"
+#include "support/ReaderTools.h"
+#include "tree/construct/PointPacker.h"
+
 namespace vpc::test {
 
 namespace {
@@ -105,6 +110,60 @@ TEST(PointFormat, KeepsEveryCombinationOfValuesInTheRoomThatItTakes) {
                         PointFormat widest;
                         expectKept(widest, points, recordBytes);
                     }
+}
+
+// What a LAS scan's records hold is what the reader makes of them, point by point and in all.
+TEST(PointFormat, KeepsRecordsAsThePointsThatTheyMean) {
+    const TempFolder folder;
+    const std::filesystem::path path = folder.file("a.las");
+    using Point = LasBuilder::Point;
+    const std::function<void(Point&, std::uint16_t)> colours[] = {
+        [](Point&, std::uint16_t) {},
+        [](Point& p, std::uint16_t) { p.red = p.green = p.blue = p.intensity; },
+        [](Point& p, std::uint16_t i) { p.red = i % 256, p.blue = 255; },
+        [](Point& p, std::uint16_t i) {
+            p.green = i >= 500 ? static_cast<std::uint16_t>(65 * i) : 7;
+        }};
+    for (const int format : {0, 2, 3, 7, 9})
+        for (const auto& colour : colours) {
+            LasBuilder scan;
+            scan.format = format;
+            scan.versionMinor = format > 5 ? 4 : 2;
+            scan.scale = {0.001, -0.25, 1e-7};
+            scan.offset = {-1234.5, 0.0, 7e6};
+            for (std::uint16_t i = 0; i < 1000; ++i) {
+                scan.points.push_back(
+                    {i * 2147000 - 1073000000, 700 - i, i % 9, static_cast<std::uint16_t>(i * 65)});
+                colour(scan.points.back(), i);
+            }
+            writeBytes(path, scan.bytes());
+            LasIO byPoint(300), byRecord(300);
+            byPoint.scanIndex = byRecord.scanIndex = 3;
+            const Points points = readAll(byPoint, path).points;
+            ASSERT_NE(byRecord.initializeRead(toWx(path)), nullptr);
+            PointPacker packer;
+            std::string records;
+            while (byRecord.pointsRemaining != 0) {
+                const auto batch = byRecord.nextRecordBatch();
+                ASSERT_TRUE(batch.has_value());
+                const PackedRun run = packer.Pack(*batch);
+                EXPECT_LE(run.stride, 20U);
+                std::string some(run.count * recordBytes, '\0');
+                run.format->Unpack(run.records, run.stride, run.count, some.data());
+                records += some;
+            }
+            std::string expected(points.size() * recordBytes, '\0');
+            for (std::size_t i = 0; i < points.size(); ++i)
+                points[i].ToRecord(expected.data() + i * recordBytes);
+            EXPECT_TRUE(records == expected) << format;
+            EXPECT_EQ(extentOf(byRecord), extentOf(byPoint));
+            const auto statistics = [](const LasIO& reader) {
+                return joined(reader.maxRed, reader.maxGreen, reader.maxBlue, reader.maxIntensity,
+                              reader.pointsRead, reader.batchIndex,
+                              reader.Account().sentences.size());
+            };
+            EXPECT_EQ(statistics(byRecord), statistics(byPoint));
+        }
 }
 
 // Nothing is too odd to be kept: some fields of some points are taken from all bit patterns.

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -23,6 +26,40 @@ TEST(DimensionRatios, DivideTheRootIntoAboutCubes) {
         {1, 1.50015, 1, {1, 2, 1}}, {1.50005, 1, 1.2, {2, 2, 2}}, {1.50005, 1.2, 1, {2, 1, 1}}};
     for (const auto& [x, y, z, ratios] : cases)
         EXPECT_TRUE(vpc::dimensionRatios(x, y, z) == ratios) << x << ' ' << y << ' ' << z;
+}
+
+// Where points come in no order the tree remembers which leaf holds which part of the box.
+TEST(ConstructTree, PutsPointsOnTheSidesOfItsCellsWhereTheyBelong) {
+    std::mt19937 engine(1);
+    for (const double offset : {0.0, 123456.7, 1e9}) {
+        const vpc::test::PrepareFolder folder;
+        VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 50, 12, false,
+                              1U << 22U);
+        // With the margin that the root gets, the sides lie at whole numbers and their parts.
+        const double low = offset, high = offset + 64.0;
+        tree.InitializeRootNode({low, low, low, high, high, high});
+        const auto& box = tree.Root()->Box();
+        const auto drawn = [&](unsigned from) { return static_cast<double>(engine() % from); };
+        const auto coordinate = [&](double least, double greatest) {
+            const double at = least + (greatest - least) * drawn(65) / 64.0;
+            const double beside[] = {at, std::nextafter(at, least), std::nextafter(at, greatest),
+                                     least + (greatest - least) * drawn(1000) / 1000.0};
+            return std::clamp(beside[engine() % 4], low, high);
+        };
+        std::vector<VpcPoint3D> points;
+        for (int i = 0; i < 60000; ++i)
+            points.push_back(pointAt(coordinate(box.minPoint.x, box.maxPoint.x),
+                                     coordinate(box.minPoint.y, box.maxPoint.y),
+                                     coordinate(box.minPoint.z, box.maxPoint.z)));
+        tree.AddPoints(points.data(), points.size());
+        EXPECT_EQ(tree.UntakenPoints(), 0U);
+        ASSERT_TRUE(tree.BuildEndNodeList()) << tree.FailureReason();
+        std::size_t found = 0;
+        for (VpcConstructNode* node : tree.Levels().back())
+            for (const VpcPoint3D& p : node->GetPointsFromDisk())
+                found += node->Contains(p.x, p.y, p.z) ? 1 : 0;
+        EXPECT_EQ(found, points.size()) << offset;
+    }
 }
 
 // The tree remembers the leaf of the last point, and it may have become a parent since.

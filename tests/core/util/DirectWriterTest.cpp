@@ -1,0 +1,64 @@
+#include "core/util/DirectWriter.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <list>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "core/util/DirectRange.h"
+#include "core/util/FileTools.h"
+#include "support/TempFolder.h"
+
+namespace vpc::test {
+namespace {
+
+// Ranges of all lengths lie side by side, and some are open at the same time. They come faster than
+// a disk takes them, so that parts go to the cache, too.
+TEST(DirectWriter, WritesEveryByteOfEveryRangeToItsPlace) {
+    const TempFolder folder;
+    const std::string path = folder.file("whole");
+    std::mt19937 engine(1);
+    std::string expected(200ULL << 20U, '\0');
+    for (std::size_t i = 0; i + 4 <= expected.size(); i += 4) {
+        const auto value = engine();
+        std::memcpy(expected.data() + i, &value, 4);
+    }
+    FileBufferStream stream;
+    stream.StreamOpen(FileTools::FromNativePath(path), FileModeWrite);
+    const auto writer = DirectWriter::Open(path, expected.size(), "whole");
+    if (writer == nullptr) GTEST_SKIP() << "no direct writing here";
+    struct Open {
+        DirectRange range;
+        std::size_t at, end;
+    };
+    std::list<Open> open;
+    const std::size_t lengths[] = {1, 16, 4095, 4096, 4097, 9000, 70000, 1U << 20U, 3000000};
+    const auto drawn = [&](std::size_t from) { return std::size_t{engine()} % from; };
+    for (std::size_t next = 0; next != expected.size() || !open.empty();) {
+        if (next != expected.size() && open.size() < 5) {
+            const auto length =
+                std::min(lengths[drawn(std::size(lengths))] + drawn(30), expected.size() - next);
+            open.push_back({DirectRange(*writer, stream, next), next, next + length});
+            next += length;
+        }
+        const auto chosen =
+            std::next(open.begin(), static_cast<std::ptrdiff_t>(drawn(open.size())));
+        const auto some = std::min(drawn(400000), chosen->end - chosen->at);
+        chosen->range.Append(expected.data() + chosen->at, some);
+        chosen->at += some;
+        if (chosen->at != chosen->end) continue;
+        chosen->range.Finish();
+        open.erase(chosen);
+    }
+    writer->Finish();
+    stream.StreamClose();
+    EXPECT_TRUE(stream.IsStreamGood());
+    EXPECT_TRUE(readBytes(path) == expected);
+}
+
+}  // namespace
+}  // namespace vpc::test
