@@ -23,6 +23,11 @@ namespace {
 /// The most parts that are written at a time.
 constexpr unsigned mostBusy = 8;
 
+/// By which the system's answer is matched with its part.
+std::uint64_t idOf(const DirectWriter::Part& part) {
+    return reinterpret_cast<std::uintptr_t>(&part);
+}
+
 }  // namespace
 
 DirectWriter::Part::Part()
@@ -75,7 +80,7 @@ void DirectWriter::Write(PartHandle part) {
         return RequireAllWritten();
     }
     iocb request{};
-    request.aio_data = reinterpret_cast<std::uintptr_t>(part.get());
+    request.aio_data = idOf(*part);
     request.aio_lio_opcode = IOCB_CMD_PWRITE;
     request.aio_fildes = static_cast<std::uint32_t>(direct_.Number());
     request.aio_buf = reinterpret_cast<std::uintptr_t>(part->bytes.get() + part->begin);
@@ -83,7 +88,7 @@ void DirectWriter::Write(PartHandle part) {
     request.aio_offset = static_cast<std::int64_t>(part->position);
     busy_.push_back(std::move(part));
     std::array<iocb*, 1> requests{&request};
-    if (syscall(SYS_io_submit, queue_, 1L, requests.data()) != 1) Complete(*busy_.back(), 0);
+    if (syscall(SYS_io_submit, queue_, 1L, requests.data()) != 1) Complete(request.aio_data, 0);
     RequireAllWritten();
 }
 
@@ -115,16 +120,17 @@ void DirectWriter::Collect(long atLeast) {
                         events.data(), nullptr);
     for (long i = 0; i < count; ++i) {
         const io_event& event = events[static_cast<std::size_t>(i)];
-        Complete(*reinterpret_cast<Part*>(event.data), event.res);
+        Complete(event.data, event.res);
     }
 }
 
-void DirectWriter::Complete(Part& part, long long written) {
+void DirectWriter::Complete(std::uint64_t id, long long written) {
+    const auto place = std::find_if(busy_.begin(), busy_.end(),
+                                    [&](const PartHandle& part) { return idOf(*part) == id; });
+    if (place == busy_.end()) return;
     const auto done = static_cast<std::size_t>(std::max(written, 0LL));
     // What the system does not take in this way it may take in the other, and else it says why.
-    if (done < part.size) WriteThroughCache(part, done);
-    const auto place = std::find_if(busy_.begin(), busy_.end(),
-                                    [&](const PartHandle& busy) { return busy.get() == &part; });
+    if (done < (*place)->size) WriteThroughCache(**place, done);
     free_.push_back(std::move(*place));
     busy_.erase(place);
 }

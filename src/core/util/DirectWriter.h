@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -81,7 +82,7 @@ private:
     [[nodiscard]] bool HasTurn(std::size_t size);
     /// Takes back the parts that are written, and waits for some if need be.
     void Collect(long atLeast);
-    void Complete(Part& part, long long written);
+    void Complete(std::uint64_t id, long long written);
     void WriteThroughCache(const Part& part, std::size_t done);
     void RequireAllWritten() const;
 

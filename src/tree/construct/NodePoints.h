@@ -78,8 +78,9 @@ public:
     /// Has the processor fetch what the next Append reads, and, once that is there, what it writes.
     void PrefetchForAppend() const { __builtin_prefetch(this, 1); }
     void PrefetchPlace() const {
+        constexpr std::size_t lastByte = 2 * std::size_t{RecordBlock::wordSize} - 1;
         __builtin_prefetch(cursor_, 1);
-        __builtin_prefetch(cursor_ + RecordBlock::wordSize * 2 - 1, 1);
+        __builtin_prefetch(cursor_ + lastByte, 1);
     }
 
     /// Calls `visit` with all points in order. Meanwhile none of them leaves memory. Throws
