@@ -35,14 +35,6 @@ DirectWriter::Part::Part()
     if (bytes == nullptr) throw std::bad_alloc();
 }
 
-DirectWriter::Descriptor::Descriptor(const std::string& path, int flags)
-    : number_(open(path.c_str(), flags | O_CLOEXEC)) {
-}
-
-DirectWriter::Descriptor::~Descriptor() {
-    if (number_ >= 0) close(number_);
-}
-
 std::unique_ptr<DirectWriter> DirectWriter::Open(const std::string& path, unsigned long long size,
                                                  const wxString& name) {
     std::unique_ptr<DirectWriter> writer(new DirectWriter(path, name));

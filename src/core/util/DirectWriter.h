@@ -9,6 +9,8 @@
 
 #include <wx/string.h>
 
+#include "core/util/Descriptor.h"
+
 namespace vpc {
 
 /// Writes large parts of a file to the disk past the system's cache, several at a time, while its
@@ -62,19 +64,6 @@ public:
     void Finish();
 
 private:
-    /// An open descriptor, closed at the end; -1 when there is none.
-    class Descriptor {
-    public:
-        Descriptor(const std::string& path, int flags);
-        ~Descriptor();
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        int Number() const { return number_; }
-
-    private:
-        int number_;
-    };
-
     DirectWriter(const std::string& path, const wxString& name);
     [[nodiscard]] bool Begin(unsigned long long size);
     /// True when the disk has time for one more part; it is waited for where the cache should not

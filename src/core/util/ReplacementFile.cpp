@@ -10,6 +10,7 @@
 
 #include <wx/translation.h>
 
+#include "core/util/Descriptor.h"
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
 #include "core/util/StringTools.h"
@@ -24,21 +25,6 @@ namespace fs = std::filesystem;
 constexpr unsigned flushesPerWriteBack = 16;
 /// The system itself follows no more links in a row.
 constexpr int mostLinks = 40;
-
-/// An open descriptor; -1 when there is none.
-class Descriptor {
-public:
-    Descriptor(const fs::path& path, int flags) : number_(open(path.c_str(), flags | O_CLOEXEC)) {}
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int Number() const { return number_; }
-
-private:
-    int number_;
-};
 
 fs::path folderOf(const fs::path& path) {
     const fs::path folder = path.parent_path();

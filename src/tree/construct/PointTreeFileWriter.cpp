@@ -1,6 +1,7 @@
 #include "tree/construct/PointTreeFileWriter.h"
 
 #include <cstring>
+#include <limits>
 
 #include <wx/translation.h>
 
@@ -16,8 +17,7 @@ namespace {
 
 /// Points between two requests to begin the writing to the disk: some 128 MiB.
 constexpr unsigned long long pointsPerWriteBack = 2400000;
-/// Points of a file that need no such request where nothing waits for the disk: some 800 MiB.
-constexpr unsigned long long pointsLeftToSystem = 16000000;
+constexpr unsigned long long never = std::numeric_limits<unsigned long long>::max();
 
 PointTreeLayout::ChildGrid childGridOf(const VpcConstructNode& node) {
     const auto& grid = node.ChildrenPerAxis();
@@ -46,7 +46,7 @@ void PointTreeFileWriter::Write(const wxString& fileName,
     progress_ = progress;
     fileName_ = fileName;
     // Only a file that replaces another is synced at its end.
-    nextWriteBack_ = FileTools::FileExists(fileName) ? pointsPerWriteBack : pointsLeftToSystem;
+    nextWriteBack_ = FileTools::FileExists(fileName) ? pointsPerWriteBack : never;
     ReplacementFile file(fileName, tree_.TreeId());
     stream_.StreamOpen(file.TemporaryName(), FileModeWrite);
     RequireGoodStream();
