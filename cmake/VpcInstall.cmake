@@ -44,6 +44,7 @@ set(vpc_headers
   io/FileIoFactory.h
   io/FileParentIO.h
   io/ScanAccount.h
+  io/ScanRecords.h
   io/ScanSummary.h
   tree/construct/PcCorePointPrepare.h
   tree/construct/PrepareChecks.h

@@ -27,7 +27,7 @@ constexpr unsigned long long recordHeaderBytes = 60;
 constexpr unsigned long long recordLengthPosition = 20;
 /// Bytes of the coordinates and the intensity, with which every record begins.
 constexpr unsigned long long plainRecordBytes = 14;
-constexpr int colourBytes = 6;
+constexpr int colourBytes = vpc::ScanRecords::colourSize;
 /// Enough bytes for all fields that are read from a record.
 constexpr std::size_t mostRecordBytes = 36;
 constexpr int highestFormat = 10;
@@ -259,9 +259,9 @@ unsigned long long LasIO::nextPointBatch() {
 }
 
 std::optional<vpc::ScanRecords> LasIO::nextRecordBatch() {
-    if (!RecordsAreRegular()) return std::nullopt;
+    if (batchCapacity == 0 || !RecordsAreRegular()) return std::nullopt;
     const unsigned long long n = BeginBatch();
-    if (n != 0) colorOffset != 0 ? SurveyRecords<true>(n) : SurveyRecords<false>(n);
+    SurveyRecords(0, n);
     return vpc::ScanRecords{stream.bufferStart,
                             n,
                             pointDataRecordLength,
@@ -331,62 +331,50 @@ bool LasIO::RecordsAreRegular() const {
 void LasIO::ReadPoints(unsigned long long first, unsigned long long last) {
     if (!RecordsAreRegular()) {
         for (unsigned long long i = first; i < last; ++i) ReadPoint(i, pointBuffer[i]);
-    } else if (colorOffset != 0) {
-        DecodePoints<true>(first, last);
-    } else {
-        DecodePoints<false>(first, last);
+        return;
     }
+    SurveyRecords(first, last);
+    colorOffset != 0 ? DecodePoints<true>(first, last) : DecodePoints<false>(first, last);
 }
 
-/// Does for many records what ReadPoint does for one, and keeps extent and maxima in local
-/// variables: a file is read twice, and the first pass spends most of its time in this loop.
+/// Stores the points of regular records, as ReadPoint does for one.
 template <bool hasColour>
 void LasIO::DecodePoints(unsigned long long first, unsigned long long last) {
-    if (first == last) return;
     const Corner recordScale = scale;
     const Corner recordOffset = offset;
     const int source = scanIndex;
     const int colour = colorOffset;
     const std::size_t step = pointDataRecordLength;
     const char* bytes = stream.bufferStart + first * step;
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    Corner low{infinity, infinity, infinity};
-    Corner high{-infinity, -infinity, -infinity};
-    std::uint16_t red = 0, green = 0, blue = 0;
-    int intensity = std::numeric_limits<std::int16_t>::min();
     for (VpcPoint3D *p = pointBuffer + first, *end = pointBuffer + last; p != end; ++p) {
         const Record record = decode<hasColour>(bytes, recordScale, recordOffset, colour);
         bytes += step;
         p->SetValues(record.x, record.y, record.z, record.red, record.green, record.blue,
                      record.intensity, source, 1.0);
-        low = {std::min(low.x, record.x), std::min(low.y, record.y), std::min(low.z, record.z)};
-        high = {std::max(high.x, record.x), std::max(high.y, record.y), std::max(high.z, record.z)};
-        red = std::max(red, record.red);
-        green = std::max(green, record.green);
-        blue = std::max(blue, record.blue);
-        intensity = std::max<int>(intensity, record.intensity);
     }
-    UpdateExtent(low.x, low.y, low.z);
-    UpdateExtent(high.x, high.y, high.z);
-    UpdateColorIntensityRanges(red, green, blue, intensity);
 }
 
-/// Widens extent and maxima by the block's records, which are regular, and decodes none of them but
-/// those at the extremes: a coordinate grows with its integer, or falls where the scale is
-/// negative.
+void LasIO::SurveyRecords(unsigned long long first, unsigned long long last) {
+    if (first == last) return;
+    colorOffset != 0 ? SurveyRecordsOf<true>(first, last) : SurveyRecordsOf<false>(first, last);
+}
+
+/// Widens extent and maxima by regular records, and decodes none of them but those at the extremes:
+/// a coordinate grows with its integer, or falls where the scale is negative. All is kept in local
+/// variables, since every file is read twice so.
 template <bool hasColour>
-void LasIO::SurveyRecords(unsigned long long count) {
+void LasIO::SurveyRecordsOf(unsigned long long first, unsigned long long last) {
     using Wholes = std::array<std::int32_t, 3>;
     using Channels = std::array<std::uint16_t, 3>;
     const std::size_t step = pointDataRecordLength;
     const int colour = colorOffset;
-    const char* bytes = stream.bufferStart;
+    const char* bytes = stream.bufferStart + first * step;
     auto low = valueAt<Wholes>(bytes);
     auto high = low;
     Channels channels{};
     int intensity = std::numeric_limits<std::int16_t>::min();
     std::uint16_t grey = 0;
-    for (const char* const end = bytes + count * step; bytes != end; bytes += step) {
+    for (const char* const end = stream.bufferStart + last * step; bytes != end; bytes += step) {
         const auto record = valueAt<Wholes>(bytes);
         for (std::size_t axis = 0; axis < record.size(); ++axis) {
             low[axis] = std::min(low[axis], record[axis]);

@@ -67,8 +67,9 @@ private:
     void ReadPoints(unsigned long long first, unsigned long long last);
     template <bool hasColour>
     void DecodePoints(unsigned long long first, unsigned long long last);
+    void SurveyRecords(unsigned long long first, unsigned long long last);
     template <bool hasColour>
-    void SurveyRecords(unsigned long long count);
+    void SurveyRecordsOf(unsigned long long first, unsigned long long last);
     bool RecordsAreRegular() const;
     unsigned long long NeededRecordLength() const;
     bool CoordinatesAreInReach() const;

@@ -9,6 +9,8 @@ namespace vpc {
 struct CoordinateGrid {
     std::array<double, 3> scale;
     std::array<double, 3> offset;
+
+    bool operator==(const CoordinateGrid&) const = default;
 };
 
 }  // namespace vpc

@@ -28,6 +28,12 @@ std::uint64_t idOf(const DirectWriter::Part& part) {
     return reinterpret_cast<std::uintptr_t>(&part);
 }
 
+/// Whether the system may take in the usual way what it refused, by the result of the request. A
+/// disk that has failed takes nothing, although the cache would.
+bool mayTakeOtherwise(long long result) {
+    return result == -EINVAL || result == -EAGAIN || result == -EOPNOTSUPP;
+}
+
 }  // namespace
 
 DirectWriter::Part::Part()
@@ -47,7 +53,9 @@ DirectWriter::DirectWriter(const std::string& path, const wxString& name)
 }
 
 bool DirectWriter::Begin(unsigned long long size) {
-    return direct_.Number() >= 0 && cached_.Number() >= 0 &&
+    // The cache's pages may be larger, and would then hold parts of both ways.
+    return sysconf(_SC_PAGESIZE) == long{pageSize} && direct_.Number() >= 0 &&
+           cached_.Number() >= 0 &&
            size <= static_cast<unsigned long long>(std::numeric_limits<off_t>::max()) &&
            ftruncate(direct_.Number(), static_cast<off_t>(size)) == 0 &&
            syscall(SYS_io_setup, mostBusy, &queue_) == 0;
@@ -106,10 +114,9 @@ void DirectWriter::RequireAllWritten() const {
 
 void DirectWriter::Collect(long atLeast) {
     std::array<io_event, mostBusy> events{};
-    long count = -1;
-    while (count < 0)  // a signal may interrupt it
-        count = syscall(SYS_io_getevents, queue_, atLeast, static_cast<long>(events.size()),
-                        events.data(), nullptr);
+    const long count = syscall(SYS_io_getevents, queue_, atLeast, static_cast<long>(events.size()),
+                               events.data(), nullptr);
+    if (count < 0 && errno != EINTR) return GiveUp(errno);
     for (long i = 0; i < count; ++i) {
         const io_event& event = events[static_cast<std::size_t>(i)];
         Complete(event.data, event.res);
@@ -120,11 +127,20 @@ void DirectWriter::Complete(std::uint64_t id, long long written) {
     const auto place = std::find_if(busy_.begin(), busy_.end(),
                                     [&](const PartHandle& part) { return idOf(*part) == id; });
     if (place == busy_.end()) return;
-    const auto done = static_cast<std::size_t>(std::max(written, 0LL));
-    // What the system does not take in this way it may take in the other, and else it says why.
-    if (done < (*place)->size) WriteThroughCache(**place, done);
+    if (written < 0 && !mayTakeOtherwise(written))
+        failure_ = static_cast<int>(-written);
+    else
+        WriteThroughCache(**place, static_cast<std::size_t>(std::max(written, 0LL)));
     free_.push_back(std::move(*place));
     busy_.erase(place);
+}
+
+/// Where the system no longer tells what is written, nothing is known to be. When the queue goes,
+/// the system has done with all parts.
+void DirectWriter::GiveUp(int reason) {
+    syscall(SYS_io_destroy, std::exchange(queue_, 0));
+    busy_.clear();
+    failure_ = reason;
 }
 
 void DirectWriter::WriteThroughCache(const Part& part, std::size_t done) {

@@ -72,6 +72,7 @@ private:
     /// Takes back the parts that are written, and waits for some if need be.
     void Collect(long atLeast);
     void Complete(std::uint64_t id, long long written);
+    void GiveUp(int reason);
     void WriteThroughCache(const Part& part, std::size_t done);
     void RequireAllWritten() const;
 

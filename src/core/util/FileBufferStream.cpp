@@ -75,8 +75,8 @@ void FileBufferStream::StreamStartWriteBack() {
     if (file_ != nullptr) vpc::startWriteBack(file_);
 }
 
-void FileBufferStream::StreamPreallocate(unsigned long long size) {
-    if (file_ != nullptr) vpc::preallocate(file_, size);
+void FileBufferStream::StreamPreallocate(unsigned long long begin, unsigned long long end) {
+    if (file_ != nullptr) vpc::preallocate(file_, begin, end);
 }
 
 unsigned long long FileBufferStream::StreamPosition() {

@@ -68,8 +68,9 @@ public:
     void StreamClearState() { failed_ = false; }
     /// Asks the system to begin writing to the disk what it has got of the file, and does not wait.
     void StreamStartWriteBack();
-    /// Has the system set room for the first `size` bytes of a new file aside, where it can.
-    void StreamPreallocate(unsigned long long size);
+    /// Has the system set room aside for the bytes `begin` to `end` - 1 of a new file, where it
+    /// can.
+    void StreamPreallocate(unsigned long long begin, unsigned long long end);
     /// The current position in the file; all ones when the system cannot tell it.
     unsigned long long StreamPosition();
     /// Moves the file position to `offset` bytes from the start.

@@ -15,14 +15,16 @@ void startWriteBack(std::FILE* file) {
 #endif
 }
 
-void preallocate(std::FILE* file, unsigned long long size) {
+void preallocate(std::FILE* file, unsigned long long begin, unsigned long long end) {
 #ifdef FALLOC_FL_KEEP_SIZE
     // Without it the system sets room aside as the file is written, so a failure changes nothing.
-    if (size != 0 && size <= static_cast<unsigned long long>(std::numeric_limits<off_t>::max()))
-        static_cast<void>(fallocate(fileno(file), 0, 0, static_cast<off_t>(size)));
+    if (begin < end && end <= static_cast<unsigned long long>(std::numeric_limits<off_t>::max()))
+        static_cast<void>(
+            fallocate(fileno(file), 0, static_cast<off_t>(begin), static_cast<off_t>(end - begin)));
 #else
     static_cast<void>(file);
-    static_cast<void>(size);
+    static_cast<void>(begin);
+    static_cast<void>(end);
 #endif
 }
 

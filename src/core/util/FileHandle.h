@@ -22,9 +22,9 @@ using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 /// it. A file that is written with this now and then is synced in a short time at its end.
 void startWriteBack(std::FILE* file);
 
-/// Makes a new file `size` bytes long and has the system set room for them aside, where it can and
-/// has as much. What is then written there, in any order, costs the system much less work.
-void preallocate(std::FILE* file, unsigned long long size);
+/// Makes a new file `end` bytes long and has the system set room aside for those from `begin` on,
+/// where it can and has as much. What is then written there costs the system much less work.
+void preallocate(std::FILE* file, unsigned long long begin, unsigned long long end);
 
 /// Reads up to the next line feed, which is not part of `line`, or up to the file's end. Takes no
 /// file as one without lines. Returns false where there was nothing left to read.

@@ -48,7 +48,7 @@ public:
     void NoteOrder(bool isScattered) {
         scatter_ = isScattered ? std::min(scatter_ + 1, mostScatter) : std::max(scatter_ - 1, 0);
     }
-    /// Whether the last points mostly were.
+    /// Whether most of the last points were far apart from one another.
     bool IsScattered() const { return scatter_ > mostScatter / 2; }
     /// The most points, in blocks, that may be read back into memory at once, where they take
     /// several times the space.

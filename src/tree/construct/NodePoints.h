@@ -79,6 +79,7 @@ public:
     void PrefetchForAppend() const { __builtin_prefetch(this, 1); }
     void PrefetchPlace() const {
         constexpr std::size_t lastByte = 2 * std::size_t{RecordBlock::wordSize} - 1;
+        if (cursor_ == nullptr) return;
         __builtin_prefetch(cursor_, 1);
         __builtin_prefetch(cursor_ + lastByte, 1);
     }

@@ -39,7 +39,7 @@ private:
     const VpcConstructNode& node_;
     PointBlock* parent_;
     SamplePattern* pattern_;
-    /// Where the next bytes go in the file.
+    /// Where the stream's next bytes go in the file.
     unsigned long long position_;
     unsigned long long written_ = 0;
     unsigned long long collected_ = 0;

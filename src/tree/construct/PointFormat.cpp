@@ -97,6 +97,13 @@ PointFormat::Misfits PointFormat::Pack(const VpcPoint3D* points, unsigned long l
     return misfits;
 }
 
+bool PointFormat::IsFor(const ScanRecords& points) const {
+    return onGrid_ && grid_ == points.grid && intensityIsShort_ && !storesDistance_ &&
+           !storesOrigin_ && same(constant_.scannerDistance, points.example.scannerDistance) &&
+           constant_.markerId == points.example.markerId &&
+           constant_.sourceIndex == points.example.sourceIndex;
+}
+
 bool PointFormat::PackOrWiden(const ScanRecords& points, char* records) {
     if (points.colourAt != 0 ? PackRecords<true>(points, records)
                              : PackRecords<false>(points, records))

@@ -35,8 +35,10 @@ public:
     /// fit, it makes the format wider and returns false, and the records mean nothing.
     [[nodiscard]] bool PackOrWiden(const VpcPoint3D* points, unsigned long long count,
                                    char* records);
-    /// The same for the records of a scan, in a format that was made for that scan. Of their values
-    /// only colours can be too wide.
+    /// Whether records of a scan can be packed in this format, but for their colours: it was made
+    /// for that scan, and no other points have widened it.
+    bool IsFor(const ScanRecords& points) const;
+    /// Packs the records of a scan that this format is for, as above.
     [[nodiscard]] bool PackOrWiden(const ScanRecords& points, char* records);
     /// Turns packed points, `stride` bytes apart, into records of the tree file.
     void Unpack(const char* packed, unsigned stride, unsigned long long count, char* records) const;

@@ -15,7 +15,8 @@ PackedRun PointPacker::Pack(const VpcPoint3D* points, unsigned long long count) 
 }
 
 PackedRun PointPacker::Pack(const ScanRecords& records) {
-    if (!scanHasFormat_) formats_.emplace_back(records.example, records.grid);
+    if (!scanHasFormat_ || !formats_.back().IsFor(records))
+        formats_.emplace_back(records.example, records.grid);
     return PackedBy(
         [&](PointFormat& format) { return format.PackOrWiden(records, records_.data()); },
         records.count);

@@ -46,7 +46,7 @@ public:
     void BeginScan(const std::optional<CoordinateGrid>& grid);
     /// Packs at most `most` points, and at least one. The result holds until the next call.
     [[nodiscard]] PackedRun Pack(const VpcPoint3D* points, unsigned long long count);
-    /// The same for records of a scan of which no point is packed otherwise.
+    /// The same for records of a scan.
     [[nodiscard]] PackedRun Pack(const ScanRecords& records);
     /// The points of a block without the first `skipped`.
     [[nodiscard]] PackedRun RunOf(const RecordBlock& block, unsigned skipped = 0) const;

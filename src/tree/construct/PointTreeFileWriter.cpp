@@ -64,9 +64,9 @@ void PointTreeFileWriter::Write(const wxString& fileName,
 
 void PointTreeFileWriter::SetRoomAside(const wxString& temporaryName) {
     // The temporary file shrinks while this one grows: together they take the room of the whole
-    // result and no more.
-    const unsigned long long temporary = tree_.TemporaryBytes();
-    if (fileSize_ > temporary) stream_.StreamPreallocate(fileSize_ - temporary);
+    // result and hardly more. What is not set aside is the beginning, with the upper levels, which
+    // grows no faster than the temporary file shrinks, in whatever order the leaves are written.
+    stream_.StreamPreallocate(tree_.TemporaryBytes(), fileSize_);
     if (fileSize_ >= tree_.LargeFile())
         direct_ = DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
 }

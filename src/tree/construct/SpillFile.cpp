@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -117,9 +116,10 @@ void SpillFile::GiveBack() {
         givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
                                static_cast<off_t>(range.begin),
                                static_cast<off_t>(range.end - range.begin)) == 0;
+        if (givesBack_) bytesOnDisk_ -= range.end - range.begin;
     }
     freed_.clear();
-    bytesOnDisk_ -= std::exchange(freedBytes_, 0);
+    freedBytes_ = 0;
 }
 
 void SpillFile::FailDamaged() const {

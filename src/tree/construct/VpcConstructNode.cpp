@@ -132,6 +132,7 @@ void VpcConstructNode::FindLeavesByHints(const Coordinates* points, unsigned cou
         else
             hinted[i] = Contains(x, y, z) ? this : nullptr;
         leaves[i] = hinted[i];
+        if (leaves[i] == nullptr) continue;
         __builtin_prefetch(leaves[i]);
         // Mostly that is the leaf.
         __builtin_prefetch(&leaves[i]->points_, 1);

@@ -188,7 +188,7 @@ private:
     /// Returns how many of the points, from the first one, come in runs that have the same leaf.
     unsigned FindLeaves(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     void FindLeavesAtOnce(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
-    /// The same from the root, where points of the neighbourhood have gone before.
+    /// The same from the root, or from what the hints know below it.
     void FindLeavesByHints(const Coordinates* points, unsigned count, VpcConstructNode** leaves);
     /// Brings points from the nodes that hold them down to the leaves.
     static void DescendAll(const Coordinates* points, unsigned count, VpcConstructNode** leaves);

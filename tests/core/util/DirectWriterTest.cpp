@@ -1,6 +1,8 @@
 #include "core/util/DirectWriter.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <iterator>
 #include <list>
@@ -8,9 +10,11 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "core/util/DirectRange.h"
 #include "core/util/FileTools.h"
+#include "core/util/IoError.h"
 #include "support/TempFolder.h"
 
 namespace vpc::test {
@@ -58,6 +62,36 @@ TEST(DirectWriter, WritesEveryByteOfEveryRangeToItsPlace) {
     stream.StreamClose();
     EXPECT_TRUE(stream.IsStreamGood());
     EXPECT_TRUE(readBytes(path) == expected);
+}
+
+TEST(DirectWriter, TellsOnceWhyAPartCannotBeWritten) {
+    const TempFolder folder;
+    const std::string path = folder.file("limited");
+    writeBytes(path, "");
+    constexpr std::size_t parts = 20;
+    const auto writer = DirectWriter::Open(path, parts * DirectWriter::partSize, "limited");
+    if (writer == nullptr) GTEST_SKIP() << "no direct writing here";
+    rlimit whole{};
+    getrlimit(RLIMIT_FSIZE, &whole);
+    const rlimit half{parts / 2 * DirectWriter::partSize, whole.rlim_max};
+    std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &half);
+    int reason = 0;
+    try {
+        for (std::size_t i = 0; i < parts; ++i) {
+            DirectWriter::PartHandle part = writer->Take();
+            std::fill_n(part->bytes.get(), DirectWriter::partSize, 'x');
+            part->size = DirectWriter::partSize;
+            part->position = i * DirectWriter::partSize;
+            writer->Write(std::move(part));
+        }
+        writer->Finish();
+    } catch (const IoError& error) {
+        reason = error.SystemReason();
+        EXPECT_EQ(error.File(), "limited");
+    }
+    setrlimit(RLIMIT_FSIZE, &whole);
+    EXPECT_EQ(reason, EFBIG);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST(ConstructTree, PutsPointsOnTheSidesOfItsCellsWhereTheyBelong) {
     }
 }
 
-// The tree remembers the leaf of the last point, and it may have become a parent since.
+// The tree remembers where points have gone, and a leaf may have become a parent since.
 TEST(ConstructTree, LosesNoPointWhateverMakesItsLeavesParents) {
     const auto farPoint = [](int i) { return pointAt(7.0 + 0.05 * i, 7, 7); };
     using Change = std::function<void(VpcConstructTree&, VpcConstructNode&)>;
