@@ -262,12 +262,9 @@ std::optional<vpc::ScanRecords> LasIO::nextRecordBatch() {
     if (batchCapacity == 0 || !RecordsAreRegular()) return std::nullopt;
     const unsigned long long n = BeginBatch();
     SurveyRecords(0, n);
-    return vpc::ScanRecords{stream.bufferStart,
-                            n,
-                            pointDataRecordLength,
-                            static_cast<unsigned>(colorOffset),
-                            {{scale.x, scale.y, scale.z}, {offset.x, offset.y, offset.z}},
-                            pointBuffer[0]};
+    return vpc::ScanRecords{stream.bufferStart,    n,
+                            pointDataRecordLength, static_cast<unsigned>(colorOffset),
+                            grid.value(),          pointBuffer[0]};
 }
 
 /// Reads the next block and counts its points, of which the file's first one is decoded; returns

@@ -3,6 +3,7 @@
 #include <glm/geometric.hpp>
 
 #include "viewer/camera/DrawPoint.h"
+
 namespace vpc::viewer {
 
 glm::dvec3 ViewCamera::Ahead() const {

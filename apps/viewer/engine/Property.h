@@ -9,6 +9,7 @@ namespace vpc::viewer {
 /// A line of the property palette, as the plug-in's extension tells it. Texts are UTF-8.
 struct Property {
     using Value = std::variant<std::monostate, bool, long long, double, std::string>;
+
     // The ids of those that the viewer itself asks for.
     static constexpr int stylization = 3;
     static constexpr int colourScheme = 4;

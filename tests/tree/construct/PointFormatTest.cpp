@@ -139,10 +139,10 @@ TEST(PointFormat, KeepsRecordsAsThePointsThatTheyMean) {
                     {i * 2147000 - 1073000000, 700 - i, i % 9, static_cast<std::uint16_t>(i * 65)});
                 colour(scan.points.back(), i);
             }
-            writeBytes(path, scan.bytes());
             scan.count = counts[(format + (&colour - colours)) % 5];
             if (format <= 5 && scan.count)
                 scan.legacyCount = static_cast<std::uint32_t>(*scan.count);
+            writeBytes(path, scan.bytes());
             const Points points = readAll(byPoint, path).points;
             ASSERT_NE(byRecord.initializeRead(toWx(path)), nullptr);
             PointPacker packer;

@@ -35,7 +35,6 @@ TEST(ConstructTree, PutsPointsOnTheSidesOfItsCellsWhereTheyBelong) {
         const vpc::test::PrepareFolder folder;
         VpcConstructTree tree(vpc::test::toWx(folder.work()), Tree_Octree, 50, 12, false,
                               1U << 22U);
-        // With the margin that the root gets, the sides lie at whole numbers and their parts.
         const double low = offset, high = offset + 64.0;
         tree.InitializeRootNode({low, low, low, high, high, high});
         const auto& box = tree.Root()->Box();
