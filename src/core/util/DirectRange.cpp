@@ -14,8 +14,8 @@ constexpr std::size_t page = DirectWriter::pageSize;
 
 DirectRange::DirectRange(DirectWriter& writer, FileBufferStream& stream,
                          unsigned long long position)
-    : writer_(writer),
-      stream_(stream),
+    : writer_(&writer),
+      stream_(&stream),
       position_(position / page * page),
       begin_(position % page),
       end_(begin_) {
@@ -23,7 +23,7 @@ DirectRange::DirectRange(DirectWriter& writer, FileBufferStream& stream,
 
 void DirectRange::Append(const char* data, unsigned long long size) {
     while (size != 0) {
-        if (part_ == nullptr) part_ = writer_.Take();
+        if (part_ == nullptr) part_ = writer_->Take();
         const auto some = std::min<unsigned long long>(size, DirectWriter::partSize - end_);
         std::memcpy(part_->bytes.get() + end_, data, some);
         end_ += some;
@@ -42,14 +42,14 @@ void DirectRange::WritePart() {
     const std::size_t lastPage = end_ / page * page;
     if (firstPage >= lastPage) {
         WriteByStream(begin_, end_);
-        writer_.PutBack(std::move(part_));
+        writer_->PutBack(std::move(part_));
     } else {
         WriteByStream(begin_, firstPage);
         WriteByStream(lastPage, end_);
         part_->begin = firstPage;
         part_->size = lastPage - firstPage;
         part_->position = position_ + firstPage;
-        writer_.Write(std::move(part_));
+        writer_->Write(std::move(part_));
     }
     position_ += DirectWriter::partSize;
     begin_ = end_ = 0;
@@ -57,8 +57,8 @@ void DirectRange::WritePart() {
 
 void DirectRange::WriteByStream(std::size_t begin, std::size_t end) {
     if (begin == end) return;
-    stream_.StreamSeek(position_ + begin);
-    stream_.WriteCharArray2File(part_->bytes.get() + begin, end - begin);
+    stream_->StreamSeek(position_ + begin);
+    stream_->WriteCharArray2File(part_->bytes.get() + begin, end - begin);
 }
 
 }  // namespace vpc

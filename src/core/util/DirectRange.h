@@ -16,13 +16,15 @@ public:
     void Append(const char* data, unsigned long long size);
     /// Writes what is left. Without it the last bytes are not written.
     void Finish();
+    /// Where the next byte stands in the file.
+    unsigned long long End() const { return position_ + end_; }
 
 private:
     void WritePart();
     void WriteByStream(std::size_t begin, std::size_t end);
 
-    DirectWriter& writer_;
-    FileBufferStream& stream_;
+    DirectWriter* writer_;
+    FileBufferStream* stream_;
     /// The bytes `begin_` to `end_` - 1 are filled. The first of all stands at `position_` in the
     /// file.
     DirectWriter::PartHandle part_;

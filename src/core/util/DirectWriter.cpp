@@ -21,7 +21,7 @@ namespace vpc {
 namespace {
 
 /// The most parts that are written at a time.
-constexpr unsigned mostBusy = 8;
+constexpr unsigned mostBusy = 16;
 
 /// By which the system's answer is matched with its part.
 std::uint64_t idOf(const DirectWriter::Part& part) {

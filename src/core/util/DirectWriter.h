@@ -24,7 +24,7 @@ namespace vpc {
 class DirectWriter {
 public:
     static constexpr std::size_t pageSize = 4096;
-    static constexpr std::size_t partSize = std::size_t{1} << 20;
+    static constexpr std::size_t partSize = std::size_t{1} << 19;
 
     /// Memory for `partSize` bytes that follow one another in the file.
     struct Part {

@@ -15,14 +15,15 @@ constexpr unsigned long long collectionCapacity = 4096;
 
 }  // namespace
 
-PointBlock::PointBlock(FileBufferStream& stream, DirectWriter* direct, const VpcConstructNode& node,
+PointBlock::PointBlock(FileBufferStream& stream, DirectRanges* direct, const VpcConstructNode& node,
                        PointBlock* parent, SamplePattern* pattern)
     : stream_(stream),
+      direct_(direct),
       node_(node),
       parent_(parent),
       pattern_(pattern),
       position_(node.blockPosition) {
-    if (direct != nullptr) direct_.emplace(*direct, stream, position_);
+    if (direct_ != nullptr) range_ = direct_->Begin(position_);
 }
 
 void PointBlock::WriteHeader() {
@@ -32,7 +33,7 @@ void PointBlock::WriteHeader() {
 }
 
 void PointBlock::WriteBytes(const char* bytes, unsigned long long size) {
-    if (direct_) return direct_->Append(bytes, size);
+    if (range_) return range_->Append(bytes, size);
     stream_.StreamSeek(position_);
     stream_.WriteCharArray2File(bytes, size);
     position_ += size;
@@ -67,7 +68,7 @@ void PointBlock::WriteCollected() {
 void PointBlock::Finish() {
     WriteCollected();
     if (written_ == 0) WriteHeader();
-    if (direct_) direct_->Finish();
+    if (range_) direct_->End(*std::exchange(range_, std::nullopt));
 }
 
 }  // namespace vpc

@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-#include "core/util/DirectRange.h"
+#include "core/util/DirectRanges.h"
 #include "core/util/FileBufferStream.h"
 #include "tree/construct/SamplePattern.h"
 #include "tree/construct/VpcConstructNode.h"
@@ -17,7 +17,7 @@ public:
     /// \param direct  writes most of the block past the system's cache; null where it may not
     /// \param parent  receives the samples; null where they are already in the parent's node
     /// \param pattern which points are passed on; not used without a parent
-    PointBlock(FileBufferStream& stream, DirectWriter* direct, const VpcConstructNode& node,
+    PointBlock(FileBufferStream& stream, DirectRanges* direct, const VpcConstructNode& node,
                PointBlock* parent, SamplePattern* pattern);
 
     /// Writes the next `count` records and passes on the samples among them.
@@ -35,7 +35,8 @@ private:
     void WriteBytes(const char* bytes, unsigned long long size);
 
     FileBufferStream& stream_;
-    std::optional<DirectRange> direct_;
+    DirectRanges* direct_;
+    std::optional<DirectRange> range_;
     const VpcConstructNode& node_;
     PointBlock* parent_;
     SamplePattern* pattern_;

@@ -67,8 +67,10 @@ void PointTreeFileWriter::SetRoomAside(const wxString& temporaryName) {
     // result and hardly more. What is not set aside is the beginning, with the upper levels, which
     // grows no faster than the temporary file shrinks, in whatever order the leaves are written.
     stream_.StreamPreallocate(tree_.TemporaryBytes(), fileSize_);
-    if (fileSize_ >= tree_.LargeFile())
-        direct_ = DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
+    if (fileSize_ < tree_.LargeFile()) return;
+    auto writer =
+        DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
+    if (writer != nullptr) direct_ = std::make_unique<DirectRanges>(std::move(writer), stream_);
 }
 
 void PointTreeFileWriter::RequireGoodStream() const {

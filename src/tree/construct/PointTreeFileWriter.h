@@ -4,7 +4,7 @@
 
 #include <wx/string.h>
 
-#include "core/util/DirectWriter.h"
+#include "core/util/DirectRanges.h"
 #include "core/util/FileBufferStream.h"
 #include "tree/construct/VpcConstructTree.h"
 
@@ -59,7 +59,7 @@ private:
     wxString fileName_;
     FileBufferStream stream_;
     /// Null where the system's cache does as well or better.
-    std::unique_ptr<DirectWriter> direct_;
+    std::unique_ptr<DirectRanges> direct_;
 };
 
 }  // namespace vpc
