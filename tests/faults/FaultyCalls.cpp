@@ -2,8 +2,9 @@
 // says which: KIND WAY N REPORT FOLDER. Of the calls of that kind (open, read, write, rename,
 // punch) that are about files below the folder, the N-th fails: "once", "lasting" (those after it
 // as well) or "half" (after half of its bytes). Of the kind "garble", which are calls that read
-// from a place that they name, it gives zeros. How many there were is written to the file REPORT at
-// the end.
+// from a place that they name, it gives zeros. Writes that the program does not wait for may be
+// refused (the kind "submit"), or fail later ("complete"). How many calls there were is written to
+// the file REPORT at the end.
 //
 // A file below the folder that is opened for the programs that this one might start, too, ends it.
 //
@@ -12,7 +13,9 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/aio_abi.h>
 #include <stdio_ext.h>
+#include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -70,10 +73,12 @@ bool succeeds(const char* kind, const std::string& file, std::size_t& bytes) {
     ++p.seen;
     if (p.seen < p.call || (p.seen > p.call && p.way != "lasting")) return true;
     bytes = p.way == "half" ? bytes / 2 : 0;
-    errno = p.kind == "write"   ? ENOSPC
-            : p.kind == "read"  ? EIO
-            : p.kind == "punch" ? EOPNOTSUPP
-                                : EACCES;
+    errno = p.kind == "write"      ? ENOSPC
+            : p.kind == "read"     ? EIO
+            : p.kind == "complete" ? EIO
+            : p.kind == "punch"    ? EOPNOTSUPP
+            : p.kind == "submit"   ? EAGAIN
+                                   : EACCES;
     return false;
 }
 
@@ -108,19 +113,13 @@ std::size_t movedBuffered(const char* kind, std::FILE* file, std::size_t bytes, 
     return done;
 }
 
-/// A call on parts of memory, which are cut where their half ends when half the bytes shall move.
-template <class Call>
-ssize_t movedParts(int descriptor, const iovec* parts, int count, const Call& call) {
-    std::vector<iovec> taken(parts, parts + count);
-    std::size_t size = 0;
-    for (const iovec& part : taken) size += part.iov_len;
-    return moved("write", descriptor, size, [&](std::size_t bytes) {
-        for (iovec& part : taken) {
-            part.iov_len = std::min(part.iov_len, bytes);
-            bytes -= part.iov_len;
-        }
-        return call(taken.data());
-    });
+/// What has become of writes that nobody waited for. All are to the file of the last one submitted.
+void spoilEvents(int descriptor, io_event* events, long count) {
+    for (io_event* event = events; event < events + count; ++event) {
+        auto bytes = static_cast<std::size_t>(event->res);
+        if (event->res <= 0 || succeeds("complete", fileOf(descriptor), bytes)) continue;
+        event->res = bytes != 0 ? static_cast<long>(bytes) : -long{errno};
+    }
 }
 
 int uninherited(int descriptor, const std::string& file) {
@@ -193,13 +192,27 @@ int fallocate64(int file, int mode, off64_t at, off64_t size) {
 ssize_t write(int file, const void* data, std::size_t size) {
     return moved("write", file, size, [&](std::size_t n) { return REAL(write)(file, data, n); });
 }
-ssize_t writev(int file, const iovec* parts, int count) {
-    return movedParts(file, parts, count,
-                      [&](const iovec* taken) { return REAL(writev)(file, taken, count); });
+ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t at) {
+    return moved("write", file, size,
+                 [&](std::size_t n) { return REAL(pwrite64)(file, data, n, at); });
 }
-ssize_t pwritev64(int file, const iovec* parts, int count, off64_t at) {
-    return movedParts(file, parts, count,
-                      [&](const iovec* taken) { return REAL(pwritev64)(file, taken, count, at); });
+long syscall(long number, ...) noexcept {
+    va_list arguments;
+    va_start(arguments, number);
+    long values[6];
+    for (long& value : values) value = va_arg(arguments, long);
+    va_end(arguments);
+    static int submitted = -1;
+    if (number == SYS_io_submit) {
+        submitted = static_cast<int>((*reinterpret_cast<iocb**>(values[2]))->aio_fildes);
+        std::size_t none = 0;
+        if (!succeeds("submit", fileOf(submitted), none)) return -1;
+    }
+    const long result =
+        REAL(syscall)(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+    if (number == SYS_io_getevents)
+        spoilEvents(submitted, reinterpret_cast<io_event*>(values[3]), result);
+    return result;
 }
 std::size_t fread(void* data, std::size_t size, std::size_t count, std::FILE* file) {
     const auto call = [&](std::size_t n) { return REAL(fread)(data, 1, n, file); };

@@ -46,6 +46,8 @@ bool prepare(unsigned long long memory, bool asScanned, const char* work, const 
     const unsigned long long mostPoints = memory == 0 ? 1200 : 80;
     VpcConstructTree tree(work, Tree_KdTree_Symmetric, mostPoints, 6, false, memory);
     tree.setSubsampleType(Subsample_Random, false);
+    // Its files are treated as those of large scans are.
+    if (memory != 0 && asScanned) tree.SetLargeFile(0);
     tree.InitializeRootNode(VpcBoundingBoxAxisAligned(0, 0, 0, side, side, side));
     constexpr std::size_t batch = 500;
     const std::vector<VpcPoint3D> points = makePoints(8 * batch, asScanned);

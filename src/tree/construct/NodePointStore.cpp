@@ -121,7 +121,7 @@ void NodePointStore::MakeRoom() {
 
 ScratchLoan::ScratchLoan(NodePointStore& store) : store_(store) {
     if (store.scratches_.empty()) {
-        scratch_ = std::make_unique_for_overwrite<RecordBlock[]>(blocks);
+        scratch_ = std::make_unique_for_overwrite<SpillScratch>();
     } else {
         scratch_ = std::move(store.scratches_.back());
         store.scratches_.pop_back();

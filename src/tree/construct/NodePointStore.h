@@ -16,6 +16,12 @@ namespace vpc {
 class NodePoints;
 class RestingPoints;
 
+/// Memory for points on their way to or from the file for all nodes: a piece of it, and a block.
+struct SpillScratch {
+    char bytes[256U << 10U];
+    RecordBlock block;
+};
+
 /// The memory behind all nodes' points, shared by the nodes of one construction tree.
 ///
 /// Without a budget, points leave memory when their node says so, to a file of the node's own. With
@@ -64,6 +70,13 @@ public:
     /// The points of `user` are not to be written out any more.
     void Forget(NodePoints& user);
 
+    /// Whether points go to the file for all nodes in compact blocks. A small file is not worth the
+    /// time that these take: the system keeps it in its cache, and the disk never sees it.
+    bool SpillsCompact() const { return spill_->BytesOnDisk() >= largeFile_; }
+    /// From this size in bytes on a file is a large one.
+    void SetLargeFile(unsigned long long bytes) { largeFile_ = bytes; }
+    unsigned long long LargeFile() const { return largeFile_; }
+
     /// The file for all nodes; only with a budget.
     SpillFile& Spill() { return *spill_; }
     const SpillFile& Spill() const { return *spill_; }
@@ -83,6 +96,7 @@ private:
 
     unsigned long long blockLimit_;
     std::optional<SpillFile> spill_;
+    unsigned long long largeFile_ = 1ULL << 30;
     PointPacker packer_;
     unsigned long long blocksInUse_ = 0;
     RecordBlock* free_ = nullptr;
@@ -90,7 +104,7 @@ private:
         void operator()(void* slab) const { std::free(slab); }
     };
     std::vector<std::unique_ptr<void, FreeSlab>> slabs_;
-    std::vector<std::unique_ptr<RecordBlock[]>> scratches_;
+    std::vector<std::unique_ptr<SpillScratch>> scratches_;
     /// The nodes that hold blocks, the one that asked for a block longest ago first.
     NodePoints* oldest_ = nullptr;
     NodePoints* newest_ = nullptr;
@@ -99,22 +113,21 @@ private:
     int scatter_ = 0;
 };
 
-/// Lends some blocks for reading, and gives them back to the store to be lent again: they are
-/// taken all the time, several at once where nodes are split within one another.
+/// Lends a scratch, and gives it back to the store to be lent again: they are taken all the time,
+/// several at once where nodes are split within one another.
 class ScratchLoan {
 public:
-    static constexpr unsigned long long blocks = 64;
-
     explicit ScratchLoan(NodePointStore& store);
     ~ScratchLoan();
     ScratchLoan(const ScratchLoan&) = delete;
     ScratchLoan& operator=(const ScratchLoan&) = delete;
 
-    RecordBlock* Blocks() const { return scratch_.get(); }
+    SpillScratch& operator*() const { return *scratch_; }
+    SpillScratch* operator->() const { return scratch_.get(); }
 
 private:
     NodePointStore& store_;
-    std::unique_ptr<RecordBlock[]> scratch_;
+    std::unique_ptr<SpillScratch> scratch_;
 };
 
 }  // namespace vpc

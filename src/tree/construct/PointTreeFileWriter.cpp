@@ -68,8 +68,7 @@ void PointTreeFileWriter::SetRoomAside(const wxString& temporaryName) {
     // grows no faster than the temporary file shrinks, in whatever order the leaves are written.
     stream_.StreamPreallocate(tree_.TemporaryBytes(), fileSize_);
     if (fileSize_ < tree_.LargeFile()) return;
-    auto writer =
-        DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
+    auto writer = DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
     if (writer != nullptr) direct_ = std::make_unique<DirectRanges>(std::move(writer), stream_);
 }
 

@@ -10,8 +10,8 @@ namespace vpc {
 /// Size of one point in the tree file, in bytes.
 inline constexpr unsigned long long recordSize = VpcPoint3D::SerializeDiskSize();
 
-/// Some packed points of one node and of one format, in memory as in the temporary file: a page.
-/// A node's points are a chain of such blocks.
+/// Some packed points of one node and of one format: a page of memory. A node's points are a chain
+/// of such blocks.
 ///
 /// Behind its fields a point may have the number of its arrival, less that of the block's first
 /// point.
@@ -32,10 +32,6 @@ struct RecordBlock {
     static constexpr unsigned wordSize = 16;
     static constexpr unsigned Capacity(unsigned stride) {
         return static_cast<unsigned>((sizeof records - wordSize) / stride);
-    }
-    /// Bytes in use, from the block's beginning.
-    unsigned UsedBytes() const {
-        return static_cast<unsigned>(size - sizeof records) + unsigned{count} * stride;
     }
     const char* Record(unsigned index) const { return records + std::size_t{index} * stride; }
     bool HasArrivals(const PointFormat& itsFormat) const {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,31 +17,14 @@ namespace vpc {
 
 namespace {
 
-/// The most parts that one call of the system takes.
-constexpr std::size_t partsPerCall = 1024;
 /// A zone gets so much of the file at once.
-constexpr unsigned long long stretchBytes = 4ULL << 20;
-/// The share of all pieces that may be freed and still take room.
-constexpr unsigned long long waitingShare = 32;
-
-/// Writes all parts, going on after calls that took less than all. False, with the reason in errno,
-/// when nothing is taken.
-[[nodiscard]] bool writeAll(int descriptor, iovec* parts, std::size_t count, off_t position) {
-    while (count != 0) {
-        const ssize_t written =
-            pwritev(descriptor, parts, static_cast<int>(std::min(count, partsPerCall)), position);
-        if (written < 0 && errno == EINTR) continue;
-        if (written == 0) errno = ENOSPC;
-        if (written <= 0) return false;
-        position += written;
-        auto left = static_cast<std::size_t>(written);
-        for (; count != 0 && left >= parts->iov_len; ++parts, --count) left -= parts->iov_len;
-        if (left == 0) continue;
-        parts->iov_base = static_cast<char*>(parts->iov_base) + left;
-        parts->iov_len -= left;
-    }
-    return true;
-}
+constexpr unsigned long long stretchBytes = 16ULL << 20;
+/// The share of all pieces that is freed before room is given back, when a zone ends.
+constexpr unsigned long long sharePerRound = 32;
+/// Smaller holes wait for their neighbours to be freed, too,
+constexpr unsigned long long worthwhileHole = 1ULL << 20;
+/// unless they are this share of all pieces.
+constexpr unsigned long long mostWaitingShare = 8;
 
 }  // namespace
 
@@ -48,12 +32,11 @@ bool SpillFile::GivesRoomBack(const std::string& folder) {
     try {
         SpillFile probe(folder + "/vpc-probe-" +
                         FileTools::ToNativePath(StringTools::createGUID()));
-        std::array<char, alignment> page{};
-        std::vector<iovec> parts = {{page.data(), page.size()}};
+        const std::array<char, alignment> page{};
         const unsigned long long position = probe.Reserve(page.size(), 0);
-        probe.Write(position, parts);
-        probe.Free(position, page.size());
-        probe.GiveBack();
+        probe.Write(position, page.data(), page.size());
+        probe.Free(position, page.size(), 0);
+        probe.GiveBack(alignment);
         return probe.givesBack_;
     } catch (const IoError&) {
         return false;
@@ -83,9 +66,15 @@ unsigned long long SpillFile::Reserve(unsigned long long size, unsigned zone) {
     return stretch.begin - whole;
 }
 
-void SpillFile::Write(unsigned long long position, std::vector<iovec>& parts) {
-    if (!writeAll(descriptor_, parts.data(), parts.size(), static_cast<off_t>(position)))
-        Fail(wxGetTranslation("cannot be written"), errno);
+void SpillFile::Write(unsigned long long position, const char* data, unsigned long long size) {
+    while (size != 0) {
+        const ssize_t written = pwrite(descriptor_, data, size, static_cast<off_t>(position));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) Fail(wxGetTranslation("cannot be written"), written < 0 ? errno : ENOSPC);
+        data += written;
+        position += static_cast<unsigned long long>(written);
+        size -= static_cast<unsigned long long>(written);
+    }
 }
 
 void SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
@@ -99,27 +88,40 @@ void SpillFile::Read(unsigned long long position, char* data, unsigned long long
     }
 }
 
-void SpillFile::Free(unsigned long long position, unsigned long long size) {
+void SpillFile::Free(unsigned long long position, unsigned long long size, unsigned zone) {
     const unsigned long long whole = Aligned(size);
     if (!givesBack_ || whole == 0) return;
+    const bool endsZone = std::exchange(lastFreedZone_, zone) != zone;
+    if (endsZone && newlyFreedBytes_ * sharePerRound >= reservedBytes_) GiveBack(worthwhileHole);
     freed_.push_back({position, position + whole});
+    newlyFreedBytes_ += whole;
     freedBytes_ += whole;
-    if (freedBytes_ * waitingShare >= reservedBytes_) GiveBack();
+    if (freedBytes_ * mostWaitingShare >= reservedBytes_) GiveBack(alignment);
 }
 
-void SpillFile::GiveBack() {
+void SpillFile::GiveBack(unsigned long long smallest) {
     std::sort(freed_.begin(), freed_.end(),
               [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    std::vector<Range> kept;
     for (std::size_t i = 0; i < freed_.size() && givesBack_;) {
         Range range = freed_[i++];
         for (; i < freed_.size() && freed_[i].begin == range.end; ++i) range.end = freed_[i].end;
-        givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
-                               static_cast<off_t>(range.begin),
-                               static_cast<off_t>(range.end - range.begin)) == 0;
-        if (givesBack_) bytesOnDisk_ -= range.end - range.begin;
+        if (range.end - range.begin < smallest)
+            kept.push_back(range);
+        else
+            Punch(range);
     }
-    freed_.clear();
-    freedBytes_ = 0;
+    freed_ = std::move(kept);
+    newlyFreedBytes_ = 0;
+}
+
+void SpillFile::Punch(const Range& range) {
+    const unsigned long long size = range.end - range.begin;
+    givesBack_ = fallocate(descriptor_, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE,
+                           static_cast<off_t>(range.begin), static_cast<off_t>(size)) == 0;
+    if (!givesBack_) return;
+    freedBytes_ -= size;
+    bytesOnDisk_ -= size;
 }
 
 void SpillFile::FailDamaged() const {

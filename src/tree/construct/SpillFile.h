@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include <sys/uio.h>
 #include <wx/string.h>
 
 namespace vpc {
@@ -25,7 +24,7 @@ public:
     }
 
     /// Zones are numbered in the order in which their pieces will be freed.
-    static constexpr unsigned zones = 1024;
+    static constexpr unsigned zones = 128;
 
     /// Whether Free gives room back in this folder, as far as a file of one page can tell. That
     /// file has no name, like all; where it cannot be made the answer is no.
@@ -40,13 +39,13 @@ public:
     /// Sets `size` bytes of the file aside and returns where they begin. They take no room before
     /// they are written.
     [[nodiscard]] unsigned long long Reserve(unsigned long long size, unsigned zone);
-    /// Writes the parts one after the other from `position`.
-    void Write(unsigned long long position, std::vector<iovec>& parts);
+    /// Writes `size` bytes to `position`.
+    void Write(unsigned long long position, const char* data, unsigned long long size);
     /// Reads `size` bytes from `position`.
     void Read(unsigned long long position, char* data, unsigned long long size) const;
     /// Gives the room of `size` bytes from `position` back, together with others. Where the file
     /// system cannot do that, the file keeps its size until it is closed.
-    void Free(unsigned long long position, unsigned long long size);
+    void Free(unsigned long long position, unsigned long long size, unsigned zone);
     /// The room that the file takes on the disk.
     unsigned long long BytesOnDisk() const { return bytesOnDisk_; }
     /// Throws vpc::IoError for what the file gives back and nobody wrote.
@@ -57,8 +56,9 @@ private:
         unsigned long long begin = 0;
         unsigned long long end = 0;
     };
-    /// Gives the room of all that was freed back.
-    void GiveBack();
+    /// Gives the room of what was freed back, where at least `smallest` bytes lie together.
+    void GiveBack(unsigned long long smallest);
+    void Punch(const Range& range);
     [[noreturn]] void Fail(const wxString& problem, int systemReason) const;
 
     std::string path_;
@@ -71,6 +71,9 @@ private:
     /// What is freed and still takes room.
     std::vector<Range> freed_;
     unsigned long long freedBytes_ = 0;
+    /// Those of them that were freed since the last round.
+    unsigned long long newlyFreedBytes_ = 0;
+    unsigned lastFreedZone_ = 0;
     unsigned long long bytesOnDisk_ = 0;
 };
 

@@ -7,6 +7,7 @@
 namespace vpc {
 
 class NodePointStore;
+struct SpillScratch;
 
 /// Points of one node in pieces of the store's file for all nodes.
 class SpilledPoints final : public RestingPoints {
@@ -23,9 +24,9 @@ private:
         unsigned long long position;
         unsigned long long size;
     };
-    void VisitPiece(const Piece& piece, RecordBlock* scratch, const Visitor& visit) const;
-    /// Throws vpc::IoError when the block cannot be one that was written.
-    void RequireBlock(const RecordBlock& block) const;
+    void VisitPiece(const Piece& piece, SpillScratch& scratch, const Visitor& visit) const;
+    /// Whether the block is of a format that there is.
+    bool IsKnown(const RecordBlock& block) const;
 
     NodePointStore& store_;
     unsigned zone_;

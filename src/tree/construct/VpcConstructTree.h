@@ -114,9 +114,10 @@ public:
     const std::vector<wxString>& SourceNames() const { return sourceNames_; }
     double MinimumPointDistance() const { return minimumPointDistance_; }
     /// From this size in bytes on the tree file is written past the system's cache, where that is
-    /// possible. A smaller one is left to the cache, which takes it faster than a slow disk would.
-    void SetLargeFile(unsigned long long bytes) { largeFile_ = bytes; }
-    unsigned long long LargeFile() const { return largeFile_; }
+    /// possible, and the temporary file for all nodes is made smaller than the points are in
+    /// memory. Smaller files are left to the cache, which takes them faster than a slow disk would.
+    void SetLargeFile(unsigned long long bytes) { store_.SetLargeFile(bytes); }
+    unsigned long long LargeFile() const { return store_.LargeFile(); }
     /// What a finished tree's points take in temporary files.
     unsigned long long TemporaryBytes() const;
     unsigned long long PointsAdded() const { return pointsAdded_; }
@@ -216,5 +217,4 @@ private:
     vpc::NodePointStore store_;
     std::unique_ptr<VpcConstructNode> root_;
     vpc::LeafHints leafHints_;
-    unsigned long long largeFile_ = 1ULL << 30;
 };

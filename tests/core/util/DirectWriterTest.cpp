@@ -8,11 +8,12 @@
 #include <list>
 #include <random>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include "core/util/DirectRange.h"
+#include "core/util/DirectRanges.h"
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
 #include "support/TempFolder.h"
@@ -33,8 +34,9 @@ TEST(DirectWriter, WritesEveryByteOfEveryRangeToItsPlace) {
     }
     FileBufferStream stream;
     stream.StreamOpen(FileTools::FromNativePath(path), FileModeWrite);
-    const auto writer = DirectWriter::Open(path, expected.size(), "whole");
+    auto writer = DirectWriter::Open(path, expected.size(), "whole");
     if (writer == nullptr) GTEST_SKIP() << "no direct writing here";
+    DirectRanges ranges(std::move(writer), stream);
     struct Open {
         DirectRange range;
         std::size_t at, end;
@@ -46,7 +48,7 @@ TEST(DirectWriter, WritesEveryByteOfEveryRangeToItsPlace) {
         if (next != expected.size() && open.size() < 5) {
             const auto length =
                 std::min(lengths[drawn(std::size(lengths))] + drawn(30), expected.size() - next);
-            open.push_back({DirectRange(*writer, stream, next), next, next + length});
+            open.push_back({ranges.Begin(next), next, next + length});
             next += length;
         }
         const auto chosen =
@@ -55,10 +57,10 @@ TEST(DirectWriter, WritesEveryByteOfEveryRangeToItsPlace) {
         chosen->range.Append(expected.data() + chosen->at, some);
         chosen->at += some;
         if (chosen->at != chosen->end) continue;
-        chosen->range.Finish();
+        ranges.End(std::move(chosen->range));
         open.erase(chosen);
     }
-    writer->Finish();
+    ranges.Finish();
     stream.StreamClose();
     EXPECT_TRUE(stream.IsStreamGood());
     EXPECT_TRUE(readBytes(path) == expected);
