@@ -16,10 +16,8 @@
 #include <linux/aio_abi.h>
 #include <stdio_ext.h>
 #include <sys/syscall.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -29,7 +27,6 @@
 #include <fstream>
 #include <sstream>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -113,13 +110,15 @@ std::size_t movedBuffered(const char* kind, std::FILE* file, std::size_t bytes, 
     return done;
 }
 
-/// What has become of writes that nobody waited for. All are to the file of the last one submitted.
-void spoilEvents(int descriptor, io_event* events, long count) {
-    for (io_event* event = events; event < events + count; ++event) {
-        auto bytes = static_cast<std::size_t>(event->res);
-        if (event->res <= 0 || succeeds("complete", fileOf(descriptor), bytes)) continue;
-        event->res = bytes != 0 ? static_cast<long>(bytes) : -long{errno};
-    }
+/// A write that nobody waits for, as it is submitted: is it taken? One that is to fail later is cut
+/// so that what it leaves out is missing indeed.
+bool isTaken(iocb& request) {
+    const std::string file = fileOf(static_cast<int>(request.aio_fildes));
+    std::size_t bytes = request.aio_nbytes;
+    constexpr std::size_t page = 4096;
+    if (!succeeds("complete", file, bytes)) request.aio_nbytes = bytes / page * page;
+    std::size_t none = 0;
+    return succeeds("submit", file, none);
 }
 
 int uninherited(int descriptor, const std::string& file) {
@@ -202,16 +201,12 @@ long syscall(long number, ...) noexcept {
     long values[6];
     for (long& value : values) value = va_arg(arguments, long);
     va_end(arguments);
-    static int submitted = -1;
-    if (number == SYS_io_submit) {
-        submitted = static_cast<int>((*reinterpret_cast<iocb**>(values[2]))->aio_fildes);
-        std::size_t none = 0;
-        if (!succeeds("submit", fileOf(submitted), none)) return -1;
-    }
+    if (number == SYS_io_submit && !isTaken(**reinterpret_cast<iocb**>(values[2]))) return -1;
     const long result =
         REAL(syscall)(number, values[0], values[1], values[2], values[3], values[4], values[5]);
-    if (number == SYS_io_getevents)
-        spoilEvents(submitted, reinterpret_cast<io_event*>(values[3]), result);
+    auto* const events = reinterpret_cast<io_event*>(values[3]);
+    for (long i = 0; number == SYS_io_getevents && i < result; ++i)
+        if (events[i].res == 0) events[i].res = -EIO;
     return result;
 }
 std::size_t fread(void* data, std::size_t size, std::size_t count, std::FILE* file) {

@@ -98,8 +98,9 @@ public:
         auto tree = std::make_unique<VpcConstructTree>(
             toWx(folder.work()), settings_.isKdTree ? Tree_KdTree_Symmetric : Tree_Octree,
             settings_.maxPointsPerNode, settings_.maxLevel, statistics_.is16bitColour, memory);
-        // With memory the small file is treated as a large one.
-        if (memory != 0) tree->SetLargeFile(0);
+        // With memory the small file is treated as a large one, and the temporary file as one that
+        // becomes large.
+        if (memory != 0) tree->SetLargeFile(128U << 10U);
         // By the grid is the tree's own default.
         if (!settings_.thinsByGrid) tree->setSubsampleType(Subsample_Random, seedFromDevice);
         tree->InitializeRootNode(box_);
@@ -139,7 +140,8 @@ public:
         return tree;
     }
     std::string written(const std::unique_ptr<VpcConstructTree>& tree) const {
-        EXPECT_TRUE(tree->CreateDiskTreeFile(toWx(folder.output()), settings_.hostValue));
+        EXPECT_TRUE(tree->CreateDiskTreeFile(toWx(folder.output()), settings_.hostValue))
+            << tree->FailureReason();
         return readBytes(folder.output());
     }
     std::size_t points() const { return points_.size(); }

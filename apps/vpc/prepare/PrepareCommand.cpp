@@ -197,14 +197,12 @@ PrepareCommand::PrepareCommand(CLI::App& app)
         "  vpc prepare -o scan.vpt scan.las\n"
         "  vpc prepare --tree kd --max-points 50000 --unit Feet -o site.vpt east.pts west.pts\n"
         "  vpc prepare -o site.vpt scans/\n"
-        "At its peak a run takes as much disk as its result, about 72 bytes a point and 108 with\n"
-        "--tree kd. Temporary files take up to 26 bytes a point of LAS and 50 of PTS and PTX. "
-        "They\n"
-        "shrink as the result grows, so they count only on another disk (--work), or where the "
-        "file\n"
-        "system takes no room back from an open file. A text that is not plain is copied there "
-        "for\n"
-        "the length of the run.\n"
+        "At its peak a run takes hardly more disk than its result, about 75 bytes a point and 111\n"
+        "with --tree kd. Temporary files take up to 26 bytes a point of LAS and 50 of PTS and "
+        "PTX.\n"
+        "They shrink as the result grows, so they count only on another disk (--work), or where\n"
+        "the file system takes no room back from an open file. A text that is not plain is copied\n"
+        "there for the length of the run.\n"
         "Ctrl-C stops the run, removes its temporary files and leaves an older output as it was.");
 }
 

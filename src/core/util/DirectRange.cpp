@@ -12,13 +12,8 @@ constexpr std::size_t page = DirectWriter::pageSize;
 
 }  // namespace
 
-DirectRange::DirectRange(DirectWriter& writer, FileBufferStream& stream,
-                         unsigned long long position)
-    : writer_(&writer),
-      stream_(&stream),
-      position_(position / page * page),
-      begin_(position % page),
-      end_(begin_) {
+DirectRange::DirectRange(DirectWriter& writer, unsigned long long position)
+    : writer_(&writer), position_(position / page * page), begin_(position % page), end_(begin_) {
 }
 
 void DirectRange::Append(const char* data, unsigned long long size) {
@@ -41,11 +36,11 @@ void DirectRange::WritePart() {
     const std::size_t firstPage = (begin_ + page - 1) / page * page;
     const std::size_t lastPage = end_ / page * page;
     if (firstPage >= lastPage) {
-        WriteByStream(begin_, end_);
+        WriteEnd(begin_, end_);
         writer_->PutBack(std::move(part_));
     } else {
-        WriteByStream(begin_, firstPage);
-        WriteByStream(lastPage, end_);
+        WriteEnd(begin_, firstPage);
+        WriteEnd(lastPage, end_);
         part_->begin = firstPage;
         part_->size = lastPage - firstPage;
         part_->position = position_ + firstPage;
@@ -55,10 +50,9 @@ void DirectRange::WritePart() {
     begin_ = end_ = 0;
 }
 
-void DirectRange::WriteByStream(std::size_t begin, std::size_t end) {
-    if (begin == end) return;
-    stream_->StreamSeek(position_ + begin);
-    stream_->WriteCharArray2File(part_->bytes.get() + begin, end - begin);
+void DirectRange::WriteEnd(std::size_t begin, std::size_t end) {
+    if (begin != end)
+        writer_->WriteThroughCache(part_->bytes.get() + begin, end - begin, position_ + begin);
 }
 
 }  // namespace vpc

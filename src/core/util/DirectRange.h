@@ -1,18 +1,17 @@
 #pragma once
 
 #include "core/util/DirectWriter.h"
-#include "core/util/FileBufferStream.h"
 
 namespace vpc {
 
-/// A range of a file that is written from its beginning to its end: whole pages by a DirectWriter,
-/// and by a stream the ends, whose pages may be those of other ranges, too.
+/// A range of a file that is written from its beginning to its end: whole pages past the system's
+/// cache, and through it the ends, whose pages may be those of other ranges, too.
 class DirectRange {
 public:
-    /// Both are to the same file and have to live longer.
-    DirectRange(DirectWriter& writer, FileBufferStream& stream, unsigned long long position);
+    /// \param writer has to live longer
+    DirectRange(DirectWriter& writer, unsigned long long position);
 
-    /// Writes the next bytes. Throws as DirectWriter does; the stream tells of its own failures.
+    /// Writes the next bytes. Throws as DirectWriter does.
     void Append(const char* data, unsigned long long size);
     /// Writes what is left. Without it the last bytes are not written.
     void Finish();
@@ -21,10 +20,9 @@ public:
 
 private:
     void WritePart();
-    void WriteByStream(std::size_t begin, std::size_t end);
+    void WriteEnd(std::size_t begin, std::size_t end);
 
     DirectWriter* writer_;
-    FileBufferStream* stream_;
     /// The bytes `begin_` to `end_` - 1 are filled. The first of all stands at `position_` in the
     /// file.
     DirectWriter::PartHandle part_;

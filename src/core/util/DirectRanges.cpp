@@ -12,15 +12,11 @@ constexpr std::size_t mostEnded = 16;
 
 }  // namespace
 
-DirectRanges::DirectRanges(std::unique_ptr<DirectWriter> writer, FileBufferStream& stream)
-    : writer_(std::move(writer)), stream_(stream) {
-}
-
 DirectRange DirectRanges::Begin(unsigned long long position) {
     const auto before = std::find_if(ended_.begin(), ended_.end(), [&](const DirectRange& range) {
         return range.End() == position;
     });
-    if (before == ended_.end()) return {*writer_, stream_, position};
+    if (before == ended_.end()) return {*writer_, position};
     DirectRange range = std::move(*before);
     ended_.erase(before);
     return range;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "core/util/DirectRange.h"
@@ -12,8 +13,7 @@ namespace vpc {
 /// than many small ones.
 class DirectRanges {
 public:
-    /// \param stream the same file's; it has to live longer
-    DirectRanges(std::unique_ptr<DirectWriter> writer, FileBufferStream& stream);
+    explicit DirectRanges(std::unique_ptr<DirectWriter> writer) : writer_(std::move(writer)) {}
 
     /// A range from `position` on, which has to end before this object does.
     [[nodiscard]] DirectRange Begin(unsigned long long position);
@@ -25,7 +25,6 @@ public:
 
 private:
     std::unique_ptr<DirectWriter> writer_;
-    FileBufferStream& stream_;
     /// Those that may go on, the one that ended last at the end.
     std::vector<DirectRange> ended_;
 };

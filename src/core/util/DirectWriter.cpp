@@ -75,7 +75,7 @@ DirectWriter::PartHandle DirectWriter::Take() {
 
 void DirectWriter::Write(PartHandle part) {
     if (!HasTurn(part->size)) {
-        WriteThroughCache(*part, 0);
+        PutIntoCache(*part, 0);
         PutBack(std::move(part));
         return RequireAllWritten();
     }
@@ -130,7 +130,7 @@ void DirectWriter::Complete(std::uint64_t id, long long written) {
     if (written < 0 && !mayTakeOtherwise(written))
         failure_ = static_cast<int>(-written);
     else
-        WriteThroughCache(**place, static_cast<std::size_t>(std::max(written, 0LL)));
+        PutIntoCache(**place, static_cast<std::size_t>(std::max(written, 0LL)));
     free_.push_back(std::move(*place));
     busy_.erase(place);
 }
@@ -143,16 +143,23 @@ void DirectWriter::GiveUp(int reason) {
     failure_ = reason;
 }
 
-void DirectWriter::WriteThroughCache(const Part& part, std::size_t done) {
-    while (done < part.size) {
-        const ssize_t written = pwrite(cached_.Number(), part.bytes.get() + part.begin + done,
-                                       part.size - done, static_cast<off_t>(part.position + done));
+void DirectWriter::WriteThroughCache(const char* data, std::size_t size,
+                                     unsigned long long position) {
+    PutIntoCache(data, size, position);
+    RequireAllWritten();
+}
+
+void DirectWriter::PutIntoCache(const char* data, std::size_t size, unsigned long long position) {
+    while (size != 0) {
+        const ssize_t written = pwrite(cached_.Number(), data, size, static_cast<off_t>(position));
         if (written < 0 && errno == EINTR) continue;
         if (written <= 0) {
             failure_ = written < 0 ? errno : ENOSPC;
             return;
         }
-        done += static_cast<std::size_t>(written);
+        data += written;
+        size -= static_cast<std::size_t>(written);
+        position += static_cast<unsigned long long>(written);
     }
 }
 

@@ -20,7 +20,9 @@ namespace vpc {
 /// Where the disk is slower than the user, some parts go to the cache after all, as many as it
 /// takes without making anyone wait; beyond them the user waits for the disk.
 ///
-/// What is written so are whole pages. The file's other pages may be written in any other way.
+/// What is written so are whole pages. What is no whole page goes through the cache, by a call that
+/// reads nothing: the C library's streams read the page that they seek to, and the system may then
+/// keep its neighbours, too, as they were before they are written.
 class DirectWriter {
 public:
     static constexpr std::size_t pageSize = 4096;
@@ -60,6 +62,8 @@ public:
     /// Begins to write what `begin`, `size` and `position` of the part say, all of them multiples
     /// of `pageSize`. Throws IoError when this or an earlier part could not be written.
     void Write(PartHandle part);
+    /// Writes bytes of any place and size through the cache. Throws as Write does.
+    void WriteThroughCache(const char* data, std::size_t size, unsigned long long position);
     /// Waits until all is written. Throws IoError when some part could not be.
     void Finish();
 
@@ -73,7 +77,10 @@ private:
     void Collect(long atLeast);
     void Complete(std::uint64_t id, long long written);
     void GiveUp(int reason);
-    void WriteThroughCache(const Part& part, std::size_t done);
+    void PutIntoCache(const char* data, std::size_t size, unsigned long long position);
+    void PutIntoCache(const Part& part, std::size_t done) {
+        PutIntoCache(part.bytes.get() + part.begin + done, part.size - done, part.position + done);
+    }
     void RequireAllWritten() const;
 
     wxString name_;

@@ -1,6 +1,7 @@
 #include "tree/construct/CompactBlock.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace vpc::CompactBlock {
@@ -48,7 +49,8 @@ std::uint64_t varyingBytes(const RecordBlock& block) {
 /// Copies `count` units whose distances are `fromStep` and `toStep`.
 template <class Unit>
 void copyUnits(const char* from, unsigned fromStep, char* to, unsigned toStep, unsigned count) {
-    for (; count != 0; --count, from += fromStep, to += toStep) std::memcpy(to, from, sizeof(Unit));
+    for (std::size_t i = 0; i < count; ++i)
+        std::memcpy(to + i * toStep, from + i * fromStep, sizeof(Unit));
 }
 
 void copyUnits(unsigned unit, const char* from, unsigned fromStep, char* to, unsigned toStep,
@@ -81,13 +83,10 @@ void forEachUnit(std::uint64_t varying, const Visit& visit) {
     }
 }
 
-unsigned countOf(std::uint64_t bits) {
-    return static_cast<unsigned>(__builtin_popcountll(bits));
-}
-
 /// The bytes behind the header.
 std::size_t bytesOf(const Header& header) {
-    const std::size_t bytes = std::size_t{header.count} * countOf(header.varying);
+    const std::size_t bytes =
+        std::size_t{header.count} * static_cast<unsigned>(std::popcount(header.varying));
     return header.varying == allBytes(header.stride) ? bytes : bytes + header.stride;
 }
 

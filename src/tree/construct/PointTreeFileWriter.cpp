@@ -69,7 +69,7 @@ void PointTreeFileWriter::SetRoomAside(const wxString& temporaryName) {
     stream_.StreamPreallocate(tree_.TemporaryBytes(), fileSize_);
     if (fileSize_ < tree_.LargeFile()) return;
     auto writer = DirectWriter::Open(FileTools::ToNativePath(temporaryName), fileSize_, fileName_);
-    if (writer != nullptr) direct_ = std::make_unique<DirectRanges>(std::move(writer), stream_);
+    if (writer != nullptr) direct_ = std::make_unique<DirectRanges>(std::move(writer));
 }
 
 void PointTreeFileWriter::RequireGoodStream() const {

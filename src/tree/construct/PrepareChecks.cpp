@@ -272,9 +272,9 @@ void PrepareChecks::CheckRoom() {
     const auto workStatus = statusOf(workingFolder_);
     if (outputStatus && workStatus && outputStatus->st_dev == workStatus->st_dev) {
         // What is in the result is given back from the temporary file, where that can be done.
-        const bool givesBack = SpillFile::GivesRoomBack(workingFolder_);
-        RequireRoom(outputFolder_,
-                    (givesBack ? std::max(result, work) : result + work) + copyBytes_);
+        const unsigned long long kept =
+            SpillFile::GivesRoomBack(workingFolder_) ? work / SpillFile::mostWaitingShare : work;
+        RequireRoom(outputFolder_, result + kept + copyBytes_);
     } else {
         RequireRoom(outputFolder_, result);
         RequireRoom(workingFolder_, work + copyBytes_);

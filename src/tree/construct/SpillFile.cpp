@@ -21,10 +21,8 @@ namespace {
 constexpr unsigned long long stretchBytes = 16ULL << 20;
 /// The share of all pieces that is freed before room is given back, when a zone ends.
 constexpr unsigned long long sharePerRound = 32;
-/// Smaller holes wait for their neighbours to be freed, too,
+/// Smaller holes wait for their neighbours to be freed, too.
 constexpr unsigned long long worthwhileHole = 1ULL << 20;
-/// unless they are this share of all pieces.
-constexpr unsigned long long mostWaitingShare = 8;
 
 }  // namespace
 
@@ -36,7 +34,6 @@ bool SpillFile::GivesRoomBack(const std::string& folder) {
         const unsigned long long position = probe.Reserve(page.size(), 0);
         probe.Write(position, page.data(), page.size());
         probe.Free(position, page.size(), 0);
-        probe.GiveBack(alignment);
         return probe.givesBack_;
     } catch (const IoError&) {
         return false;
@@ -96,7 +93,7 @@ void SpillFile::Free(unsigned long long position, unsigned long long size, unsig
     freed_.push_back({position, position + whole});
     newlyFreedBytes_ += whole;
     freedBytes_ += whole;
-    if (freedBytes_ * mostWaitingShare >= reservedBytes_) GiveBack(alignment);
+    if (freedBytes_ * mostWaitingShare >= bytesOnDisk_) GiveBack(alignment);
 }
 
 void SpillFile::GiveBack(unsigned long long smallest) {

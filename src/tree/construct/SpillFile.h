@@ -8,10 +8,11 @@
 namespace vpc {
 
 /// One temporary file for the points of all nodes, in pieces that are written once. The disk gets
-/// their room back soon after they are freed.
+/// their room back after they are freed.
 ///
-/// A system call gives a range back, and a disk may take its time for it. So pieces that will be
-/// freed at about the same time, those of one zone, lie together.
+/// A system call gives a range back, and a disk may take its time for every one. So pieces that
+/// will be freed at about the same time, those of one zone, lie together, and their room is given
+/// back together.
 ///
 /// Once open, the file has no name any more, so that it disappears with the process, however that
 /// ends.
@@ -23,6 +24,8 @@ public:
         return (size + alignment - 1) / alignment * alignment;
     }
 
+    /// Of what the file takes, at most this share is freed and not given back yet.
+    static constexpr unsigned long long mostWaitingShare = 8;
     /// Zones are numbered in the order in which their pieces will be freed.
     static constexpr unsigned zones = 128;
 
@@ -43,8 +46,10 @@ public:
     void Write(unsigned long long position, const char* data, unsigned long long size);
     /// Reads `size` bytes from `position`.
     void Read(unsigned long long position, char* data, unsigned long long size) const;
-    /// Gives the room of `size` bytes from `position` back, together with others. Where the file
-    /// system cannot do that, the file keeps its size until it is closed.
+    /// Gives the room of a piece back, together with others. Where the file system cannot do that,
+    /// the file keeps its size until it is closed.
+    ///
+    /// \param zone that of the piece: when another one follows, it may be done
     void Free(unsigned long long position, unsigned long long size, unsigned zone);
     /// The room that the file takes on the disk.
     unsigned long long BytesOnDisk() const { return bytesOnDisk_; }

@@ -2,25 +2,39 @@
 
 #include <iterator>
 
+#include "core/util/IoError.h"
 #include "tree/construct/CompactBlock.h"
 #include "tree/construct/NodePointStore.h"
 
 namespace vpc {
 
 SpilledPoints::~SpilledPoints() {
-    for (const Piece& piece : pieces_) store_.Spill().Free(piece.position, piece.size, zone_);
+    ForgetAllBut(0);
+}
+
+void SpilledPoints::ForgetAllBut(std::size_t first) {
+    for (; pieces_.size() > first; pieces_.pop_back())
+        store_.Spill().Free(pieces_.back().position, pieces_.back().size, zone_);
 }
 
 void SpilledPoints::Append(const RecordBlock* first) {
+    const std::size_t before = pieces_.size();
+    try {
+        AppendPieces(first);
+    } catch (const IoError&) {
+        ForgetAllBut(before);
+        throw;
+    }
+}
+
+void SpilledPoints::AppendPieces(const RecordBlock* first) {
     const ScratchLoan scratch(store_);
-    std::vector<Piece> added;
     char* end = scratch->bytes;
     const auto writePiece = [&] {
         const auto size = static_cast<unsigned long long>(end - scratch->bytes);
         if (size == 0) return;
-        const unsigned long long position = store_.Spill().Reserve(size, zone_);
-        store_.Spill().Write(position, scratch->bytes, size);
-        added.push_back({position, size});
+        pieces_.push_back({store_.Spill().Reserve(size, zone_), size});
+        store_.Spill().Write(pieces_.back().position, scratch->bytes, size);
         end = scratch->bytes;
     };
     for (const RecordBlock* block = first; block != nullptr; block = block->next) {
@@ -28,7 +42,6 @@ void SpilledPoints::Append(const RecordBlock* first) {
         if (block->count != 0) end = CompactBlock::Write(*block, store_.SpillsCompact(), end);
     }
     writePiece();
-    pieces_.insert(pieces_.end(), added.begin(), added.end());
 }
 
 void SpilledPoints::Visit(const Visitor& visit, bool giveBack) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "tree/construct/RestingPoints.h"
@@ -24,6 +25,9 @@ private:
         unsigned long long position;
         unsigned long long size;
     };
+    void AppendPieces(const RecordBlock* first);
+    /// Gives all pieces but the first ones back.
+    void ForgetAllBut(std::size_t first);
     void VisitPiece(const Piece& piece, SpillScratch& scratch, const Visitor& visit) const;
     /// Whether the block is of a format that there is.
     bool IsKnown(const RecordBlock& block) const;

@@ -1,5 +1,6 @@
 #include "tree/construct/CompactBlock.h"
 
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <random>
@@ -66,7 +67,7 @@ TEST_F(CompactBlockTest, GivesEveryBlockBack) {
                     expectBack(block, written(block, isCompact));
                 if (count < 60 || varying == all) continue;
                 // Many random bytes differ somewhere.
-                const auto kept = static_cast<unsigned>(__builtin_popcountll(varying));
+                const auto kept = static_cast<unsigned>(std::popcount(varying));
                 EXPECT_EQ(written(block, true).size(),
                           sizeof(CompactBlock::Header) + stride + count * kept);
             }

@@ -38,7 +38,7 @@ TEST(SpillFile, GivesBackWhatIsFreedAndNothingElse) {
     std::vector<Piece> pieces;
     // Of two zones in turn, more than a stretch each, one piece larger than that.
     for (unsigned i = 0; i < 200; ++i) {
-        const std::size_t size = i == 60 ? 5U << 20U : 50000 + 100 * i;
+        const std::size_t size = i == 60 ? 20U << 20U : 200000 + 400 * i;
         Piece piece{0, std::string(size, static_cast<char>(i)), i % 2};
         piece.position = file.Reserve(size, piece.zone);
         file.Write(piece.position, piece.bytes.data(), size);
