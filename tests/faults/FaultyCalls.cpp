@@ -70,12 +70,11 @@ bool succeeds(const char* kind, const std::string& file, std::size_t& bytes) {
     ++p.seen;
     if (p.seen < p.call || (p.seen > p.call && p.way != "lasting")) return true;
     bytes = p.way == "half" ? bytes / 2 : 0;
-    errno = p.kind == "write"      ? ENOSPC
-            : p.kind == "read"     ? EIO
-            : p.kind == "complete" ? EIO
-            : p.kind == "punch"    ? EOPNOTSUPP
-            : p.kind == "submit"   ? EAGAIN
-                                   : EACCES;
+    errno = p.kind == "write"    ? ENOSPC
+            : p.kind == "read"   ? EIO
+            : p.kind == "punch"  ? EOPNOTSUPP
+            : p.kind == "submit" ? EAGAIN
+                                 : EACCES;
     return false;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cerrno>
 #include <string>
 
 #include <fcntl.h>
@@ -26,5 +27,20 @@ public:
 private:
     int number_;
 };
+
+/// Writes all bytes to `position` of an open file, going on after calls that took less than all.
+/// Returns 0, or why that failed (errno).
+[[nodiscard]] inline int writeAt(int descriptor, const char* data, unsigned long long size,
+                                 unsigned long long position) {
+    while (size != 0) {
+        const ssize_t written = pwrite(descriptor, data, size, static_cast<off_t>(position));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return written < 0 ? errno : ENOSPC;
+        data += written;
+        size -= static_cast<unsigned long long>(written);
+        position += static_cast<unsigned long long>(written);
+    }
+    return 0;
+}
 
 }  // namespace vpc

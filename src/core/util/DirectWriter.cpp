@@ -150,17 +150,8 @@ void DirectWriter::WriteThroughCache(const char* data, std::size_t size,
 }
 
 void DirectWriter::PutIntoCache(const char* data, std::size_t size, unsigned long long position) {
-    while (size != 0) {
-        const ssize_t written = pwrite(cached_.Number(), data, size, static_cast<off_t>(position));
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) {
-            failure_ = written < 0 ? errno : ENOSPC;
-            return;
-        }
-        data += written;
-        size -= static_cast<std::size_t>(written);
-        position += static_cast<unsigned long long>(written);
-    }
+    const int reason = writeAt(cached_.Number(), data, size, position);
+    if (reason != 0) failure_ = reason;
 }
 
 }  // namespace vpc

@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <wx/translation.h>
 
+#include "core/util/Descriptor.h"
 #include "core/util/FileTools.h"
 #include "core/util/IoError.h"
 #include "core/util/StringTools.h"
@@ -64,14 +65,8 @@ unsigned long long SpillFile::Reserve(unsigned long long size, unsigned zone) {
 }
 
 void SpillFile::Write(unsigned long long position, const char* data, unsigned long long size) {
-    while (size != 0) {
-        const ssize_t written = pwrite(descriptor_, data, size, static_cast<off_t>(position));
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) Fail(wxGetTranslation("cannot be written"), written < 0 ? errno : ENOSPC);
-        data += written;
-        position += static_cast<unsigned long long>(written);
-        size -= static_cast<unsigned long long>(written);
-    }
+    const int reason = writeAt(descriptor_, data, size, position);
+    if (reason != 0) Fail(wxGetTranslation("cannot be written"), reason);
 }
 
 void SpillFile::Read(unsigned long long position, char* data, unsigned long long size) const {
